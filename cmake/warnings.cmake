@@ -1,0 +1,33 @@
+# Every warning is an error, with both compilers. Targets take them by linking lanvoss_warnings.
+add_library(lanvoss_warnings INTERFACE)
+target_compile_options(
+  lanvoss_warnings
+  INTERFACE -Werror
+            -Wall
+            -Wextra
+            -Wpedantic
+            -Wcast-align
+            -Wcast-qual
+            -Wconversion
+            -Wdouble-promotion
+            -Wextra-semi
+            -Wformat=2
+            -Wmissing-declarations
+            -Wnon-virtual-dtor
+            -Wold-style-cast
+            -Woverloaded-virtual
+            -Wshadow
+            -Wsign-conversion
+            -Wswitch-enum
+            -Wundef
+            -Wunused
+            $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-branches
+            -Wduplicated-cond
+            -Wlogical-op
+            -Wuseless-cast
+            # GCC 12 sees overlaps in std::string's operator+ that are not there.
+            -Wno-restrict>
+            $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety
+            -Wthread-safety-beta
+            -Wcomma
+            -Wunreachable-code>)

@@ -1,0 +1,107 @@
+// Lanvoss: reach a named device over Wi-Fi Direct and learn the IP addresses of the link.
+//
+// One function builds one object; seven operations drive it. See the README for a first host.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#if defined(_WIN32) && defined(LANVOSS_BUILD)
+#define LANVOSS_API __declspec(dllexport)
+#elif defined(_WIN32)
+#define LANVOSS_API __declspec(dllimport)
+#else
+#define LANVOSS_API __attribute__((visibility("default")))
+#endif
+
+/// The host's function that hears what the library does.
+///
+/// `kind` is one of
+///  - "info": a log line, without its time stamp and without a line end;
+///  - "watch": the name of a device that is new, has a new name, or was loaded from the cache;
+///  - "watchdone": the watcher has finished one enumeration;
+///  - "stopdone": the watcher has stopped;
+///  - "deviceip": the remote address of a link that has just come up.
+///
+/// Texts are narrow; device names are in the system's ANSI code page (UTF-8 on Linux).
+///
+/// It is called synchronously, on the host's threads (from inside the operations, and from inside
+/// `getLanvossPtr`) and on threads of the platform, several at once. It may call operations of the
+/// object and may drop the last reference to it; the routine that called it then ends at once. What
+/// it throws travels into the operation or the event handler that called it.
+using NotifyCallback = void (*)(std::string kind, std::string message);
+
+/// The one object of the library, made by `getLanvossPtr`. Every operation may be called from any
+/// thread and at the same time as any other; each runs on its caller's thread.
+class LanvossInterface {
+ public:
+  /// Starts to look for devices and returns; what is found arrives as notifications.
+  ///
+  /// @param name "" lists what is there in one pass; "NAME" looks, without a time limit, until the
+  ///   device NAME is found once; a line feed followed by NAME looks until NAME is found and then
+  ///   keeps watching until a pass no longer sees it. Names are compared byte for byte.
+  /// @return 0 when the watcher runs, -1 when there is none or the platform refused.
+  /// Blocks while the platform starts its watcher, for 60.5 s at most. Forgets the address of the
+  /// link, but does not close the link.
+  virtual std::int32_t StartWatch(std::string name) = 0;
+
+  /// Asks the watcher to stop and waits for it.
+  ///
+  /// Releases every call that waits for an attempt to finish. A named watch may start its next pass
+  /// all the same; to end it for good call `AbortConnect` or `DisConnect` first.
+  /// @return 0 when the watcher was not running or the tries have ended, -1 when there is none or
+  ///   the stopping failed. Blocks for 15 s at most, plus the platform's own calls.
+  virtual std::int32_t StopWatch() = 0;
+
+  /// Finds, pairs and connects a device, and returns the addresses of the link.
+  ///
+  /// @param request one of
+  ///   - "NAME": look for the device and connect it;
+  ///   - "GAP", a line feed, "NAME": the same, at least GAP milliseconds after the last disconnect;
+  ///   - a line feed, "NAME": connect at once to the id remembered for NAME; look for it when there
+  ///     is none.
+  /// @return the local and the remote IP address joined by a comma; empty when no link came up.
+  ///   When NAME is connected already, its address comes at once.
+  /// Blocks for the gap and then for 100 s at most; a direct request also for the connection
+  /// itself, in which the platform's pairing and opening have no time limit. A platform error other
+  /// than a cancellation is thrown, as a std::exception.
+  virtual std::string GetDeviceIp(std::string request) = 0;
+
+  /// Gives the attempt up: no further open request, no further pass, no reconnect gap. Wakes nobody
+  /// and leaves the platform alone. The argument is not used. Returns 0. Never blocks.
+  virtual std::int32_t AbortConnect(std::string unused) = 0;
+
+  /// Forgets the device and its address and closes the link. The argument is not used.
+  /// @return 1 when no link is held any more, 0 when the platform did not let it go.
+  /// Blocks for 10 s at most, plus the platform's own calls.
+  virtual std::int32_t DisConnect(std::string unused) = 0;
+
+  /// Starts to remove the system's pairing with the named device, which the watcher must have
+  /// reported, and returns without waiting. Returns 0. A platform error is thrown.
+  virtual std::int32_t Unpair(std::string name) = 0;
+
+  /// Probes the link and, when the device no longer answers, pairs and connects it anew, once.
+  /// @return the new address text after such a recovery; empty in every other case.
+  virtual std::string PingCheck() = 0;
+
+ protected:
+  // The shared pointer of `getLanvossPtr` destroys the object; nobody deletes it through here.
+  ~LanvossInterface() = default;
+};
+
+/// Builds the watcher object. It does not start to look for devices.
+///
+/// @param notify the host's function; may be null. While the cache is loaded it is already called
+///   once with "watch" and once with "info" for each device.
+/// @param directory where the cache file `deviceinfo.bin` lives; empty for the current directory.
+///   A missing or unusable directory means no cache and is no error.
+/// @return the object; it lives until the last copy of the pointer is dropped. Dropping it stops
+///   the watcher, waits for every operation and event handler that still runs on another thread
+///   and therefore may block (about 15 s, or as long as a handler sits in a platform call).
+/// @throws std::exception when the platform cannot make its watcher or the system its events.
+///
+/// Texts and the pointer are the standard library's own: build host and library against the same
+/// standard library.
+LANVOSS_API std::shared_ptr<LanvossInterface> getLanvossPtr(NotifyCallback notify,
+                                                            std::string directory);

@@ -1,0 +1,18 @@
+// The embedded default on a machine without a radio: real time, simulated neighbourhood.
+#include "backends/posix/posix_system.h"
+#include "backends/simulated/demo.h"
+#include "backends/simulated/neighbourhood.h"
+#include "platform/platform.h"
+
+namespace lanvoss::platform {
+
+Platform CreatePlatform() {
+  const auto system = posix::CreateSystem();
+  simulated::Neighbourhood air(system, simulated::RealThreads(), simulated::DemoHabits());
+  for (simulated::Peer& peer : simulated::DemoPeers()) {
+    air.Add(std::move(peer));
+  }
+  return {system, air.Radio()};
+}
+
+}  // namespace lanvoss::platform

@@ -1,0 +1,30 @@
+// What is going to happen in a neighbourhood, and when. One thread carries it out, in order.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "backends/simulated/threads.h"
+#include "platform/system.h"
+
+namespace lanvoss::simulated {
+
+class Agenda {
+ public:
+  Agenda(std::shared_ptr<platform::System> system, Threads& threads);
+  // What has not happened yet never will. Waits for the action that runs, unless called by it.
+  ~Agenda();
+
+  // Runs `action` on the agenda's thread after `delayMs`; never, when that is kNever. Actions of
+  // the same moment run in the order in which they were entered. They must neither block nor throw.
+  void After(std::uint32_t delayMs, std::function<void()> action);
+
+ private:
+  struct Entries;
+
+  const std::shared_ptr<Entries> entries_;
+  const std::unique_ptr<Thread> thread_;
+};
+
+}  // namespace lanvoss::simulated

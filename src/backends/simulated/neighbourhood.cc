@@ -1,0 +1,88 @@
+#include "backends/simulated/neighbourhood.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "backends/simulated/air.h"
+#include "backends/simulated/simulated_device.h"
+#include "backends/simulated/simulated_information.h"
+#include "backends/simulated/simulated_watcher.h"
+
+namespace lanvoss::simulated {
+namespace {
+
+class SimulatedRadio final : public platform::WiFiDirect {
+ public:
+  explicit SimulatedRadio(std::shared_ptr<Air> air) : air_(std::move(air)) {}
+
+  std::u16string GetDeviceSelector(platform::WiFiDirectDeviceSelectorType type) override {
+    air_->faults.Pass(Call::kGetDeviceSelector);
+    return type == platform::WiFiDirectDeviceSelectorType::AssociationEndpoint
+               ? u"simulated:association-endpoints"
+               : u"simulated:device-interfaces";
+  }
+
+  std::shared_ptr<platform::DeviceWatcher> CreateWatcher(
+      const std::u16string& /*selector*/,
+      const std::vector<std::u16string>& /*additionalProperties*/) override {
+    if (!air_->faults.Pass(Call::kCreateWatcher)) {
+      return nullptr;
+    }
+    auto watcher = std::make_shared<SimulatedWatcher>(air_);
+    air_->Register(watcher);
+    return watcher;
+  }
+
+  std::shared_ptr<platform::WiFiDirectConnectionParameters> CreateConnectionParameters() override {
+    air_->faults.Pass(Call::kCreateConnectionParameters);
+    return std::make_shared<SimulatedParameters>(air_);
+  }
+
+  std::shared_ptr<platform::WiFiDirectDevice> FromIdAsync(const std::u16string& deviceId) override {
+    return Open(air_, deviceId);
+  }
+
+ private:
+  const std::shared_ptr<Air> air_;
+};
+
+}  // namespace
+
+void PeerHandle::Do(Act act, std::u16string newName) const {
+  air_->Do(index_, act, std::move(newName));
+}
+bool PeerHandle::IsPaired() const { return air_->StateOf(index_).peer.paired; }
+unsigned PeerHandle::Pairings() const { return air_->StateOf(index_).pairings; }
+unsigned PeerHandle::OpenRequests() const { return air_->StateOf(index_).openRequests; }
+PairingRequest PeerHandle::LatestPairing() const { return air_->StateOf(index_).latestPairing; }
+std::string PeerHandle::Id() const { return platform::Utf16ToUtf8(air_->StateOf(index_).peer.id); }
+unsigned PeerHandle::LinksUp() const {
+  const auto devices = air_->DevicesOf(index_);
+  return static_cast<unsigned>(std::count_if(devices.begin(), devices.end(),
+                                             [](const auto& device) { return device->IsUp(); }));
+}
+
+Neighbourhood::Neighbourhood(std::shared_ptr<platform::System> system,
+                             std::shared_ptr<Threads> threads, Habits habits, std::uint64_t seed)
+    : air_(std::make_shared<Air>(std::move(system), std::move(threads), habits, seed)) {}
+
+Neighbourhood::~Neighbourhood() = default;
+
+std::shared_ptr<platform::WiFiDirect> Neighbourhood::Radio() const {
+  return std::make_shared<SimulatedRadio>(air_);
+}
+
+PeerHandle Neighbourhood::Add(Peer peer) { return {*air_, air_->Add(std::move(peer))}; }
+
+void Neighbourhood::After(std::uint32_t delayMs, std::function<void()> action) {
+  air_->agenda.After(delayMs, std::move(action));
+}
+
+void Neighbourhood::SetHabits(const Habits& habits) { air_->SetHabits(habits); }
+Faults& Neighbourhood::faults() { return air_->faults; }
+void Neighbourhood::AbortWatchers() { air_->AbortWatchers(); }
+void Neighbourhood::ReleaseHangs() { air_->ReleaseHangs(); }
+unsigned Neighbourhood::LiveObjects() const { return air_->liveObjects; }
+unsigned Neighbourhood::EscapedExceptions() const { return air_->escapedExceptions; }
+
+}  // namespace lanvoss::simulated

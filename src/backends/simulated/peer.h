@@ -1,0 +1,101 @@
+// What a simulated neighbourhood is made of: its devices, and the habits of its platform.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/wifi_direct.h"
+
+namespace lanvoss::simulated {
+
+// As a duration: it does not happen.
+inline constexpr std::uint32_t kNever = 0xFFFFFFFF;
+
+// How a pairing or an open request ends.
+enum class Outcome {
+  kSucceeds,
+  kNone,       // an open request returns no device; a pairing ends as NotPaired
+  kFails,      // raises a platform error
+  kCancelled,  // raises the platform's cancellation
+  kHangs,      // does not end before Neighbourhood::ReleaseHangs, and then as cancelled
+};
+
+enum class Act {
+  kAppear,
+  kDisappear,
+  kRename,
+  kGoSilent,  // the link stays up, echoes are no longer answered
+  kAnswer,    // echoes are answered again
+  kDropLink,  // the device takes its links down
+};
+
+struct ScriptStep {
+  std::uint32_t atMs = 0;  // counted from when the device was added
+  Act act = Act::kAppear;
+  std::u16string newName = {};  // of kRename
+};
+
+struct Peer {
+  std::u16string name;
+  // Unique; ends in the hardware address. Empty: the neighbourhood makes one.
+  std::u16string id = {};
+  bool present = true;
+  bool paired = false;
+  bool hasPairingObject = true;
+
+  // Addresses of a link to it; none: that endpoint has no host name.
+  std::optional<std::u16string> localAddress = u"192.168.49.1";
+  std::optional<std::u16string> remoteAddress = u"192.168.49.20";
+  bool hasEndpointPairs = true;
+
+  // Latencies in milliseconds.
+  std::uint32_t appearMs = 300;  // from the start of a pass, or its appearing, to its report
+  std::uint32_t pairMs = 800;
+  std::uint32_t openMs = 400;
+  std::uint32_t closeMs = 40;
+  std::uint32_t unpairMs = 60;
+
+  // One for each pairing and each open request in turn; when they are used up, all succeed. An
+  // open request to a device that is absent or not paired gives none in any case.
+  std::vector<Outcome> pairings = {};
+  std::vector<Outcome> openings = {};
+  // What a pairing that succeeds reports, and the ceremony that the device asks for.
+  platform::DevicePairingResultStatus pairingStatus = platform::DevicePairingResultStatus::Paired;
+  platform::DevicePairingKinds ceremony = platform::DevicePairingKinds::ConfirmOnly;
+
+  // The share of echo requests that it answers, 0 to 1.
+  double echoShare = 1.0;
+
+  std::vector<ScriptStep> script = {};
+};
+
+// What becomes of an open link that is closed, unpaired or dropped.
+enum class LinkEnd {
+  kReported,         // it goes down, and Disconnected is raised
+  kRepeated,         // it goes down, and Disconnected is raised twice
+  kSilent,           // it goes down, and nothing is raised
+  kStaysUp,          // it stays up, and nothing is raised
+  kStaysUpReported,  // it stays up, and a change to Connected is raised
+};
+
+enum class StopElsewhere { kIgnored, kRefused };
+
+// Where platforms differ. Durations in milliseconds.
+struct Habits {
+  std::uint32_t startMs = 0;           // from Start to the status Started
+  std::uint32_t enumerationMs = 2000;  // from Started to EnumerationCompleted
+  std::uint32_t stopMs = 30;           // from Stop to the status Stopped
+  std::uint32_t statusReportMs = 10;   // from a link's change to the event that reports it
+  // What Stop does in any status but Started and EnumerationCompleted.
+  StopElsewhere stopElsewhere = StopElsewhere::kIgnored;
+  // Events of one object come one after the other, or each on a thread of its own.
+  bool handlersOverlap = false;
+  bool stoppedReported = true;
+  LinkEnd onClose = LinkEnd::kReported;
+  LinkEnd onUnpair = LinkEnd::kReported;
+  LinkEnd onDrop = LinkEnd::kReported;
+};
+
+}  // namespace lanvoss::simulated

@@ -1,0 +1,95 @@
+// What the platform tells about a device, and pairing with it.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+
+#include "backends/simulated/air.h"
+#include "backends/simulated/event_source.h"
+
+namespace lanvoss::simulated {
+
+// A device as it was when it was reported; its pairing is as it is now.
+class SimulatedInformation final : public platform::DeviceInformation, public Counted {
+ public:
+  SimulatedInformation(std::shared_ptr<Air> owner, std::size_t index, const Peer& peer)
+      : Counted(std::move(owner)), index_(index), id_(peer.id), name_(peer.name) {}
+
+  std::u16string Id() override;
+  std::u16string Name() override;
+  std::shared_ptr<platform::DeviceInformationPairing> Pairing() override;
+
+ private:
+  const std::size_t index_;
+  const std::u16string id_;
+  const std::u16string name_;
+};
+
+class SimulatedInformationUpdate final : public platform::DeviceInformationUpdate, public Counted {
+ public:
+  SimulatedInformationUpdate(std::shared_ptr<Air> owner, std::u16string id)
+      : Counted(std::move(owner)), id_(std::move(id)) {}
+
+  std::u16string Id() override;
+
+ private:
+  const std::u16string id_;
+};
+
+class SimulatedPairing final : public platform::DeviceInformationPairing, public Counted {
+ public:
+  SimulatedPairing(std::shared_ptr<Air> owner, std::size_t index)
+      : Counted(std::move(owner)), index_(index) {}
+
+  bool IsPaired() override;
+  std::shared_ptr<platform::DeviceInformationCustomPairing> Custom() override;
+  void UnpairAsync() override;
+
+ private:
+  const std::size_t index_;
+};
+
+class SimulatedCustomPairing final : public platform::DeviceInformationCustomPairing,
+                                     public Counted,
+                                     public std::enable_shared_from_this<SimulatedCustomPairing> {
+ public:
+  SimulatedCustomPairing(std::shared_ptr<Air> owner, std::size_t index)
+      : Counted(std::move(owner)), index_(index), lane_(air->courier.NewLane()) {}
+
+  platform::EventToken PairingRequested(PairingRequestedHandler handler) override;
+  platform::DevicePairingResultStatus PairAsync(
+      platform::DevicePairingKinds kinds, platform::DevicePairingProtectionLevel minProtectionLevel,
+      std::shared_ptr<platform::WiFiDirectConnectionParameters> settings) override;
+
+ private:
+  platform::DevicePairingResultStatus RunCeremony();
+  bool AskHandlers(platform::DevicePairingKinds ceremony);
+
+  const std::size_t index_;
+  const std::shared_ptr<Lane> lane_;
+
+  std::mutex mutex_;  // guards everything below
+  EventSource<PairingRequestedHandler> requested_;
+};
+
+class SimulatedParameters final : public platform::WiFiDirectConnectionParameters, public Counted {
+ public:
+  explicit SimulatedParameters(std::shared_ptr<Air> owner) : Counted(std::move(owner)) {}
+
+  void GroupOwnerIntent(std::int16_t intent) override;
+  void PreferredPairingProcedure(platform::WiFiDirectPairingProcedure procedure) override;
+
+  // Into what the device will have heard.
+  void CopyTo(PairingRequest& request) const;
+
+ private:
+  mutable std::mutex mutex_;  // guards everything below
+  std::int16_t intent_ = 0;
+  platform::WiFiDirectPairingProcedure procedure_ =
+      platform::WiFiDirectPairingProcedure::Invitation;
+};
+
+}  // namespace lanvoss::simulated

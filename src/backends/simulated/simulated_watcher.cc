@@ -1,0 +1,212 @@
+#include "backends/simulated/simulated_watcher.h"
+
+#include <utility>
+
+#include "backends/simulated/simulated_information.h"
+
+namespace lanvoss::simulated {
+namespace {
+
+using Status = platform::DeviceWatcherStatus;
+
+[[noreturn]] void Refuse() {
+  throw platform::Error(platform::kErrorIllegalMethodCall,
+                        u"A method was called at an unexpected time.");
+}
+
+}  // namespace
+
+SimulatedWatcher::SimulatedWatcher(std::shared_ptr<Air> owner)
+    : Counted(std::move(owner)), lane_(air->courier.NewLane()) {}
+
+platform::DeviceWatcherStatus SimulatedWatcher::Status() {
+  air->faults.Pass(Call::kWatcherStatus);
+  const std::lock_guard lock(mutex_);
+  return status_;
+}
+
+void SimulatedWatcher::Start() {
+  air->faults.Pass(Call::kWatcherStart);
+  const std::uint32_t startMs = air->CurrentHabits().startMs;
+  {
+    const std::lock_guard lock(mutex_);
+    if (starting_) {
+      return;
+    }
+    if (IsRunning() || status_ == Status::Stopping) {
+      Refuse();
+    }
+    ++pass_;
+    starting_ = true;
+  }
+  if (startMs == 0) {
+    BeginPass();
+  } else {
+    Later(startMs, [](SimulatedWatcher& watcher) { watcher.BeginPass(); });
+  }
+}
+
+void SimulatedWatcher::BeginPass() {
+  {
+    const std::lock_guard lock(mutex_);
+    starting_ = false;
+    status_ = Status::Started;
+    seen_.clear();
+  }
+  const std::size_t peers = air->PeerCount();
+  for (std::size_t index = 0; index < peers; ++index) {
+    if (air->StateOf(index).peer.present) {
+      PeerAppeared(index);
+    }
+  }
+  Later(air->CurrentHabits().enumerationMs,
+        [](SimulatedWatcher& watcher) { watcher.CompletePass(); });
+}
+
+void SimulatedWatcher::CompletePass() {
+  const std::lock_guard lock(mutex_);
+  if (status_ == Status::Started) {
+    status_ = Status::EnumerationCompleted;
+    RaisePlain(completed_);
+  }
+}
+
+void SimulatedWatcher::Stop() {
+  air->faults.Pass(Call::kWatcherStop);
+  const Habits habits = air->CurrentHabits();
+  {
+    const std::lock_guard lock(mutex_);
+    if (!IsRunning()) {
+      if (habits.stopElsewhere == StopElsewhere::kRefused) {
+        Refuse();
+      }
+      return;
+    }
+    status_ = Status::Stopping;
+  }
+  Later(habits.stopMs, [](SimulatedWatcher& watcher) { watcher.FinishStop(); });
+}
+
+void SimulatedWatcher::FinishStop() {
+  const bool reported = air->CurrentHabits().stoppedReported;
+  const std::lock_guard lock(mutex_);
+  status_ = Status::Stopped;
+  if (reported) {
+    RaisePlain(stopped_);
+  }
+}
+
+void SimulatedWatcher::Abort() {
+  const std::lock_guard lock(mutex_);
+  if (IsRunning()) {
+    status_ = Status::Aborted;
+    RaisePlain(stopped_);
+  }
+}
+
+void SimulatedWatcher::Later(std::uint32_t delayMs, std::function<void(SimulatedWatcher&)> step) {
+  unsigned pass = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    pass = pass_;
+  }
+  air->agenda.After(delayMs, [self = weak_from_this(), pass, step = std::move(step)] {
+    const auto watcher = self.lock();
+    if (watcher == nullptr) {
+      return;
+    }
+    {
+      const std::lock_guard lock(watcher->mutex_);
+      if (watcher->pass_ != pass) {
+        return;
+      }
+    }
+    step(*watcher);
+  });
+}
+
+void SimulatedWatcher::PeerAppeared(std::size_t index) {
+  Later(air->StateOf(index).peer.appearMs,
+        [index](SimulatedWatcher& watcher) { watcher.Report(index); });
+}
+
+void SimulatedWatcher::PeerDisappeared(std::size_t index) {
+  const std::lock_guard lock(mutex_);
+  if (IsRunning() && seen_.erase(index) == 1) {
+    RaiseUpdate(removed_, index);
+  }
+}
+
+void SimulatedWatcher::PeerRenamed(std::size_t index) {
+  const std::lock_guard lock(mutex_);
+  if (IsRunning() && seen_.contains(index)) {
+    RaiseUpdate(updated_, index);
+  }
+}
+
+// The device's report in this pass, if it is still there and has not been reported.
+void SimulatedWatcher::Report(std::size_t index) {
+  const Peer peer = air->StateOf(index).peer;
+  const auto self = shared_from_this();
+  const std::lock_guard lock(mutex_);
+  if (!peer.present || !IsRunning() || !seen_.insert(index).second) {
+    return;
+  }
+  const auto info = std::make_shared<SimulatedInformation>(air, index, peer);
+  air->Raise(lane_, added_.Subscribers(),
+             [self, info](const AddedHandler& handler) { handler(*self, info); });
+}
+
+void SimulatedWatcher::RaisePlain(const EventSource<PassHandler>& source) {
+  air->Raise(lane_, source.Subscribers(),
+             [self = shared_from_this()](const PassHandler& handler) { handler(*self); });
+}
+
+void SimulatedWatcher::RaiseUpdate(const EventSource<UpdateHandler>& source, std::size_t index) {
+  const auto update =
+      std::make_shared<SimulatedInformationUpdate>(air, air->StateOf(index).peer.id);
+  air->Raise(lane_, source.Subscribers(),
+             [self = shared_from_this(), update](const UpdateHandler& handler) {
+               handler(*self, *update);
+             });
+}
+
+template <typename Handler>
+platform::EventToken SimulatedWatcher::Subscribe(EventSource<Handler>& source, Handler handler) {
+  air->faults.Pass(Call::kWatcherSubscribe);
+  const std::lock_guard lock(mutex_);
+  return source.Subscribe(std::move(handler));
+}
+
+template <typename Handler>
+void SimulatedWatcher::Revoke(EventSource<Handler>& source, platform::EventToken token) {
+  air->faults.Pass(Call::kWatcherRevoke);
+  Handler revoked;  // released after the lock
+  const std::lock_guard lock(mutex_);
+  revoked = source.Revoke(token);
+}
+
+platform::EventToken SimulatedWatcher::Added(AddedHandler handler) {
+  return Subscribe(added_, std::move(handler));
+}
+platform::EventToken SimulatedWatcher::Removed(UpdateHandler handler) {
+  return Subscribe(removed_, std::move(handler));
+}
+platform::EventToken SimulatedWatcher::Updated(UpdateHandler handler) {
+  return Subscribe(updated_, std::move(handler));
+}
+platform::EventToken SimulatedWatcher::EnumerationCompleted(PassHandler handler) {
+  return Subscribe(completed_, std::move(handler));
+}
+platform::EventToken SimulatedWatcher::Stopped(PassHandler handler) {
+  return Subscribe(stopped_, std::move(handler));
+}
+void SimulatedWatcher::RevokeAdded(platform::EventToken token) { Revoke(added_, token); }
+void SimulatedWatcher::RevokeRemoved(platform::EventToken token) { Revoke(removed_, token); }
+void SimulatedWatcher::RevokeUpdated(platform::EventToken token) { Revoke(updated_, token); }
+void SimulatedWatcher::RevokeEnumerationCompleted(platform::EventToken token) {
+  Revoke(completed_, token);
+}
+void SimulatedWatcher::RevokeStopped(platform::EventToken token) { Revoke(stopped_, token); }
+
+}  // namespace lanvoss::simulated

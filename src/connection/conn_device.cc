@@ -1,0 +1,182 @@
+// From a known device to a working link with addresses.
+#include <algorithm>
+#include <cstdio>
+
+#include "watcher/device_watcher_winrt.h"
+#include "watcher/limits.h"
+#include "watcher/status_names.h"
+#include "watcher/text.h"
+
+namespace lanvoss {
+
+// One connection attempt. Ends by signalling hEvDone and stopping the watcher, with or without a
+// link; a platform error ends it without either, so that whoever waits runs into its own time-out.
+void CDeviceWatcherWinRT::ConnDevice(std::string name, std::string id) {
+  try {
+    WriteLog("(watch) ConnDevice... name=" + name + " id=" + id);
+    const std::u16string deviceId = platform_.system->Utf8ToWide(id);
+    PairDevice(name);
+    try {
+      DropOldDevice();
+      OpenDevice(name, deviceId);
+    } catch (const platform::CancelledError&) {
+      WriteLog("(watch) FromIdAsync was canceled by user");
+    }
+    if (const auto device = HeldDevice(); device != nullptr) {
+      ReportLink(name, *device);
+    } else {
+      WriteLog("(watch) wfdDevice is null, return");
+    }
+    hEvDone->Set();
+    if (deviceWatcher != nullptr) {
+      deviceWatcher->Stop();
+    }
+  } catch (const platform::Error& error) {
+    WriteLog("(watch) ConnDevice Err:" + ToAnsi(error.Message()));
+  }
+}
+
+// Pairs a device that the watcher has reported and the system does not know yet; unpairs it first
+// when a recovery asked for that. Whatever comes of it, the link is tried.
+void CDeviceWatcherWinRT::PairDevice(const std::string& name) {
+  const auto pairing = PairingOf(name);
+  if (pairing == nullptr) {
+    return;
+  }
+  bool unpairFirst = false;
+  {
+    const Lock lock(mutex);
+    unpairFirst = bRePair;
+  }
+  if (unpairFirst) {
+    hEvStatus->Reset();
+    WriteLog("(watch) UnpairAsync ...");
+    pairing->UnpairAsync();
+    // Unpairing takes a link down, and its status report ends the wait. Without a link none comes.
+    if (!hEvStatus->Wait(kUnpairWaitMs)) {
+      std::fputs("unpair timer out\n", stdout);
+    }
+  }
+  WriteLog("(watch) RequestPairDeviceAsync ...");
+  if (!pairing->IsPaired() && !logSink.RequestPairDeviceAsync(pairing)) {
+    std::fputs("(watch) RequestPairDeviceAsync ret\n ", stdout);
+    platform_.system->Sleep(kPairingFailedPauseMs);
+  }
+  WriteLog("(watch) RequestPairDeviceAsync done");
+}
+
+void CDeviceWatcherWinRT::DropOldDevice() {
+  if (HeldDevice() != nullptr) {
+    DoDisConnect();
+    WriteLog("(watch) DisConnect, watch FromIdAsync ...");
+  } else {
+    WriteLog("(watch) FromIdAsync ...");
+  }
+}
+
+// Asks for the device until there is one, the tries have ended or the attempt is given up.
+void CDeviceWatcherWinRT::OpenDevice(const std::string& name, const std::u16string& id) {
+  for (int tries = 1; tries <= kOpenTries; ++tries) {
+    const std::int32_t begun = Now();
+    if (IsAttemptOver(begun)) {
+      return;
+    }
+    auto device = platform_.wifiDirect->FromIdAsync(id);
+    const bool opened = device != nullptr;
+    HoldDevice(std::move(device));
+    WriteLog("(watch) FromIdAsync done dt:" + std::to_string(ElapsedMs(begun, Now())) + "ms");
+    if (opened) {
+      return;
+    }
+    platform_.system->Sleep(kOpenPauseMs);
+    WriteLog("(watch) wfdDevice is null,Re FromIdAsync:" + std::to_string(tries) + " " + name);
+  }
+}
+
+// Whether no further open request may begin; if one may, it is counted.
+bool CDeviceWatcherWinRT::IsAttemptOver(std::int32_t now) {
+  std::string abortion;
+  {
+    const Lock lock(mutex);
+    const std::int32_t elapsed = ElapsedMs(tStart, now);
+    if (elapsed <= kAttemptLimitMs && !bDisConnect) {
+      ++nFromIdTry;
+      return false;
+    }
+    abortion = "(watch) wfdDevice is null,Re FromIdAsync outtime abort DisConnect:" +
+               std::to_string(bDisConnect) + " dt:" + std::to_string(elapsed) + "ms";
+  }
+  WriteLog(std::move(abortion));
+  return true;
+}
+
+// Learns the addresses of an open link and tells the host.
+void CDeviceWatcherWinRT::ReportLink(const std::string& name, platform::WiFiDirectDevice& device) {
+  device.ConnectionStatusChanged([this, shared = gate](auto& sender) {
+    LifetimeGate::Run(shared, [&] { OnConnectionStatusChanged(sender); });
+  });
+  const auto pair = device.GetConnectionEndpointPairs()->GetAt(0);
+  const std::string local = AddressText(pair->LocalHostName());
+  const std::string remote = AddressText(pair->RemoteHostName());
+  {
+    const Lock lock(mutex);
+    strDeviceIp = local + "," + remote;
+  }
+  WriteLog(ConnectedText(name, Now()) + " IPAddress: loc:" + local + " remote:" + remote);
+  if (!remote.empty()) {
+    Notify("deviceip", remote);
+  }
+}
+
+// Stamps the end of the attempt and words how long its steps took.
+std::string CDeviceWatcherWinRT::ConnectedText(const std::string& name, std::int32_t now) {
+  const Lock lock(mutex);
+  tConnected = now;
+  const std::int32_t total = ElapsedMs(tStart, tConnected);
+  nMaxConnectMs = std::max(nMaxConnectMs, total);
+  return "(watch) Devices connected on L2 layer, connecting to name(" + name +
+         "),time:" + std::to_string(total) + "ms(" + std::to_string(nMaxConnectMs) + ")," +
+         StepTimesText();
+}
+
+// On a thread of the platform's, as long as the device object lives.
+void CDeviceWatcherWinRT::OnConnectionStatusChanged(platform::WiFiDirectDevice& sender) {
+  if (sender.ConnectionStatus() == platform::WiFiDirectConnectionStatus::Disconnected) {
+    const Lock lock(mutex);
+    bDisConnect = true;
+    strDeviceIp.clear();
+  }
+  hEvStatus->Set();
+  WriteLog("(watch) Connection status changed: " +
+           ConnectionStatusName(static_cast<std::int32_t>(sender.ConnectionStatus())));
+}
+
+// None for a device that the watcher has not reported, or that cannot be paired.
+std::shared_ptr<platform::DeviceInformationPairing> CDeviceWatcherWinRT::PairingOf(
+    const std::string& name) const {
+  DeviceTable::Information info;
+  {
+    const Lock lock(mutex);
+    info = deviceTable.InformationOf(name);
+  }
+  return info == nullptr ? nullptr : info->Pairing();
+}
+
+// The host's address text; empty for an endpoint without a host name.
+std::string CDeviceWatcherWinRT::AddressText(
+    const std::shared_ptr<platform::HostName>& host) const {
+  return host == nullptr ? std::string() : platform_.system->WideToUtf8(host->DisplayName());
+}
+
+std::shared_ptr<platform::WiFiDirectDevice> CDeviceWatcherWinRT::HeldDevice() const {
+  const Lock lock(mutex);
+  return wfdDevice;
+}
+
+// Takes the place of the device held so far. What is let go is released after the lock.
+void CDeviceWatcherWinRT::HoldDevice(std::shared_ptr<platform::WiFiDirectDevice> device) {
+  const Lock lock(mutex);
+  wfdDevice.swap(device);
+}
+
+}  // namespace lanvoss

@@ -1,0 +1,152 @@
+// The five events of the platform's watcher. Each runs on a thread of the platform's, through the
+// gate; several may run at once. A platform error ends a handler where it is.
+#include "registry/device_table.h"
+#include "watcher/device_watcher_winrt.h"
+#include "watcher/limits.h"
+#include "watcher/text.h"
+
+namespace lanvoss {
+
+void CDeviceWatcherWinRT::WatchDeviceAdded(platform::DeviceWatcher& sender,
+                                           std::shared_ptr<platform::DeviceInformation> info) {
+  const std::string name = ToAnsi(info->Name());
+  const std::string id = platform_.system->WideToUtf8(info->Id());
+  std::string numbers;
+  {
+    const Lock lock(mutex);
+    ++nAddedCount;
+    numbers =
+        strWatchName.empty() ? Format("%d", nAddedCount) : Format("%d-%d", nWatchTry, nAddedCount);
+  }
+  WriteLog(Format("%s WatchDeviceAdded:%s id:%s", numbers.c_str(), name.c_str(), id.c_str()));
+  if (RecordDevice(name, id, std::move(info))) {
+    WriteCache();
+  }
+  if (TakeFind(name)) {
+    ActOnFind(sender, name, id);
+  }
+}
+
+// Puts a report into the table and tells the host about a new device or a new name. True when the
+// cache file has to follow.
+bool CDeviceWatcherWinRT::RecordDevice(const std::string& name, const std::string& id,
+                                       DeviceTable::Information info) {
+  const DeviceRecord record{MacOf(id), name, platform_.system->GetLocalTime()};
+  RecordChange change = RecordChange::kNone;
+  {
+    const Lock lock(mutex);
+    change = deviceTable.Report(name, id, record, info);
+  }
+  if (change != RecordChange::kNone) {
+    Notify("watch", name);
+  }
+  if (change != RecordChange::kNew) {
+    const Lock lock(mutex);
+    deviceTable.mapIdRecord[id] = record;
+  }
+  return change != RecordChange::kNone;
+}
+
+// Whether this report is a find of the watched device; if so, the device counts as found from now.
+bool CDeviceWatcherWinRT::TakeFind(const std::string& name) {
+  const std::int32_t now = Now();
+  const Lock lock(mutex);
+  const bool isFind =
+      !strWatchName.empty() && strWatchName == name && (nWatchMode == kConnectOnFind || !IsFound());
+  if (isFind) {
+    tFound = now;
+  }
+  return isFind;
+}
+
+void CDeviceWatcherWinRT::ActOnFind(platform::DeviceWatcher& sender, const std::string& name,
+                                    const std::string& id) {
+  sender.Stop();
+  std::string line;
+  {
+    const Lock lock(mutex);
+    line = "(watch) DeviceWatcher ok Dev=" + name +
+           " watch:" + std::to_string(ElapsedMs(tStart, tFound)) + "ms(" +
+           std::to_string(nWatchTry) + ")" + FlagsText();
+  }
+  WriteLog(std::move(line));
+
+  bool connect = false;
+  {
+    const Lock lock(mutex);
+    if (nWatchMode == kFindOnce) {
+      strWatchName.clear();
+      hEvDone->Set();
+    }
+    connect = nWatchMode == kConnectOnFind && !bDisConnect && !bConnectting;
+  }
+  if (connect) {
+    ConnDevice(name, id);
+  }
+}
+
+void CDeviceWatcherWinRT::OnDeviceRemoved(platform::DeviceWatcher&,
+                                          platform::DeviceInformationUpdate& update) {
+  LogUpdate("OnDeviceRemoved", update);
+}
+
+void CDeviceWatcherWinRT::OnDeviceUpdated(platform::DeviceWatcher&,
+                                          platform::DeviceInformationUpdate& update) {
+  LogUpdate("OnDeviceUpdated", update);
+}
+
+void CDeviceWatcherWinRT::LogUpdate(const std::string& what,
+                                    platform::DeviceInformationUpdate& update) {
+  const std::string id = ToAnsi(update.Id());
+  std::string name;
+  {
+    const Lock lock(mutex);
+    name = deviceTable.NameOf(id);
+  }
+  WriteLog("(watch) " + what + " name=" + name + " id=" + id);
+}
+
+// Every pass ends with a stop, and so with OnWatcherStopped.
+void CDeviceWatcherWinRT::OnEnumerationCompleted(platform::DeviceWatcher& sender) {
+  WriteLog("(watch) DeviceWatcher enumeration completed");
+  Notify("watchdone", "DeviceWatcher enumeration completed");
+  sender.Stop();
+}
+
+// Ends the watch or starts its next pass.
+void CDeviceWatcherWinRT::OnWatcherStopped(platform::DeviceWatcher&) {
+  hEvStopped->Set();
+  Notify("stopdone", "DeviceWatcher stopped");
+
+  const std::int32_t now = Now();
+  std::string lost;   // the line of a watched device that is gone
+  std::string again;  // the name to watch for in the next pass
+  {
+    const Lock lock(mutex);
+    const bool connects = nWatchMode == kConnectOnFind;
+    if (!connects && IsFound() && !strWatchName.empty() &&
+        !deviceTable.mapNameInfo.contains(strWatchName)) {
+      lost = "(watch) DeviceWatcher stopped. no Dev=" + strWatchName +
+             " nowatch:" + std::to_string(ElapsedMs(tFound, now)) + "ms(" +
+             std::to_string(nWatchTry) + ")" + FlagsText();
+    } else if (!bDisConnect && strDeviceIp.empty() &&
+               (!connects || ElapsedMs(tStart, now) < kAttemptLimitMs)) {
+      again = strWatchName;
+    }
+  }
+  if (!lost.empty()) {
+    WriteLog(std::move(lost));
+    hEvDone->Set();
+  } else if (!again.empty()) {
+    WriteLog("(watch) DeviceWatcher stopped,re watch");
+    StartWatcher(std::move(again));
+  } else {
+    WriteLog("(watch) DeviceWatcher stopped.");
+    const Lock lock(mutex);
+    if (!IsFound()) {
+      hEvDone->Set();
+    }
+  }
+}
+
+}  // namespace lanvoss

@@ -1,0 +1,20 @@
+// What stands under the library: one System and one radio.
+#pragma once
+
+#include <memory>
+
+#include "platform/system.h"
+#include "platform/wifi_direct.h"
+
+namespace lanvoss::platform {
+
+struct Platform {
+  std::shared_ptr<System> system;
+  std::shared_ptr<WiFiDirect> wifiDirect;
+};
+
+// Defined once in every build, by the file that chooses its pairing of backends. Called for each
+// object that the factory makes.
+Platform CreatePlatform();
+
+}  // namespace lanvoss::platform

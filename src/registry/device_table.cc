@@ -1,0 +1,52 @@
+#include "registry/device_table.h"
+
+#include <utility>
+
+#include "registry/compare_seconds.h"
+#include "watcher/limits.h"
+
+namespace lanvoss {
+
+RecordChange DeviceTable::Report(const std::string& name, const std::string& id,
+                                 const DeviceRecord& record, Information& info) {
+  std::swap(mapNameInfo[name], info);
+  mapNameId[name] = id;
+  const auto [stored, inserted] = mapIdRecord.try_emplace(id, record);
+  if (inserted) {
+    return RecordChange::kNew;
+  }
+  return stored->second.name == name ? RecordChange::kNone : RecordChange::kRenamed;
+}
+
+void DeviceTable::Load(const std::string& id, const DeviceRecord& record) {
+  mapIdRecord.try_emplace(id, record);
+  const auto [mapped, inserted] = mapNameId.try_emplace(record.name, id);
+  if (inserted) {
+    return;
+  }
+  const auto current = mapIdRecord.find(mapped->second);
+  if (current == mapIdRecord.end() || CompareSeconds(record.seen, current->second.seen) > 0) {
+    mapped->second = id;
+  }
+}
+
+std::optional<std::string> DeviceTable::IdOf(const std::string& name) const {
+  const auto entry = mapNameId.find(name);
+  return entry == mapNameId.end() ? std::nullopt : std::optional(entry->second);
+}
+
+DeviceTable::Information DeviceTable::InformationOf(const std::string& name) const {
+  const auto entry = mapNameInfo.find(name);
+  return entry == mapNameInfo.end() ? nullptr : entry->second;
+}
+
+std::string DeviceTable::NameOf(const std::string& id) const {
+  const auto entry = mapIdRecord.find(id);
+  return entry == mapIdRecord.end() ? std::string() : entry->second.name;
+}
+
+std::string MacOf(const std::string& id) {
+  return id.size() < kMacLength ? std::string() : id.substr(id.size() - kMacLength);
+}
+
+}  // namespace lanvoss

@@ -1,0 +1,55 @@
+// Every device that the library has seen. Entries are added and replaced, never removed.
+//
+// Plain data and look-ups: whoever owns a table locks it, and nothing here calls the platform or
+// the host.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/system.h"
+#include "platform/wifi_direct.h"
+
+namespace lanvoss {
+
+struct DeviceRecord {
+  std::string mac;  // the end of the id, see MacOf
+  std::string name;
+  platform::LocalTime seen;
+};
+
+// What a report changes in the part of the table that the cache file keeps.
+enum class RecordChange { kNone, kRenamed, kNew };
+
+class DeviceTable {
+ public:
+  using Information = std::shared_ptr<platform::DeviceInformation>;
+
+  // Ordered by their keys' bytes. Two devices of one name share its entry in the first two, and the
+  // later report wins; their records stay apart.
+  std::map<std::string, Information> mapNameInfo;  // as reported by the watcher
+  std::map<std::string, std::string> mapNameId;
+  std::map<std::string, DeviceRecord> mapIdRecord;  // in the order of the cache file's lines
+
+  // The first half of a report: the name now means this device, and a new id gets its record. A
+  // record that is there stays, so that the host hears of a new name before the table takes it.
+  // `info` comes back as the reference that it replaced, for the caller to release outside its
+  // lock.
+  RecordChange Report(const std::string& name, const std::string& id, const DeviceRecord& record,
+                      Information& info);
+
+  // Takes up one line of the cache file: the first record of an id stays, and a name means the id
+  // of its latest line, the earlier one winning ties.
+  void Load(const std::string& id, const DeviceRecord& record);
+
+  std::optional<std::string> IdOf(const std::string& name) const;
+  Information InformationOf(const std::string& name) const;  // none for a name not reported
+  std::string NameOf(const std::string& id) const;           // empty for an unknown id
+};
+
+// The last 17 characters of an id, which are the device's hardware address; empty for a shorter id.
+std::string MacOf(const std::string& id);
+
+}  // namespace lanvoss
