@@ -1,0 +1,286 @@
+// Watches: what the host sees of the passes, in each mode.
+#include "world.h"
+
+namespace lanvoss::test {
+namespace {
+
+class Discovery : public World {};
+
+TEST_F(Discovery, AnUnnamedWatchListsWhatIsThereInOnePass) {
+  air.Add({.name = u"Cam", .id = u"P2P#02:11:22:33:44:55", .appearMs = 300});
+  air.Add({.name = u"100%d|Büro", .id = u"short", .appearMs = 700});
+  Open();
+  EXPECT_EQ(lanvoss->StartWatch(""), 0);
+  Pass(5000);
+  EXPECT_EQ(Printed(),
+            "[2024-03-01 09:05:03.040] (watch) Start Watcher...for \n"
+            "[2024-03-01 09:05:03.040] watch start...\n"
+            "[2024-03-01 09:05:03.040] watch start ok.do:1 status:Started dt:0\n"
+            "[2024-03-01 09:05:03.040] (watch) Start Watcher done\n"
+            "[2024-03-01 09:05:03.340] 1 WatchDeviceAdded:Cam id:P2P#02:11:22:33:44:55\n"
+            "[2024-03-01 09:05:03.740] 2 WatchDeviceAdded:100%d|Büro id:short\n"
+            "[2024-03-01 09:05:05.040] (watch) DeviceWatcher enumeration completed\n"
+            "[2024-03-01 09:05:05.070] (watch) DeviceWatcher stopped.\n");
+  EXPECT_EQ(Heard(), (Lines{"watch Cam", "watch 100%d|Büro",
+                            "watchdone DeviceWatcher enumeration completed",
+                            "stopdone DeviceWatcher stopped"}));
+  EXPECT_EQ(ReadFile(CachePath()),
+            "1|P2P#02:11:22:33:44:55|02:11:22:33:44:55|Cam|2024-03-01 09:05:03.340\n"
+            "2|short||100%d|Büro|2024-03-01 09:05:03.740\n");
+}
+
+TEST_F(Discovery, FindOnceGoesOnUntilTheFindAndForgetsTheName) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA", .present = false});
+  air.Add({.name = u"cam", .id = u"idB", .appearMs = 100});
+  air.Add({.name = u"Cam ", .id = u"idC", .appearMs = 200});
+  Open();
+  air.After(2500, [&] { cam.Appear(); });
+  EXPECT_EQ(lanvoss->StartWatch("Cam"), 0);
+  Pass(200'000);
+  EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for Cam", "watch start...",
+                          "watch start ok.do:1 status:Started dt:0", "(watch) Start Watcher done",
+                          "1-1 WatchDeviceAdded:cam id:idB", "1-2 WatchDeviceAdded:Cam  id:idC",
+                          "(watch) DeviceWatcher enumeration completed",
+                          "(watch) DeviceWatcher stopped,re watch",
+                          "(watch) Start Watcher...for Cam", "watch start...",
+                          "watch start ok.do:1 status:Started dt:0", "(watch) Start Watcher done",
+                          "2-1 WatchDeviceAdded:cam id:idB", "2-2 WatchDeviceAdded:Cam  id:idC",
+                          "2-3 WatchDeviceAdded:Cam id:idA",
+                          "(watch) DeviceWatcher ok Dev=Cam watch:2800ms(2) bConnectting = 0 "
+                          "bDisConnect = 0",
+                          "(watch) DeviceWatcher stopped."}));
+  EXPECT_EQ(cam.OpenRequests(), 0U);
+}
+
+TEST_F(Discovery, KeepWatchingEndsWithTheFirstPassWithoutTheDevice) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA", .appearMs = 300});
+  Open();
+  air.After(500, [&] { cam.Disappear(); });
+  EXPECT_EQ(lanvoss->StartWatch("\nCam"), 0);
+  Pass(10'000);
+  // The pass of the find ends at 330 ms; the next one sees the device no more.
+  EXPECT_EQ(Log(),
+            (Lines{"(watch) Start Watcher...for Cam", "watch start...",
+                   "watch start ok.do:1 status:Started dt:0", "(watch) Start Watcher done",
+                   "1-1 WatchDeviceAdded:Cam id:idA",
+                   "(watch) DeviceWatcher ok Dev=Cam watch:300ms(1) bConnectting = 0 "
+                   "bDisConnect = 0",
+                   "(watch) DeviceWatcher stopped,re watch", "(watch) Start Watcher...for Cam",
+                   "watch start...", "watch start ok.do:1 status:Started dt:0",
+                   "(watch) Start Watcher done", "(watch) DeviceWatcher enumeration completed",
+                   "(watch) DeviceWatcher stopped. no Dev=Cam nowatch:2060ms(2) bConnectting = 0 "
+                   "bDisConnect = 0"}));
+}
+
+TEST_F(Discovery, KeepWatchingReportsLaterFindsInTheTableOnly) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA"});
+  Open();
+  lanvoss->StartWatch("\nCam");
+  Pass(2000);
+  EXPECT_EQ(Log().back(), "2-1 WatchDeviceAdded:Cam id:idA") << "found already: nothing more";
+  Pass(3000);
+  cam.Disappear();
+  Pass(10'000);
+  EXPECT_TRUE(Log().back().starts_with("(watch) DeviceWatcher stopped. no Dev=Cam nowatch:"));
+  EXPECT_EQ(lanvoss->StartWatch("\n"), 0) << "keeps watching for nobody";
+  Pass(10'000);
+  EXPECT_EQ(Log().back(), "(watch) DeviceWatcher stopped.");
+  EXPECT_EQ(lanvoss->StartWatch("Cam\n"), 0);
+  EXPECT_TRUE(Logged("(watch) Start Watcher...for Cam\n"));
+}
+
+TEST_F(Discovery, AWatchThatIsAskedAnewKeepsItsPass) {
+  air.Add({.name = u"Cam", .id = u"idA"});
+  air.Add({.name = u"Cam2", .id = u"idB", .appearMs = 800});
+  Open();
+  lanvoss->StartWatch("Nobody");
+  Pass(500);
+  Log();
+  EXPECT_EQ(lanvoss->StartWatch("Cam2"), 0);
+  EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for Cam2", "(watch) Start Watcher done"}));
+  Pass(1000);
+  EXPECT_EQ(Log(), (Lines{"0-2 WatchDeviceAdded:Cam2 id:idB",
+                          "(watch) DeviceWatcher ok Dev=Cam2 watch:300ms(0) bConnectting = 0 "
+                          "bDisConnect = 0",
+                          "(watch) DeviceWatcher stopped."}));
+}
+
+TEST_F(Discovery, StartingOutsideARestIsRefusedAndEndsThePass) {
+  Open();
+  std::int32_t result = 1;
+  Listen([&](const std::string& kind, const std::string&) {
+    if (kind == "watchdone" && result == 1) {
+      result = lanvoss->StartWatch("Cam");
+    }
+  });
+  lanvoss->StartWatch("");
+  Pass(2010);
+  EXPECT_EQ(result, -1);
+  EXPECT_TRUE(
+      Logged("(watch) Start Watcher Err:A method was called at an unexpected time."));
+  Pass(100);
+  EXPECT_EQ(Log().back(), "(watch) Start Watcher done") << "the stop starts the pass for Cam";
+}
+
+TEST_F(Discovery, ASlowStartIsRetriedEvery500MsFor60Seconds) {
+  Open();
+  air.SetHabits({.ignoredStarts = 3});
+  EXPECT_EQ(lanvoss->StartWatch(""), 0);
+  EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for ", "watch start...",
+                          "watch start.try:1 status:Created dt:0",
+                          "watch start.try:2 status:Created dt:500",
+                          "watch start.try:3 status:Created dt:1000",
+                          "watch start ok.do:4 status:Started dt:1500",
+                          "(watch) Start Watcher done"}));
+  Pass(10'000);
+  Log();
+  air.SetHabits({.ignoredStarts = simulated::kNever});
+  EXPECT_EQ(lanvoss->StartWatch(""), 0);
+  const Lines log = Log();
+  EXPECT_EQ(log[log.size() - 3], "watch start.try:121 status:Stopped dt:60000");
+  EXPECT_EQ(log[log.size() - 2], "watch start ok.do:122 status:Stopped dt:60500");
+}
+
+TEST_F(Discovery, AStartThatFailsStopsTheWatcher) {
+  Open();
+  air.faults().FailNth(Call::kWatcherStart, 1, {.message = u"Gerät gesperrt"});
+  EXPECT_EQ(lanvoss->StartWatch("Cam"), -1);
+  EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for Cam", "watch start...",
+                          "(watch) Start Watcher Err:Gerät gesperrt"}));
+  EXPECT_EQ(air.faults().Count(Call::kWatcherStop), 1U);
+
+  air.faults().FailNth(Call::kWatcherStart);
+  air.faults().FailNth(Call::kWatcherStop, 1, {.message = u"really not"});
+  EXPECT_THROW(lanvoss->StartWatch("Cam"), std::exception) << "the clean-up fails too";
+  EXPECT_EQ(lanvoss->StartWatch("Cam"), 0);
+}
+
+TEST_F(Discovery, StopWatchLeavesARestingWatcherAlone) {
+  Open();
+  EXPECT_EQ(lanvoss->StopWatch(), 0);
+  EXPECT_EQ(Log(), (Lines{"(watch) Stop Watcher...", "(watch) Stop Watcher done"}));
+  EXPECT_EQ(air.faults().Count(Call::kWatcherStop), 0U);
+
+  lanvoss->StartWatch("");
+  Pass(100);
+  Log();
+  EXPECT_EQ(lanvoss->StopWatch(), 0);
+  EXPECT_EQ(Log(), (Lines{"(watch) Stop Watcher...", "(watch) stop watch ...",
+                          "(watch) DeviceWatcher stopped.",
+                          "(watch) stop watch ok.do:1 status:Stopped dt:30",
+                          "(watch) Stop Watcher done"}));
+}
+
+TEST_F(Discovery, AWatcherThatNeverStopsTakesFiveTries) {
+  Open();
+  air.SetHabits({.enumerationMs = 60'000, .stopMs = simulated::kNever});
+  lanvoss->StartWatch("");
+  Pass(10);
+  Printed();
+  EXPECT_EQ(lanvoss->StopWatch(), 0);
+  std::string expected =
+      "[2024-03-01 09:05:03.050] (watch) Stop Watcher...\n"
+      "[2024-03-01 09:05:03.050] (watch) stop watch ...\n";
+  for (int i = 1; i <= 5; ++i) {
+    expected += "(watch) stop watch timer out\n[2024-03-01 09:05:" +
+                std::to_string(100 + 3 * i + 2).substr(1) + ".050] (watch) stop watch no.try:" +
+                std::to_string(i) + " status:Stopping dt:" + std::to_string(3000 * i - 1000) + "\n";
+  }
+  EXPECT_EQ(Printed(), expected + "[2024-03-01 09:05:18.050] (watch) Stop Watcher done\n");
+}
+
+TEST_F(Discovery, AStopThatFailsUsesUpItsTry) {
+  Open();
+  lanvoss->StartWatch("");
+  Log();
+  air.faults().FailNth(Call::kWatcherStop, 1, {.message = u"busy"});
+  EXPECT_EQ(lanvoss->StopWatch(), 0);
+  EXPECT_EQ(Log(), (Lines{"(watch) Stop Watcher...", "(watch) stop watch ...",
+                          "(watch) Error StopWatch: busy.Status is Started. try:1",
+                          "(watch) DeviceWatcher stopped.",
+                          "(watch) stop watch ok.do:2 status:Stopped dt:1030",
+                          "(watch) Stop Watcher done"}));
+  lanvoss->StartWatch("");
+  Log();
+  air.faults().FailNth(Call::kWatcherStop, 1, {.kind = Failure::Kind::kOther});
+  EXPECT_EQ(lanvoss->StopWatch(), -1);
+  EXPECT_EQ(Log(), (Lines{"(watch) Stop Watcher...", "(watch) stop watch ...",
+                          "(watch) Stop Watcher Err"}));
+}
+
+TEST_F(Discovery, StopWatchOfANamedWatchMeetsTheNextPass) {
+  Open();
+  lanvoss->StartWatch("Nobody");
+  Pass(100);
+  EXPECT_EQ(lanvoss->StopWatch(), 0);
+  Pass(60'000);
+  EXPECT_TRUE(Log().back().starts_with("(watch) ")) << "it goes on";
+  lanvoss->AbortConnect("");
+  lanvoss->StopWatch();
+  Pass(3000);
+  Log();
+  Pass(60'000);
+  EXPECT_EQ(Log(), Lines{}) << "given up, it ends";
+}
+
+TEST_F(Discovery, WithoutAWatcherNothingStarts) {
+  air.faults().FailNth(Call::kCreateWatcher, 1, {.kind = Failure::Kind::kNone});
+  Open();
+  EXPECT_EQ(lanvoss->StartWatch("Cam"), -1);
+  EXPECT_EQ(lanvoss->StopWatch(), -1);
+  EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for Cam", "(watch) Start Watcher done",
+                          "(watch) Stop Watcher...", "(watch) Stop Watcher done"}));
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), "");
+  EXPECT_EQ(time->Clock(), 100'000);
+}
+
+TEST_F(Discovery, ChangesOfADeviceAreLoggedUnderItsStoredName) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA"});
+  const PeerHandle other = air.Add({.name = u"Küche", .id = u"küche"});
+  time->SetAnsiCodePage(simulated::AnsiCodePage::kLatin1);
+  Open();
+  lanvoss->StartWatch("");
+  Pass(500);
+  Heard();
+  Log();
+  cam.Rename(u"Cam2");
+  cam.Disappear();
+  other.Disappear();
+  Pass(100);
+  EXPECT_EQ(Log(), (Lines{"(watch) OnDeviceUpdated name=Cam id=idA",
+                          "(watch) OnDeviceRemoved name=Cam id=idA",
+                          "(watch) OnDeviceRemoved name= id=k\xFC"
+                          "che"}))
+      << "an id beyond ASCII is stored in UTF-8 and looked up in the code page";
+  EXPECT_EQ(Heard(), Lines{});
+
+  cam.Appear();
+  Pass(400);
+  EXPECT_EQ(Heard(), Lines{"watch Cam2"});
+  const std::string cache = ReadFile(CachePath());
+  EXPECT_TRUE(cache.starts_with("1|idA||Cam2|2024-03-01 09:05:03.94")) << cache;
+}
+
+TEST_F(Discovery, ADeviceSeenAgainIsNotNews) {
+  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+  air.Add({.name = u"Cam", .id = u"idA"});
+  Open();
+  EXPECT_EQ(Heard(), Lines{"watch Cam"});
+  lanvoss->StartWatch("");
+  Pass(500);
+  EXPECT_EQ(Heard(), Lines{});
+  EXPECT_EQ(ReadFile(CachePath()), "1|idA||Cam|2020-01-01 00:00:00.000\n") << "not rewritten";
+}
+
+TEST_F(Discovery, AnAbortedWatcherCanBeStartedAgain) {
+  Open();
+  lanvoss->StartWatch("");
+  Pass(100);
+  air.AbortWatchers();
+  Pass(100);
+  EXPECT_EQ(Log().back(), "(watch) DeviceWatcher stopped.");
+  EXPECT_EQ(lanvoss->StartWatch(""), 0);
+}
+
+}  // namespace
+}  // namespace lanvoss::test

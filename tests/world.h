@@ -1,0 +1,107 @@
+// The stage of the scenario tests: one host, one object, one neighbourhood, virtual time.
+//
+// Seeded by LANVOSS_TEST_SEED (default 1); LANVOSS_TEST_TIME=free lets the threads run side by side.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "backends/simulated/neighbourhood.h"
+#include "backends/simulated/virtual_time.h"
+#include "lanvoss/lanvoss.h"
+
+namespace lanvoss::test {
+
+using simulated::Call;
+using simulated::Failure;
+using simulated::Habits;
+using simulated::LinkEnd;
+using simulated::Outcome;
+using simulated::PeerHandle;
+using Lines = std::vector<std::string>;
+
+std::shared_ptr<simulated::VirtualTime> NewTime();
+bool IsTimeFree();
+
+std::string ReadFile(const std::filesystem::path& path);
+void WriteFile(const std::filesystem::path& path, const std::string& bytes);
+
+// A directory of its own, gone at the end.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory();
+  ~TemporaryDirectory();
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  const std::filesystem::path path;
+};
+
+// Standard output goes into a file while it lives.
+class CapturedOutput {
+ public:
+  CapturedOutput();
+  ~CapturedOutput();
+  CapturedOutput(const CapturedOutput&) = delete;
+  CapturedOutput& operator=(const CapturedOutput&) = delete;
+  std::string Text() const;
+
+ private:
+  const int original_;
+  const int file_;
+};
+
+class World : public testing::Test {
+ public:
+  // What the host hears; called with everything, before it is recorded.
+  using Listener = std::function<void(const std::string& kind, const std::string& message)>;
+
+ protected:
+  World();
+  ~World() override;
+  void SetUp() override;
+  void TearDown() override;
+
+  // Builds the object, with the world's directory and a callback that records.
+  void Open();
+  void Listen(Listener listener);
+  // Lets virtual time pass.
+  void Pass(std::uint32_t milliseconds) { time->Sleep(milliseconds); }
+  // Runs a host thread; the returned handle waits for it.
+  std::unique_ptr<simulated::Thread> Host(std::function<void()> body) {
+    return time->Start("host", std::move(body));
+  }
+  // Opens, asks for the device and expects its default addresses.
+  void Connect(const std::string& name);
+
+  Lines Log();                       // the "info" messages since the last call
+  Lines Heard();                     // "kind message" of all others since the last call
+  std::string Printed();             // standard output since the last call
+  bool Logged(const std::string& line);  // among all so far
+  std::filesystem::path CachePath() const { return directory.path / "deviceinfo.bin"; }
+
+  const std::shared_ptr<simulated::VirtualTime> time = NewTime();
+  simulated::Neighbourhood air{time, time};
+  TemporaryDirectory directory;
+  std::shared_ptr<LanvossInterface> lanvoss;
+  unsigned expectedEscapes = 0;
+
+ private:
+  static void OnNotify(std::string kind, std::string message);
+
+  CapturedOutput output_;
+  std::size_t printedBefore_ = 0;
+  std::mutex mutex_;  // guards everything below
+  Listener listener_;
+  Lines log_;
+  Lines heard_;
+  std::size_t logBefore_ = 0;
+};
+
+}  // namespace lanvoss::test
