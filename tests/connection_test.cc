@@ -1,1 +1,143 @@
+// Pairing ceremonies, the link's status, old device objects and two connections at once.
 #include "world.h"
+
+namespace lanvoss::test {
+namespace {
+
+const std::string kAddress = "192.168.49.1,192.168.49.20";
+
+class Connection : public World {};
+
+TEST_F(Connection, OnlyTheStatusFailedPausesAndNothingStopsTheOpening) {
+  using platform::DevicePairingResultStatus;
+  const auto logOf = [&](const char16_t* name, DevicePairingResultStatus status) {
+    air.Add({.name = name, .openMs = 10, .pairingStatus = status});
+    lanvoss->GetDeviceIp(platform::Utf16ToUtf8(name));
+    lanvoss->AbortConnect("");
+    Pass(5000);
+    return Printed();
+  };
+  Open();
+  const std::string rejected = logOf(u"Rejects", DevicePairingResultStatus::RejectedByHandler);
+  EXPECT_NE(rejected.find(":04.140] PairAsync Status: RejectedByHandler\n"
+                          "[2024-03-01 09:05:04.140] (watch) RequestPairDeviceAsync done\n"),
+            std::string::npos)
+      << rejected;
+  const std::string failed = logOf(u"Fails", DevicePairingResultStatus::Failed);
+  EXPECT_NE(failed.find("PairAsync Status: Failed\n(watch) RequestPairDeviceAsync ret\n ["),
+            std::string::npos)
+      << failed;
+  EXPECT_TRUE(Logged("(watch) wfdDevice is null,Re FromIdAsync:5 Fails"));
+  EXPECT_NE(logOf(u"Odd", static_cast<DevicePairingResultStatus>(77)).find("PairAsync Status: 77"),
+            std::string::npos);
+}
+
+TEST_F(Connection, AFailedPairingPauses500Ms) {
+  air.Add({.name = u"Cam", .pairingStatus = platform::DevicePairingResultStatus::Failed});
+  Open();
+  std::int32_t status = 0;
+  std::int32_t done = 0;
+  Listen([&](const std::string&, const std::string& message) {
+    if (message == "PairAsync Status: Failed" && status == 0) {
+      status = time->Clock();
+    } else if (message == "(watch) RequestPairDeviceAsync done" && done == 0) {
+      done = time->Clock();
+    }
+  });
+  lanvoss->GetDeviceIp("Cam");
+  lanvoss.reset();
+  EXPECT_EQ(done - status, 500);
+}
+
+TEST_F(Connection, OnlyCeremoniesWithoutInputAreAccepted) {
+  using platform::DevicePairingKinds;
+  air.Add({.name = u"ShowsPin", .ceremony = DevicePairingKinds::DisplayPin});
+  air.Add({.name = u"WantsPin", .ceremony = DevicePairingKinds::ProvidePin});
+  Open();
+  EXPECT_EQ(lanvoss->GetDeviceIp("ShowsPin"), kAddress);
+  EXPECT_NE(Printed().find("OnPairingRequested:2\n "), std::string::npos);
+  lanvoss->DisConnect("");
+  EXPECT_EQ(lanvoss->GetDeviceIp("WantsPin"), "");
+  EXPECT_NE(Printed().find("OnPairingRequested:4\n "), std::string::npos);
+  EXPECT_TRUE(Logged("PairAsync Status: RejectedByHandler"));
+}
+
+TEST_F(Connection, ADeviceWithoutAPairingObjectIsOpenedAsItIs) {
+  air.Add({.name = u"Cam", .paired = true, .hasPairingObject = false});
+  Open();
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+  EXPECT_FALSE(Logged("(watch) RequestPairDeviceAsync ..."));
+  lanvoss->Unpair("Cam");
+  EXPECT_TRUE(Logged("(watch) Watch again,try..."));
+}
+
+TEST_F(Connection, TheLinkThatGoesDownIsForgotten) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Connect("Cam");
+  cam.DropLink();
+  Pass(100);
+  EXPECT_EQ(Log(), Lines{"(watch) Connection status changed: Disconnected"});
+  air.SetHabits({.onClose = LinkEnd::kSilent});
+  // The next request closes what is held of it first.
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+  EXPECT_TRUE(Logged("(watch) DisConnect, watch FromIdAsync ..."));
+  EXPECT_FALSE(Logged("(watch) FromIdAsync was canceled by user"));
+}
+
+TEST_F(Connection, AChangeToConnectedOnlyTellsTheLog) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Connect("Cam");
+  air.SetHabits({.onDrop = LinkEnd::kStaysUpReported});
+  cam.DropLink();
+  Pass(100);
+  EXPECT_EQ(Log(), Lines{"(watch) Connection status changed: Connected"});
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+  EXPECT_TRUE(Logged("(watch) Dev Cam is Connected,return ip=" + kAddress));
+}
+
+TEST_F(Connection, AskingForAnotherDeviceWhileOneIsHeld) {
+  air.Add({.name = u"Cam"});
+  const PeerHandle other =
+      air.Add({.name = u"Other", .paired = true, .remoteAddress = u"10.0.0.2"});
+  Connect("Cam");
+  // Closing the held one is reported as Disconnected, which reads as a wish to give up.
+  EXPECT_EQ(lanvoss->GetDeviceIp("Other"), "");
+  EXPECT_TRUE(Logged("(watch) wfdDevice is null, return"));
+  EXPECT_EQ(other.OpenRequests(), 0U);
+  EXPECT_EQ(lanvoss->GetDeviceIp("Other"), "192.168.49.1,10.0.0.2") << "the next one goes through";
+}
+
+TEST_F(Connection, AskingForAnotherDeviceWhereClosingIsNotReported) {
+  air.Add({.name = u"Cam"});
+  air.Add({.name = u"Other", .paired = true, .remoteAddress = u"10.0.0.2"});
+  Connect("Cam");
+  air.SetHabits({.onClose = LinkEnd::kSilent});
+  EXPECT_EQ(lanvoss->GetDeviceIp("Other"), "192.168.49.1,10.0.0.2");
+}
+
+TEST_F(Connection, TwoConnectionsAtOnceLeaveOneDeviceHeld) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .paired = true, .appearMs = 50, .openMs = 400});
+  air.SetHabits({.enumerationMs = 200, .handlersOverlap = true});
+  Open();
+  // The pass that follows the stop of the find reports the device again before the link is open.
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+  Pass(3000);
+  EXPECT_GT(cam.OpenRequests(), 1U);
+  EXPECT_LE(cam.LinksUp(), 1U);
+  lanvoss->DisConnect("");
+  Pass(3000);
+  EXPECT_EQ(cam.LinksUp(), 0U);
+}
+
+TEST_F(Connection, AStopRefusedAfterADirectLinkIsLoggedAfterTheSignal) {
+  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+  air.Add({.name = u"Cam", .id = u"idA", .paired = true});
+  air.SetHabits({.stopElsewhere = simulated::StopElsewhere::kRefused});
+  Open();
+  EXPECT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
+  EXPECT_EQ(time->Clock(), 400);
+  EXPECT_EQ(Log().back(), "(watch) ConnDevice Err:A method was called at an unexpected time.");
+}
+
+}  // namespace
+}  // namespace lanvoss::test

@@ -21,9 +21,9 @@ TEST_F(Discovery, AnUnnamedWatchListsWhatIsThereInOnePass) {
             "[2024-03-01 09:05:03.740] 2 WatchDeviceAdded:100%d|Büro id:short\n"
             "[2024-03-01 09:05:05.040] (watch) DeviceWatcher enumeration completed\n"
             "[2024-03-01 09:05:05.070] (watch) DeviceWatcher stopped.\n");
-  EXPECT_EQ(Heard(), (Lines{"watch Cam", "watch 100%d|Büro",
-                            "watchdone DeviceWatcher enumeration completed",
-                            "stopdone DeviceWatcher stopped"}));
+  EXPECT_EQ(Heard(),
+            (Lines{"watch Cam", "watch 100%d|Büro", "watchdone DeviceWatcher enumeration completed",
+                   "stopdone DeviceWatcher stopped"}));
   EXPECT_EQ(ReadFile(CachePath()),
             "1|P2P#02:11:22:33:44:55|02:11:22:33:44:55|Cam|2024-03-01 09:05:03.340\n"
             "2|short||100%d|Büro|2024-03-01 09:05:03.740\n");
@@ -37,18 +37,18 @@ TEST_F(Discovery, FindOnceGoesOnUntilTheFindAndForgetsTheName) {
   air.After(2500, [&] { cam.Appear(); });
   EXPECT_EQ(lanvoss->StartWatch("Cam"), 0);
   Pass(200'000);
-  EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for Cam", "watch start...",
-                          "watch start ok.do:1 status:Started dt:0", "(watch) Start Watcher done",
-                          "1-1 WatchDeviceAdded:cam id:idB", "1-2 WatchDeviceAdded:Cam  id:idC",
-                          "(watch) DeviceWatcher enumeration completed",
-                          "(watch) DeviceWatcher stopped,re watch",
-                          "(watch) Start Watcher...for Cam", "watch start...",
-                          "watch start ok.do:1 status:Started dt:0", "(watch) Start Watcher done",
-                          "2-1 WatchDeviceAdded:cam id:idB", "2-2 WatchDeviceAdded:Cam  id:idC",
-                          "2-3 WatchDeviceAdded:Cam id:idA",
-                          "(watch) DeviceWatcher ok Dev=Cam watch:2800ms(2) bConnectting = 0 "
-                          "bDisConnect = 0",
-                          "(watch) DeviceWatcher stopped."}));
+  EXPECT_EQ(Log(),
+            (Lines{"(watch) Start Watcher...for Cam", "watch start...",
+                   "watch start ok.do:1 status:Started dt:0", "(watch) Start Watcher done",
+                   "1-1 WatchDeviceAdded:cam id:idB", "1-2 WatchDeviceAdded:Cam  id:idC",
+                   "(watch) DeviceWatcher enumeration completed",
+                   "(watch) DeviceWatcher stopped,re watch", "(watch) Start Watcher...for Cam",
+                   "watch start...", "watch start ok.do:1 status:Started dt:0",
+                   "(watch) Start Watcher done", "2-1 WatchDeviceAdded:cam id:idB",
+                   "2-2 WatchDeviceAdded:Cam  id:idC", "2-3 WatchDeviceAdded:Cam id:idA",
+                   "(watch) DeviceWatcher ok Dev=Cam watch:2800ms(2) bConnectting = 0 "
+                   "bDisConnect = 0",
+                   "(watch) DeviceWatcher stopped."}));
   EXPECT_EQ(cam.OpenRequests(), 0U);
 }
 
@@ -116,22 +116,22 @@ TEST_F(Discovery, StartingOutsideARestIsRefusedAndEndsThePass) {
   lanvoss->StartWatch("");
   Pass(2010);
   EXPECT_EQ(result, -1);
-  EXPECT_TRUE(
-      Logged("(watch) Start Watcher Err:A method was called at an unexpected time."));
+  EXPECT_TRUE(Logged("(watch) Start Watcher Err:A method was called at an unexpected time."));
   Pass(100);
   EXPECT_EQ(Log().back(), "(watch) Start Watcher done") << "the stop starts the pass for Cam";
+  lanvoss.reset();
 }
 
 TEST_F(Discovery, ASlowStartIsRetriedEvery500MsFor60Seconds) {
   Open();
   air.SetHabits({.ignoredStarts = 3});
   EXPECT_EQ(lanvoss->StartWatch(""), 0);
-  EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for ", "watch start...",
-                          "watch start.try:1 status:Created dt:0",
-                          "watch start.try:2 status:Created dt:500",
-                          "watch start.try:3 status:Created dt:1000",
-                          "watch start ok.do:4 status:Started dt:1500",
-                          "(watch) Start Watcher done"}));
+  EXPECT_EQ(
+      Log(),
+      (Lines{"(watch) Start Watcher...for ", "watch start...",
+             "watch start.try:1 status:Created dt:0", "watch start.try:2 status:Created dt:500",
+             "watch start.try:3 status:Created dt:1000",
+             "watch start ok.do:4 status:Started dt:1500", "(watch) Start Watcher done"}));
   Pass(10'000);
   Log();
   air.SetHabits({.ignoredStarts = simulated::kNever});
@@ -165,10 +165,10 @@ TEST_F(Discovery, StopWatchLeavesARestingWatcherAlone) {
   Pass(100);
   Log();
   EXPECT_EQ(lanvoss->StopWatch(), 0);
-  EXPECT_EQ(Log(), (Lines{"(watch) Stop Watcher...", "(watch) stop watch ...",
-                          "(watch) DeviceWatcher stopped.",
-                          "(watch) stop watch ok.do:1 status:Stopped dt:30",
-                          "(watch) Stop Watcher done"}));
+  EXPECT_EQ(
+      Log(),
+      (Lines{"(watch) Stop Watcher...", "(watch) stop watch ...", "(watch) DeviceWatcher stopped.",
+             "(watch) stop watch ok.do:1 status:Stopped dt:30", "(watch) Stop Watcher done"}));
 }
 
 TEST_F(Discovery, AWatcherThatNeverStopsTakesFiveTries) {
@@ -183,8 +183,9 @@ TEST_F(Discovery, AWatcherThatNeverStopsTakesFiveTries) {
       "[2024-03-01 09:05:03.050] (watch) stop watch ...\n";
   for (int i = 1; i <= 5; ++i) {
     expected += "(watch) stop watch timer out\n[2024-03-01 09:05:" +
-                std::to_string(100 + 3 * i + 2).substr(1) + ".050] (watch) stop watch no.try:" +
-                std::to_string(i) + " status:Stopping dt:" + std::to_string(3000 * i - 1000) + "\n";
+                std::to_string(100 + 3 * i + 2).substr(1) +
+                ".050] (watch) stop watch no.try:" + std::to_string(i) +
+                " status:Stopping dt:" + std::to_string(3000 * i - 1000) + "\n";
   }
   EXPECT_EQ(Printed(), expected + "[2024-03-01 09:05:18.050] (watch) Stop Watcher done\n");
 }

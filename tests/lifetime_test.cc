@@ -1,1 +1,218 @@
+// Construction and destruction, and hosts that call back in, throw, or let go at any moment.
+#include <atomic>
+#include <stdexcept>
+
 #include "world.h"
+
+namespace lanvoss::test {
+namespace {
+
+const std::string kAddress = "192.168.49.1,192.168.49.20";
+
+class Lifetime : public World {
+ protected:
+  void SetUp() override {
+    World::SetUp();
+    WriteFile(CachePath(), "1|idC||Cached|2020-01-01 00:00:00.000\n");
+    air.Add({.name = u"Cam", .id = u"idA"});
+    air.Add({.name = u"Other", .id = u"idB", .appearMs = 100});
+  }
+
+  // Watches, connects, loses and closes a link. What the host throws or drops ends it early.
+  void Story() {
+    const auto use = [&](auto operation) {
+      if (LanvossInterface* const object = lanvoss.get(); object != nullptr) {
+        operation(*object);
+      }
+    };
+    use([](auto& object) { object.StartWatch("Nobody"); });
+    Pass(2500);
+    use([](auto& object) { object.GetDeviceIp("Cam"); });
+    use([](auto& object) { object.DisConnect(""); });
+    use([](auto& object) { object.GetDeviceIp("\nCam"); });
+    use([](auto& object) { object.Unpair("Cam"); });
+    use([](auto& object) { object.PingCheck(); });
+    use([](auto& object) { object.StopWatch(); });
+  }
+
+  // Calls `act` at the n-th notification of the story, for every n. Returns how many there were.
+  template <typename Act>
+  int AtEveryNotification(Act act) {
+    for (int nth = 1;; ++nth) {
+      std::atomic<int> heard = 0;
+      Open();
+      Listen([&](const std::string&, const std::string&) {
+        if (++heard == nth) {
+          act();
+        }
+      });
+      try {
+        Story();
+      } catch (const std::runtime_error&) {
+      }
+      lanvoss.reset();
+      Pass(70'000);
+      Listen(nullptr);
+      if (heard < nth) {
+        return nth - 1;
+      }
+    }
+  }
+};
+
+TEST_F(Lifetime, TheHostMayLetGoAtAnyNotification) {
+  std::atomic<int> late = 0;
+  const int notifications = AtEveryNotification([&] {
+    if (lanvoss != nullptr) {  // else it is still being made
+      lanvoss.reset();
+      Listen([&](const std::string&, const std::string&) { ++late; });
+    }
+  });
+  EXPECT_GT(notifications, 50);
+  EXPECT_EQ(late, 0) << "notified after the object was gone";
+}
+
+TEST_F(Lifetime, TheHostMayThrowAtAnyNotification) {
+  AtEveryNotification([] { throw std::runtime_error("host"); });
+  expectedEscapes = air.EscapedExceptions();  // those thrown into handlers
+  EXPECT_GT(expectedEscapes, 0U);
+  Connect("Cam");
+}
+
+TEST_F(Lifetime, TheHostMayCallBackInAtAnyNotification) {
+  int calls = 0;
+  AtEveryNotification([&] {
+    if (lanvoss == nullptr) {  // it is being made or destroyed
+      return;
+    }
+    switch (++calls % 5) {
+      case 0:
+        lanvoss->AbortConnect("");
+        break;
+      case 1:
+        lanvoss->StartWatch("Cam");
+        break;
+      case 2:
+        lanvoss->DisConnect("");
+        break;
+      case 3:
+        lanvoss->Unpair("Cam");
+        break;
+      default:
+        lanvoss->StopWatch();
+    }
+  });
+}
+
+TEST_F(Lifetime, AnotherThreadMayLetGoAtAnyMoment) {
+  for (std::uint32_t moment = 0; moment < 6000; moment += 97) {
+    Open();
+    auto story = Host([&] { Story(); });
+    Pass(moment);
+    // The story's operations run on the bare object; this waits for the one that is under way.
+    lanvoss.reset();
+    story.reset();
+    Pass(70'000);
+  }
+}
+
+TEST_F(Lifetime, NothingIsHeardAfterTheObjectIsGone) {
+  Open();
+  lanvoss->StartWatch("Nobody");
+  Pass(50);
+  lanvoss.reset();
+  EXPECT_TRUE(Logged("(watch) DeviceWatcher stopped,re watch")) << "a named watch goes on";
+  EXPECT_EQ(Log().back(), "(watch) Stop Watcher done") << "until its watcher is gone";
+  Pass(10'000);
+  EXPECT_EQ(Log(), Lines{});
+}
+
+TEST_F(Lifetime, DestructionWaitsForAHandlerInThePlatform) {
+  air.Add({.name = u"Slow", .paired = true, .openMs = 30'000});
+  Open();
+  const auto host = Host([&] {
+    EXPECT_EQ(lanvoss->GetDeviceIp("Slow"), "") << "released by the destruction";
+    EXPECT_LT(time->Clock(), 2000);
+  });
+  Pass(1000);
+  lanvoss.reset();
+  EXPECT_EQ(time->Clock(), 30'300) << "the open request has no time limit";
+}
+
+TEST_F(Lifetime, AConstructionThatFailsSaysWhyAndLeavesNothing) {
+  for (const Call call :
+       {Call::kGetDeviceSelector, Call::kCreateWatcher, Call::kWatcherSubscribe}) {
+    air.faults().FailNth(call, 1, {.message = u"no radio"});
+    try {
+      Open();
+      FAIL() << "construction went through";
+    } catch (const std::exception& error) {
+      EXPECT_STREQ(error.what(), "no radio");
+    }
+  }
+  air.faults().FailNth(Call::kWatcherSubscribe, 4);
+  EXPECT_THROW(Open(), std::exception);
+  EXPECT_EQ(air.LiveObjects(), 0U);
+  Listen([](const std::string&, const std::string&) { throw std::runtime_error("host"); });
+  EXPECT_THROW(Open(), std::runtime_error) << "at the first cached device";
+  EXPECT_EQ(air.LiveObjects(), 0U);
+}
+
+TEST_F(Lifetime, WithoutEventsConstructionFails) {
+  for (unsigned nth = 4; nth >= 1; --nth) {
+    time->FailEventCreation(nth);
+    try {
+      Open();
+      ADD_FAILURE() << "construction went through";
+    } catch (const std::exception& error) {
+      EXPECT_STREQ(error.what(), "Lanvoss: the system could not create an event.");
+    }
+    time->FailEventCreation(0);
+  }
+  EXPECT_EQ(air.LiveObjects(), 0U);
+}
+
+TEST_F(Lifetime, WithoutACallbackOnlyStandardOutputSpeaks) {
+  lanvoss = getLanvossPtr(nullptr, directory.path.string());
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+  Pass(100);
+  EXPECT_NE(Printed().find("IPAddress: loc:192.168.49.1 remote:192.168.49.20\n"),
+            std::string::npos);
+  EXPECT_NE(ReadFile(CachePath()).find("|Cam|"), std::string::npos);
+}
+
+TEST_F(Lifetime, ThreeThreadsOfOperationsAmongEvents) {
+  const PeerHandle busy = air.Add({.name = u"Busy", .paired = true, .appearMs = 30, .openMs = 60});
+  air.SetHabits({.enumerationMs = 120, .stopMs = 5, .handlersOverlap = true});
+  Open();
+  const auto repeat = [&](int times, auto operations) {
+    return Host([times, operations] {
+      for (int i = 0; i < times; ++i) {
+        operations(i);
+      }
+    });
+  };
+  {
+    const auto asks = repeat(40, [&](int i) {
+      lanvoss->GetDeviceIp(i % 3 == 0 ? "\nBusy" : i % 3 == 1 ? "7\nCam" : "Busy");
+    });
+    const auto ends = repeat(120, [&](int i) {
+      Pass(61);
+      i % 4 == 0 ? lanvoss->DisConnect("") : lanvoss->AbortConnect("");
+      lanvoss->Unpair("Busy");
+    });
+    const auto watches = repeat(120, [&](int i) {
+      Pass(53);
+      i % 2 == 0 ? lanvoss->StartWatch("Busy") : lanvoss->StopWatch();
+      busy.Rename(i % 5 == 0 ? u"Cam" : u"Busy");
+      i % 7 == 0 ? busy.DropLink() : busy.Disappear();
+      busy.Appear();
+    });
+  }
+  lanvoss->DisConnect("");
+  Pass(3000);
+  EXPECT_EQ(busy.LinksUp(), 0U);
+}
+
+}  // namespace
+}  // namespace lanvoss::test

@@ -1,12 +1,12 @@
 // Text conversions, clock differences and status names.
-#include <gtest/gtest.h>
+#include "watcher/text.h"
 
+#include <gtest/gtest.h>
 #include <limits>
 
 #include "backends/simulated/virtual_time.h"
 #include "platform/unicode.h"
 #include "watcher/status_names.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 namespace {

@@ -1,12 +1,11 @@
 #include "world.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <unistd.h>
 #include <utility>
 
 #include "platform/platform.h"
@@ -85,6 +84,7 @@ World::~World() {
 void World::SetUp() { time->SetLocalTime({2024, 3, 1, 9, 5, 3, 40}); }
 
 void World::TearDown() {
+  Listen(nullptr);
   lanvoss.reset();
   Pass(1000);  // events that are still on their way
   EXPECT_EQ(air.LiveObjects(), 0U) << "platform objects leaked";

@@ -1,21 +1,22 @@
 // The stage of the scenario tests: one host, one object, one neighbourhood, virtual time.
 //
-// Seeded by LANVOSS_TEST_SEED (default 1); LANVOSS_TEST_TIME=free lets the threads run side by side.
+// Seeded by LANVOSS_TEST_SEED (default 1); LANVOSS_TEST_TIME=free lets the threads run side by
+// side.
 #pragma once
-
-#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include "lanvoss/lanvoss.h"
+
 #include "backends/simulated/neighbourhood.h"
 #include "backends/simulated/virtual_time.h"
-#include "lanvoss/lanvoss.h"
 
 namespace lanvoss::test {
 
@@ -80,9 +81,9 @@ class World : public testing::Test {
   // Opens, asks for the device and expects its default addresses.
   void Connect(const std::string& name);
 
-  Lines Log();                       // the "info" messages since the last call
-  Lines Heard();                     // "kind message" of all others since the last call
-  std::string Printed();             // standard output since the last call
+  Lines Log();                           // the "info" messages since the last call
+  Lines Heard();                         // "kind message" of all others since the last call
+  std::string Printed();                 // standard output since the last call
   bool Logged(const std::string& line);  // among all so far
   std::filesystem::path CachePath() const { return directory.path / "deviceinfo.bin"; }
 

@@ -84,7 +84,7 @@ enum class StopElsewhere { kIgnored, kRefused };
 
 // Where platforms differ. Durations in milliseconds.
 struct Habits {
-  std::uint32_t startMs = 0;           // from Start to the status Started
+  std::uint32_t ignoredStarts = 0;     // calls of Start without effect before one has it
   std::uint32_t enumerationMs = 2000;  // from Started to EnumerationCompleted
   std::uint32_t stopMs = 30;           // from Stop to the status Stopped
   std::uint32_t statusReportMs = 10;   // from a link's change to the event that reports it

@@ -27,29 +27,18 @@ platform::DeviceWatcherStatus SimulatedWatcher::Status() {
 
 void SimulatedWatcher::Start() {
   air->faults.Pass(Call::kWatcherStart);
-  const std::uint32_t startMs = air->CurrentHabits().startMs;
+  const std::uint32_t ignoredStarts = air->CurrentHabits().ignoredStarts;
   {
     const std::lock_guard lock(mutex_);
-    if (starting_) {
-      return;
-    }
     if (IsRunning() || status_ == Status::Stopping) {
       Refuse();
     }
+    if (ignored_ < ignoredStarts) {
+      ++ignored_;
+      return;
+    }
+    ignored_ = 0;
     ++pass_;
-    starting_ = true;
-  }
-  if (startMs == 0) {
-    BeginPass();
-  } else {
-    Later(startMs, [](SimulatedWatcher& watcher) { watcher.BeginPass(); });
-  }
-}
-
-void SimulatedWatcher::BeginPass() {
-  {
-    const std::lock_guard lock(mutex_);
-    starting_ = false;
     status_ = Status::Started;
     seen_.clear();
   }

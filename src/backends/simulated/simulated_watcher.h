@@ -44,7 +44,6 @@ class SimulatedWatcher final : public platform::DeviceWatcher,
   // Runs `step` on the agenda's thread after a delay, unless another pass has begun or the watcher
   // is gone by then.
   void Later(std::uint32_t delayMs, std::function<void(SimulatedWatcher&)> step);
-  void BeginPass();
   void CompletePass();
   void FinishStop();
   void Report(std::size_t index);
@@ -64,7 +63,7 @@ class SimulatedWatcher final : public platform::DeviceWatcher,
 
   std::mutex mutex_;  // guards everything below
   platform::DeviceWatcherStatus status_ = platform::DeviceWatcherStatus::Created;
-  bool starting_ = false;       // Start was taken, the status does not show it yet
+  std::uint32_t ignored_ = 0;   // calls of Start that had no effect since the last pass
   unsigned pass_ = 0;           // which pass this is, so that steps of an earlier one are dropped
   std::set<std::size_t> seen_;  // the devices that this pass has reported
   EventSource<AddedHandler> added_;
