@@ -113,7 +113,8 @@ void CDeviceWatcherWinRT::OnEnumerationCompleted(platform::DeviceWatcher& sender
   sender.Stop();
 }
 
-// Ends the watch or starts its next pass.
+// Ends the watch or starts its next pass. What it decides rests on one look at the fields, so that a
+// request that begins meanwhile is not taken for the finished one.
 void CDeviceWatcherWinRT::OnWatcherStopped(platform::DeviceWatcher&) {
   hEvStopped->Set();
   Notify("stopdone", "DeviceWatcher stopped");
@@ -121,10 +122,12 @@ void CDeviceWatcherWinRT::OnWatcherStopped(platform::DeviceWatcher&) {
   const std::int32_t now = Now();
   std::string lost;   // the line of a watched device that is gone
   std::string again;  // the name to watch for in the next pass
+  bool found = false;
   {
     const Lock lock(mutex);
+    found = IsFound();
     const bool connects = nWatchMode == kConnectOnFind;
-    if (!connects && IsFound() && !strWatchName.empty() &&
+    if (!connects && found && !strWatchName.empty() &&
         !deviceTable.mapNameInfo.contains(strWatchName)) {
       lost = "(watch) DeviceWatcher stopped. no Dev=" + strWatchName +
              " nowatch:" + std::to_string(ElapsedMs(tFound, now)) + "ms(" +
@@ -142,8 +145,7 @@ void CDeviceWatcherWinRT::OnWatcherStopped(platform::DeviceWatcher&) {
     StartWatcher(std::move(again));
   } else {
     WriteLog("(watch) DeviceWatcher stopped.");
-    const Lock lock(mutex);
-    if (!IsFound()) {
+    if (!found) {
       hEvDone->Set();
     }
   }
