@@ -50,22 +50,23 @@ void WriteFile(const std::filesystem::path& path, const std::string& bytes) {
 TemporaryDirectory::TemporaryDirectory() : path(NewDirectory()) {}
 TemporaryDirectory::~TemporaryDirectory() { std::filesystem::remove_all(path); }
 
-CapturedOutput::CapturedOutput()
-    : original_((std::fflush(stdout), dup(STDOUT_FILENO))), file_(fileno(std::tmpfile())) {
-  dup2(file_, STDOUT_FILENO);
+CapturedOutput::CapturedOutput() : original_(dup(STDOUT_FILENO)), file_(std::tmpfile()) {
+  std::fflush(stdout);
+  dup2(fileno(file_), STDOUT_FILENO);
 }
 
 CapturedOutput::~CapturedOutput() {
   std::fflush(stdout);
   dup2(original_, STDOUT_FILENO);
   close(original_);
-  close(file_);
+  std::fclose(file_);
 }
 
 std::string CapturedOutput::Text() const {
   std::fflush(stdout);
-  std::string text(static_cast<std::size_t>(lseek(file_, 0, SEEK_END)), '\0');
-  text.resize(static_cast<std::size_t>(pread(file_, text.data(), text.size(), 0)));
+  const int file = fileno(file_);
+  std::string text(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), '\0');
+  text.resize(static_cast<std::size_t>(pread(file, text.data(), text.size(), 0)));
   return text;
 }
 

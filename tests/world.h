@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
@@ -55,7 +56,7 @@ class CapturedOutput {
 
  private:
   const int original_;
-  const int file_;
+  std::FILE* const file_;
 };
 
 class World : public testing::Test {
