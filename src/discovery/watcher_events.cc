@@ -113,8 +113,8 @@ void CDeviceWatcherWinRT::OnEnumerationCompleted(platform::DeviceWatcher& sender
   sender.Stop();
 }
 
-// Ends the watch or starts its next pass. What it decides rests on one look at the fields, so that a
-// request that begins meanwhile is not taken for the finished one.
+// Ends the watch or starts its next pass. What it decides rests on one look at the fields, so that
+// a request that begins meanwhile is not taken for the finished one.
 void CDeviceWatcherWinRT::OnWatcherStopped(platform::DeviceWatcher&) {
   hEvStopped->Set();
   Notify("stopdone", "DeviceWatcher stopped");

@@ -91,7 +91,7 @@ class Air : public std::enable_shared_from_this<Air> {
   const std::shared_ptr<platform::System> system;
   Faults faults;
   std::atomic<unsigned> escapedExceptions = 0;  // exceptions that left a handler
-  std::atomic<unsigned> liveObjects = 0;    // platform objects that somebody holds
+  std::atomic<unsigned> liveObjects = 0;        // platform objects that somebody holds
 
  private:
   void Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::size_t));

@@ -1,0 +1,26 @@
+// The arguments of the program.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace lanvoss::program {
+
+enum class Command { kIp, kWatch };
+
+struct CommandLine {
+  Command command = Command::kIp;
+  std::optional<std::string> name;    // neither empty nor with a line feed; always there for kIp
+  std::optional<std::int32_t> gapMs;  // of kIp
+  bool direct = false;                // of kIp
+  bool keep = false;                  // of kWatch
+  std::string directory;              // empty: the current one
+  std::optional<std::string> scenarioFile;  // none: the built-in neighbourhood
+};
+
+// Fills `line`. A number: the program is to end with this exit code, and what there is to say (the
+// help, the version, what is wrong) has been written.
+std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line);
+
+}  // namespace lanvoss::program

@@ -1,0 +1,49 @@
+#include "json_value.h"
+
+#include <algorithm>
+
+#include "scenario.h"
+
+namespace lanvoss::program {
+
+void JsonValue::Refuse(const std::string& why) const { throw ScenarioError(path_ + ": " + why); }
+
+void JsonValue::RefuseMember(std::string_view key, const std::string& why) const {
+  throw ScenarioError(PathOf(key) + ": " + why);
+}
+
+void JsonValue::ReadMembers(
+    std::initializer_list<std::pair<std::string_view, Reader>> readers) const {
+  if (!json_->is_object()) {
+    Refuse("expected an object");
+  }
+  for (const auto& [key, json] : json_->items()) {
+    const auto reader =
+        std::ranges::find(readers, key, [](const auto& known) { return known.first; });
+    if (reader == readers.end()) {
+      RefuseMember(key, "unknown key");
+    }
+    reader->second(JsonValue(json, PathOf(key), "."));
+  }
+}
+
+void JsonValue::Require(std::string_view key) const {
+  if (!Has(key)) {
+    RefuseMember(key, "missing");
+  }
+}
+
+void JsonValue::ReadElements(const Reader& reader) const {
+  if (!json_->is_array()) {
+    Refuse("expected an array");
+  }
+  for (std::size_t i = 0; i < json_->size(); ++i) {
+    reader(JsonValue((*json_)[i], path_ + "[" + std::to_string(i) + "]", "."));
+  }
+}
+
+std::string JsonValue::PathOf(std::string_view key) const {
+  return path_ + joint_ + std::string(key);
+}
+
+}  // namespace lanvoss::program

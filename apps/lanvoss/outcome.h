@@ -1,0 +1,20 @@
+// What a run of the program comes to.
+#pragma once
+
+#include <string>
+
+namespace lanvoss::program {
+
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitNotFound = 1;       // no link came up, or the device was not found
+inline constexpr int kExitUsage = 2;          // bad arguments or a bad scenario file
+inline constexpr int kExitPlatform = 3;       // the platform failed
+inline constexpr int kExitInterrupted = 130;  // as shells report the interrupt signal
+
+struct Outcome {
+  int exitCode = kExitOk;
+  std::string result = {};     // for standard output, with its line ends
+  std::string complaint = {};  // one line for standard error
+};
+
+}  // namespace lanvoss::program

@@ -1,0 +1,37 @@
+#include "pairing.h"
+
+#include <utility>
+
+#include "backends/posix/posix_system.h"
+#include "backends/simulated/demo.h"
+#include "backends/simulated/neighbourhood.h"
+#include "backends/simulated/threads.h"
+#include "platform/platform.h"
+
+namespace lanvoss::program {
+namespace {
+
+Scenario& ChosenScenario() {
+  static Scenario scenario{.habits = simulated::DemoHabits(), .peers = simulated::DemoPeers()};
+  return scenario;
+}
+
+}  // namespace
+
+void UseScenario(Scenario scenario) { ChosenScenario() = std::move(scenario); }
+
+}  // namespace lanvoss::program
+
+namespace lanvoss::platform {
+
+Platform CreatePlatform() {
+  const program::Scenario& scenario = program::ChosenScenario();
+  const auto system = posix::CreateSystem();
+  simulated::Neighbourhood air(system, simulated::RealThreads(), scenario.habits, scenario.seed);
+  for (const simulated::Peer& peer : scenario.peers) {
+    air.Add(peer);
+  }
+  return {system, air.Radio()};
+}
+
+}  // namespace lanvoss::platform

@@ -1,0 +1,140 @@
+#include "scenario.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <string_view>
+#include <system_error>
+
+#include "json_value.h"
+#include "scenario_values.h"
+
+namespace lanvoss::program {
+namespace {
+
+using nlohmann::json;
+using simulated::Habits;
+using simulated::Peer;
+using simulated::ScriptStep;
+
+void Read(const JsonValue& value, Habits& habits);
+void Read(const JsonValue& value, Peer& peer);
+void Read(const JsonValue& value, ScriptStep& step);
+
+template <typename Element>
+void Read(const JsonValue& value, std::vector<Element>& out) {
+  value.ReadElements([&out](const JsonValue& element) { Read(element, out.emplace_back()); });
+}
+
+// The reader of a key whose value goes into `field`.
+template <typename Field>
+JsonValue::Reader Into(Field& field) {
+  return [&field](const JsonValue& value) { Read(value, field); };
+}
+
+void Read(const JsonValue& value, ScriptStep& step) {
+  value.ReadMembers(
+      {{"at_ms", Into(step.atMs)}, {"do", Into(step.act)}, {"to", Into(step.newName)}});
+  value.Require("do");
+  if (step.act == simulated::Act::kRename) {
+    value.Require("to");
+  } else if (value.Has("to")) {
+    value.RefuseMember("to", "only a rename has it");
+  }
+}
+
+void Read(const JsonValue& value, Peer& peer) {
+  value.ReadMembers({{"name", Into(peer.name)},
+                     {"id", Into(peer.id)},
+                     {"present", Into(peer.present)},
+                     {"paired", Into(peer.paired)},
+                     {"has_pairing_object", Into(peer.hasPairingObject)},
+                     {"local_address", Into(peer.localAddress)},
+                     {"remote_address", Into(peer.remoteAddress)},
+                     {"has_endpoint_pairs", Into(peer.hasEndpointPairs)},
+                     {"appear_ms", Into(peer.appearMs)},
+                     {"pair_ms", Into(peer.pairMs)},
+                     {"open_ms", Into(peer.openMs)},
+                     {"close_ms", Into(peer.closeMs)},
+                     {"unpair_ms", Into(peer.unpairMs)},
+                     {"pairings", Into(peer.pairings)},
+                     {"openings", Into(peer.openings)},
+                     {"pairing_status", Into(peer.pairingStatus)},
+                     {"ceremony", Into(peer.ceremony)},
+                     {"echo_share", Into(peer.echoShare)},
+                     {"script", Into(peer.script)}});
+  value.Require("name");
+}
+
+void Read(const JsonValue& value, Habits& habits) {
+  const auto readIgnoredStarts = [&habits](const JsonValue& count) {
+    ReadCount(count, habits.ignoredStarts);
+  };
+  value.ReadMembers({{"ignored_starts", readIgnoredStarts},
+                     {"enumeration_ms", Into(habits.enumerationMs)},
+                     {"stop_ms", Into(habits.stopMs)},
+                     {"status_report_ms", Into(habits.statusReportMs)},
+                     {"stop_elsewhere", Into(habits.stopElsewhere)},
+                     {"handlers_overlap", Into(habits.handlersOverlap)},
+                     {"stopped_reported", Into(habits.stoppedReported)},
+                     {"on_close", Into(habits.onClose)},
+                     {"on_unpair", Into(habits.onUnpair)},
+                     {"on_drop", Into(habits.onDrop)}});
+}
+
+void CheckIds(const JsonValue& document, const std::vector<Peer>& peers) {
+  for (std::size_t i = 0; i < peers.size(); ++i) {
+    const auto same = std::ranges::find(peers, peers[i].id, &Peer::id) - peers.begin();
+    if (!peers[i].id.empty() && static_cast<std::size_t>(same) != i) {
+      document.RefuseMember("peers[" + std::to_string(i) + "].id",
+                            "peers[" + std::to_string(same) + "] has the same");
+    }
+  }
+}
+
+// The JSON library's message without what stands before `mark`: its own codes and positions.
+std::string Behind(std::string_view mark, const std::string& message) {
+  const auto at = message.find(mark);
+  return at == std::string::npos ? message : message.substr(at + mark.size());
+}
+
+json ParseJson(const std::string& text, const std::string& file) {
+  try {
+    return json::parse(text);
+  } catch (const json::parse_error& error) {
+    const auto before = std::string_view(text).substr(0, error.byte - 1);
+    const auto line = 1 + std::ranges::count(before, '\n');
+    throw ScenarioError(file + ":" + std::to_string(line) + ": " + Behind(": ", error.what()));
+  } catch (const json::exception& error) {  // a number that no number type can hold
+    throw ScenarioError(file + ": " + Behind("] ", error.what()));
+  }
+}
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  file.peek();  // a directory can be opened, but not read
+  if (!file.is_open() || file.bad()) {
+    throw ScenarioError(path + ": " + std::generic_category().message(errno));
+  }
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+}  // namespace
+
+Scenario LoadScenario(const std::string& file) { return ParseScenario(ReadFile(file), file); }
+
+Scenario ParseScenario(const std::string& text, const std::string& file) {
+  const json document = ParseJson(text, file);
+  const JsonValue root(document, file);
+  Scenario scenario;
+  root.ReadMembers({{"seed", Into(scenario.seed)},
+                    {"habits", Into(scenario.habits)},
+                    {"peers", Into(scenario.peers)}});
+  CheckIds(root, scenario.peers);
+  return scenario;
+}
+
+}  // namespace lanvoss::program

@@ -1,0 +1,40 @@
+// A simulated neighbourhood from a JSON file:
+//
+//   {"seed": 1,
+//    "habits": {"enumeration_ms": 2000, "on_close": "reported"},
+//    "peers": [{"name": "Cam-7F21", "pair_ms": 1200, "openings": ["none"],
+//               "script": [{"at_ms": 5000, "do": "rename", "to": "Cam-2"}]}]}
+//
+// The keys are the fields of simulated::Habits, Peer and ScriptStep, whose defaults hold where a
+// key is left out; only a peer's name and a step's "do" must be there. Durations are whole
+// milliseconds or "never". What a file says beyond that is refused, not ignored.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "backends/simulated/peer.h"
+
+namespace lanvoss::program {
+
+struct Scenario {
+  std::uint64_t seed = 1;
+  simulated::Habits habits = {};
+  std::vector<simulated::Peer> peers = {};
+};
+
+// Tells in one line what is wrong and where: "home.json:7: ..." for what is not JSON, otherwise
+// "home.json: peers[1].pair_ms: ...".
+class ScenarioError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// Both throw ScenarioError.
+Scenario LoadScenario(const std::string& file);
+// `file` is the name for messages.
+Scenario ParseScenario(const std::string& text, const std::string& file);
+
+}  // namespace lanvoss::program

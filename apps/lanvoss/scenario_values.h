@@ -1,0 +1,34 @@
+// The single values of a scenario file: one Read for each type that a field can have.
+//
+// Each throws ScenarioError when the value is not what the field takes.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "backends/simulated/peer.h"
+#include "json_value.h"
+#include "platform/wifi_direct.h"
+
+namespace lanvoss::program {
+
+void Read(const JsonValue& value, bool& out);
+void Read(const JsonValue& value, std::uint64_t& out);
+// A duration, which every 32-bit number is but those that ReadCount is for.
+void Read(const JsonValue& value, std::uint32_t& out);
+void ReadCount(const JsonValue& value, std::uint32_t& out);
+// A share, from 0 to 1: the only fraction there is.
+void Read(const JsonValue& value, double& out);
+void Read(const JsonValue& value, std::u16string& out);
+void Read(const JsonValue& value, std::optional<std::u16string>& out);
+
+void Read(const JsonValue& value, simulated::Outcome& out);
+void Read(const JsonValue& value, simulated::Act& out);
+void Read(const JsonValue& value, simulated::LinkEnd& out);
+void Read(const JsonValue& value, simulated::StopElsewhere& out);
+// In the platform's own words, as "ConfirmOnly" and "Paired".
+void Read(const JsonValue& value, platform::DevicePairingKinds& out);
+void Read(const JsonValue& value, platform::DevicePairingResultStatus& out);
+
+}  // namespace lanvoss::program
