@@ -72,7 +72,7 @@ std::string CapturedOutput::Text() const {
 
 World::World() {
   current = this;
-  currentSystem = time;
+  currentSystem = air.System();
   currentRadio = air.Radio();
 }
 

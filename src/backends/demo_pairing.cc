@@ -7,12 +7,12 @@
 namespace lanvoss::platform {
 
 Platform CreatePlatform() {
-  const auto system = posix::CreateSystem();
-  simulated::Neighbourhood air(system, simulated::RealThreads(), simulated::DemoHabits());
+  simulated::Neighbourhood air(posix::CreateSystem(), simulated::RealThreads(),
+                               simulated::DemoHabits());
   for (simulated::Peer& peer : simulated::DemoPeers()) {
     air.Add(std::move(peer));
   }
-  return {system, air.Radio()};
+  return {air.System(), air.Radio()};
 }
 
 }  // namespace lanvoss::platform

@@ -1,12 +1,15 @@
-// The contract with the operating system: time, waiting, events, code pages.
+// The contract with the operating system: time, waiting, events, code pages, ICMP.
 //
 // All blocking of the library goes through here, so whoever implements System owns time. Every
 // operation may be called from any thread, several at once, and raises nothing but std::bad_alloc.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -39,6 +42,30 @@ class Event {
   virtual bool Wait(std::uint32_t timeoutMs) = 0;
 };
 
+// In the order of the wire: 192.168.49.1 is {192, 168, 49, 1}.
+using Ipv4Address = std::array<std::uint8_t, 4>;
+
+struct Received {
+  enum class Outcome { kDatagram, kTimedOut, kFailed };
+  Outcome outcome = Outcome::kFailed;
+  std::size_t length = 0;  // of a datagram
+};
+
+// A raw IPv4 socket for ICMP, used by one thread at a time. What it sends gets its IP header from
+// the system; what it receives begins with one. It receives every ICMP datagram of the machine.
+class IcmpSocket {
+ public:
+  virtual ~IcmpSocket() = default;
+
+  // How long one Receive and one Send may block.
+  virtual void SetTimeouts(std::uint32_t receiveMs, std::uint32_t sendMs) = 0;
+  virtual void SetTimeToLive(int hops) = 0;
+  // A message that cannot be sent is lost, as any other may be.
+  virtual void Send(const Ipv4Address& destination, std::span<const std::uint8_t> message) = 0;
+  // The next datagram, cut at the size of the buffer.
+  virtual Received Receive(std::span<std::uint8_t> buffer) = 0;
+};
+
 class System {
  public:
   virtual ~System() = default;
@@ -58,6 +85,14 @@ class System {
   virtual std::string WideToAnsi(std::u16string_view wide) = 0;
   virtual std::string WideToUtf8(std::u16string_view wide) = 0;
   virtual std::u16string Utf8ToWide(std::string_view utf8) = 0;
+
+  virtual std::uint32_t ProcessId() = 0;
+  // The address that a text means: a dotted one as it stands, any other text by asking the system's
+  // name service, whose first answer counts. None when there is no such host. May block as long as
+  // the name service does.
+  virtual std::optional<Ipv4Address> ResolveHost(const std::string& host) = 0;
+  // None when the process may not open raw sockets or the system has no more of them.
+  virtual std::unique_ptr<IcmpSocket> OpenIcmpSocket() = 0;
 };
 
 }  // namespace lanvoss::platform

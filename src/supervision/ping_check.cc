@@ -1,10 +1,81 @@
-// The check of the current link.
+// The check of the current link, and the recovery of one that is up but no longer answers.
+#include "registry/split_text.h"
+#include "supervision/ping_host.h"
 #include "watcher/device_watcher_winrt.h"
+#include "watcher/text.h"
 
 namespace lanvoss {
 
-// Without a probe there is nothing to find out and nothing to recover: an empty text, as for a link
-// that answers.
-std::string CDeviceWatcherWinRT::PingCheck() { return {}; }
+std::string CDeviceWatcherWinRT::PingCheck() {
+  return LifetimeGate::Run(gate, std::string(), [this] { return CheckLink(); });
+}
+
+std::string CDeviceWatcherWinRT::CheckLink() {
+  const std::vector<std::string> addresses = SplitText(DeviceIp(), ",");
+  if (addresses.size() < 2 || addresses[1].empty()) {
+    return {};
+  }
+  const std::int32_t begun = Now();
+  WriteLog("(watch) ping ...");
+  const int replies = PingHost(*platform_.system, addresses[1]);
+  WriteLog("(watch) ping done ret:" + std::to_string(replies) +
+           " dt:" + std::to_string(ElapsedMs(begun, Now())) +
+           "ms DisConnect:" + std::to_string(IsGivenUp()));
+
+  std::string name;
+  switch (JudgeLink(replies, name)) {
+    case LinkVerdict::kKeep:
+      return {};
+    case LinkVerdict::kLost:
+      WriteLog("(watch) Ping Failed,Re Pair Failed!" + name);
+      return {};
+    case LinkVerdict::kRecover:
+      Recover(name);
+      WaitForAttempt();
+      return DeviceIp();
+  }
+  return {};
+}
+
+// Whether a recovery is due, and if so, begins it: from here on the link counts as none. Only one
+// may run between two requests of the host.
+CDeviceWatcherWinRT::LinkVerdict CDeviceWatcherWinRT::JudgeLink(int replies, std::string& name) {
+  const Lock lock(mutex);
+  name = strWatchName;
+  if (bDisConnect || replies > 0 || name.empty()) {
+    return LinkVerdict::kKeep;
+  }
+  if (bRePair) {
+    return LinkVerdict::kLost;
+  }
+  bRePair = true;
+  strDeviceIp.clear();
+  hEvDone->Reset();
+  return LinkVerdict::kRecover;
+}
+
+// Unpairs, pairs and connects anew: on this thread when the watcher has reported the device, else
+// through the watcher.
+void CDeviceWatcherWinRT::Recover(const std::string& name) {
+  std::optional<std::string> id;
+  {
+    const Lock lock(mutex);
+    if (deviceTable.InformationOf(name) != nullptr) {
+      id = deviceTable.IdOf(name);
+    }
+  }
+  if (id) {
+    WriteLog("(watch) Ping Failed,Unpair,Re Pair... " + name);
+    ConnDevice(name, *id);
+  } else {
+    WriteLog("(watch) Ping Failed,Watch,Unpair,Re Pair... " + name);
+    StartWatcher(name);
+  }
+}
+
+bool CDeviceWatcherWinRT::IsGivenUp() const {
+  const Lock lock(mutex);
+  return bDisConnect;
+}
 
 }  // namespace lanvoss

@@ -46,7 +46,14 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::int32_t StartWatch(std::string name) override;      // discovery/watch.cc
   std::int32_t StopWatch() override;                       // discovery/watch.cc
   std::string GetDeviceIp(std::string request) override;   // supervision/get_device_ip.cc
-  std::int32_t AbortConnect(std::string unused) override;  // supervision/disconnect.cc
+  std::int32_t AbortConnect(std::string unused) override;  // supervision/ping_check.cc
+  enum class LinkVerdict { kKeep, kRecover, kLost };
+  std::string CheckLink();
+  LinkVerdict JudgeLink(int replies, std::string& name);
+  void Recover(const std::string& name);
+  bool IsGivenUp() const;
+
+  // supervision/disconnect.cc
   std::int32_t DisConnect(std::string unused) override;    // supervision/disconnect.cc
   std::int32_t Unpair(std::string name) override;          // supervision/disconnect.cc
   std::string PingCheck() override;                        // supervision/ping_check.cc

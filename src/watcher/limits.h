@@ -34,6 +34,10 @@ inline constexpr std::uint32_t kOpenPauseMs = 200;
 inline constexpr int kCloseTries = 5;
 inline constexpr std::uint32_t kCloseWaitMs = 2'000;
 
+// Probing a link.
+inline constexpr int kEchoTries = 4;
+inline constexpr std::uint32_t kEchoTimeoutMs = 3'000;  // of one receive, and of one send
+
 // Six two-digit hexadecimal groups joined by colons.
 inline constexpr std::size_t kMacLength = 17;
 // What the system may put the current directory into, with its closing zero.

@@ -1,13 +1,20 @@
 #include "backends/posix/posix_system.h"
 
+#include <arpa/inet.h>
+#include <cerrno>
 #include <chrono>
 #include <condition_variable>
+#include <cstring>
 #include <ctime>
 #include <fstream>
 #include <iterator>
 #include <mutex>
+#include <netdb.h>
+#include <netinet/in.h>
 #include <sstream>
 #include <string>
+#include <sys/socket.h>
+#include <sys/time.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -20,6 +27,7 @@ namespace {
 namespace chrono = std::chrono;
 
 constexpr std::int64_t kMsPerSecond = 1000;
+constexpr std::int64_t kUsPerMs = 1000;
 constexpr std::int64_t kNsPerMs = 1'000'000;
 
 std::int64_t MsSinceBoot() {
@@ -77,6 +85,54 @@ class PosixEvent final : public platform::Event {
   bool set_;  // guarded by the mutex
 };
 
+class PosixIcmpSocket final : public platform::IcmpSocket {
+ public:
+  explicit PosixIcmpSocket(int socket) : socket_(socket) {}
+  ~PosixIcmpSocket() override { close(socket_); }
+  PosixIcmpSocket(const PosixIcmpSocket&) = delete;
+  PosixIcmpSocket& operator=(const PosixIcmpSocket&) = delete;
+
+  void SetTimeouts(std::uint32_t receiveMs, std::uint32_t sendMs) override {
+    SetTimeout(SO_RCVTIMEO, receiveMs);
+    SetTimeout(SO_SNDTIMEO, sendMs);
+  }
+
+  void SetTimeToLive(int hops) override {
+    setsockopt(socket_, IPPROTO_IP, IP_TTL, &hops, sizeof hops);
+  }
+
+  void Send(const platform::Ipv4Address& destination,
+            std::span<const std::uint8_t> message) override {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    std::memcpy(&address.sin_addr, destination.data(), destination.size());
+    static_cast<void>(sendto(socket_, message.data(), message.size(), 0,
+                             reinterpret_cast<const sockaddr*>(&address), sizeof address));
+  }
+
+  platform::Received Receive(std::span<std::uint8_t> buffer) override {
+    using Outcome = platform::Received::Outcome;
+    ssize_t length = -1;
+    do {
+      length = recv(socket_, buffer.data(), buffer.size(), 0);
+    } while (length < 0 && errno == EINTR);
+    if (length >= 0) {
+      return {Outcome::kDatagram, static_cast<std::size_t>(length)};
+    }
+    return {errno == EAGAIN ? Outcome::kTimedOut : Outcome::kFailed};
+  }
+
+ private:
+  void SetTimeout(int option, std::uint32_t milliseconds) {
+    timeval time{};
+    time.tv_sec = milliseconds / kMsPerSecond;
+    time.tv_usec = milliseconds % kMsPerSecond * kUsPerMs;
+    setsockopt(socket_, SOL_SOCKET, option, &time, sizeof time);
+  }
+
+  const int socket_;
+};
+
 class PosixSystem final : public platform::System {
  public:
   std::int32_t Clock() override {
@@ -110,6 +166,28 @@ class PosixSystem final : public platform::System {
   std::string WideToAnsi(std::u16string_view wide) override { return platform::Utf16ToUtf8(wide); }
   std::string WideToUtf8(std::u16string_view wide) override { return platform::Utf16ToUtf8(wide); }
   std::u16string Utf8ToWide(std::string_view utf8) override { return platform::Utf8ToUtf16(utf8); }
+
+  std::uint32_t ProcessId() override { return static_cast<std::uint32_t>(getpid()); }
+
+  std::optional<platform::Ipv4Address> ResolveHost(const std::string& host) override {
+    addrinfo wanted{};
+    wanted.ai_family = AF_INET;
+    wanted.ai_socktype = SOCK_RAW;
+    addrinfo* found = nullptr;
+    if (getaddrinfo(host.c_str(), nullptr, &wanted, &found) != 0) {
+      return std::nullopt;
+    }
+    const auto* first = reinterpret_cast<const sockaddr_in*>(found->ai_addr);
+    platform::Ipv4Address address{};
+    std::memcpy(address.data(), &first->sin_addr, address.size());
+    freeaddrinfo(found);
+    return address;
+  }
+
+  std::unique_ptr<platform::IcmpSocket> OpenIcmpSocket() override {
+    const int opened = socket(AF_INET, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_ICMP);
+    return opened < 0 ? nullptr : std::make_unique<PosixIcmpSocket>(opened);
+  }
 
  private:
   const std::int64_t startMs_ = ProcessStartMs();

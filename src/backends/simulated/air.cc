@@ -32,6 +32,7 @@ Air::Air(std::shared_ptr<platform::System> owner, std::shared_ptr<Threads> threa
     : system(std::move(owner)),
       faults(seed),
       hangsReleased_(system->CreateManualResetEvent(false)),
+      random_(seed),
       habits_(habits),
       courier(system, threads),
       agenda(system, *threads) {}
@@ -164,6 +165,30 @@ void Air::Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::size_t
   for (const auto& watcher : Watchers()) {
     (*watcher.*tell)(index);
   }
+}
+
+std::pair<std::vector<Echo>, std::uint32_t> Air::EchoesFrom(const platform::Ipv4Address& address) {
+  for (std::size_t index = 0; index < PeerCount(); ++index) {
+    const auto remote = StateOf(index).peer.remoteAddress;
+    const auto devices = DevicesOf(index);
+    const bool isUp = std::ranges::any_of(devices, [](const auto& each) { return each->IsUp(); });
+    if (!isUp || !remote || system->ResolveHost(platform::Utf16ToUtf8(*remote)) != address) {
+      continue;
+    }
+    const std::lock_guard lock(mutex_);
+    PeerState& state = peers_[index];
+    const unsigned request = state.echoRequests++;
+    std::vector<Echo> echoes;
+    if (state.silent) {
+      echoes = {};
+    } else if (request < state.peer.echoes.size()) {
+      echoes = state.peer.echoes[request];
+    } else if (std::generate_canonical<double, 32>(random_) < state.peer.echoShare) {
+      echoes = {Echo::kReply};
+    }
+    return {echoes, state.peer.echoMs};
+  }
+  return {};
 }
 
 bool Air::Take(Outcome outcome, std::uint32_t durationMs) {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,6 +33,7 @@ struct PeerState {
   bool pairing = false;  // a ceremony is under way
   unsigned pairings = 0;
   unsigned openRequests = 0;
+  unsigned echoRequests = 0;
   PairingRequest latestPairing = {};
 };
 
@@ -82,6 +84,9 @@ class Air : public std::enable_shared_from_this<Air> {
     }
   }
 
+  // What comes back, and after how many milliseconds, for an echo request to that address.
+  std::pair<std::vector<Echo>, std::uint32_t> EchoesFrom(const platform::Ipv4Address& address);
+
   // Blocks as an operation does that ends with `outcome`. True: it succeeds; false: it returns
   // none. The other outcomes raise.
   bool Take(Outcome outcome, std::uint32_t durationMs);
@@ -100,6 +105,7 @@ class Air : public std::enable_shared_from_this<Air> {
   const std::unique_ptr<platform::Event> hangsReleased_;
 
   mutable std::mutex mutex_;  // guards everything down to the threads
+  std::mt19937_64 random_;    // which echoes are answered
   Habits habits_;
   std::vector<PeerState> peers_;
   std::vector<std::weak_ptr<SimulatedWatcher>> watchers_;

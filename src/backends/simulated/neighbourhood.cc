@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "backends/simulated/air.h"
+#include "backends/simulated/echo.h"
 #include "backends/simulated/simulated_device.h"
 #include "backends/simulated/simulated_information.h"
 #include "backends/simulated/simulated_watcher.h"
@@ -70,6 +71,10 @@ Neighbourhood::~Neighbourhood() = default;
 
 std::shared_ptr<platform::WiFiDirect> Neighbourhood::Radio() const {
   return std::make_shared<SimulatedRadio>(air_);
+}
+
+std::shared_ptr<platform::System> Neighbourhood::System() const {
+  return WithEcho(air_->system, air_);
 }
 
 PeerHandle Neighbourhood::Add(Peer peer) { return {*air_, air_->Add(std::move(peer))}; }

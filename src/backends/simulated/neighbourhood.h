@@ -69,8 +69,10 @@ class Neighbourhood {
   // is held.
   ~Neighbourhood();
 
-  // What the library is given.
+  // What the library is given: the radio, and the system beneath with its echo requests led to the
+  // devices of this neighbourhood.
   std::shared_ptr<platform::WiFiDirect> Radio() const;
+  std::shared_ptr<platform::System> System() const;
 
   PeerHandle Add(Peer peer);
   // Runs `action` on a thread of the neighbourhood's; it must not block.

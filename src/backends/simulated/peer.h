@@ -22,6 +22,19 @@ enum class Outcome {
   kHangs,      // does not end before Neighbourhood::ReleaseHangs, and then as cancelled
 };
 
+// What comes back for an echo request.
+enum class Echo {
+  kReply,
+  kOtherIdentifier,   // another process's reply
+  kOtherSequence,     // the reply to an earlier try
+  kOtherAddress,      // a reply from somebody else
+  kTimeExceeded,      // the request quoted, from a router
+  kTimeExceededSelf,  // the request quoted, from the device itself
+  kTimeExceededCut,   // the quote ends before the request's numbers
+  kTruncated,         // shorter than its headers
+  kUnrelated,         // another ICMP type
+};
+
 enum class Act {
   kAppear,
   kDisappear,
@@ -65,8 +78,11 @@ struct Peer {
   platform::DevicePairingResultStatus pairingStatus = platform::DevicePairingResultStatus::Paired;
   platform::DevicePairingKinds ceremony = platform::DevicePairingKinds::ConfirmOnly;
 
-  // The share of echo requests that it answers, 0 to 1.
+  // Echo requests while a link to it is up: what comes back for each in turn, nothing for an empty
+  // list; when the lists are used up, it answers this share of them, 0 to 1.
+  std::vector<std::vector<Echo>> echoes = {};
   double echoShare = 1.0;
+  std::uint32_t echoMs = 8;  // from a request to what comes back
 
   std::vector<ScriptStep> script = {};
 };
@@ -96,6 +112,8 @@ struct Habits {
   LinkEnd onClose = LinkEnd::kReported;
   LinkEnd onUnpair = LinkEnd::kReported;
   LinkEnd onDrop = LinkEnd::kReported;
+  // Whether echo requests go to the simulated devices, or out to the machine's own network.
+  bool simulatesEcho = true;
 };
 
 }  // namespace lanvoss::simulated

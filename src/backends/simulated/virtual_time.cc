@@ -18,6 +18,7 @@
 namespace lanvoss::simulated {
 namespace {
 
+constexpr std::uint32_t kProcessId = 0x0001'ABCD;
 constexpr std::int64_t kNoDeadline = std::numeric_limits<std::int64_t>::max();
 
 // A thread that takes part.
@@ -348,6 +349,25 @@ std::string VirtualTime::WideToUtf8(std::u16string_view wide) {
 
 std::u16string VirtualTime::Utf8ToWide(std::string_view utf8) {
   return platform::Utf8ToUtf16(utf8);
+}
+
+std::uint32_t VirtualTime::ProcessId() { return kProcessId; }
+
+std::optional<platform::Ipv4Address> VirtualTime::ResolveHost(const std::string& host) {
+  unsigned part[4] = {};
+  char rest = 0;
+  if (std::sscanf(host.c_str(), "%3u.%3u.%3u.%3u%c", &part[0], &part[1], &part[2], &part[3],
+                  &rest) != 4) {
+    return std::nullopt;
+  }
+  platform::Ipv4Address address{};
+  for (std::size_t i = 0; i < address.size(); ++i) {
+    if (part[i] > 255) {
+      return std::nullopt;
+    }
+    address[i] = static_cast<std::uint8_t>(part[i]);
+  }
+  return address;
 }
 
 std::unique_ptr<Thread> VirtualTime::Start(std::string name, std::function<void()> body) {

@@ -49,6 +49,10 @@ class VirtualTime final : public platform::System, public Threads {
   std::string WideToAnsi(std::u16string_view wide) override;
   std::string WideToUtf8(std::u16string_view wide) override;
   std::u16string Utf8ToWide(std::string_view utf8) override;
+  std::uint32_t ProcessId() override;
+  // Dotted addresses alone: there is no name service here, and no network either.
+  std::optional<platform::Ipv4Address> ResolveHost(const std::string& host) override;
+  std::unique_ptr<platform::IcmpSocket> OpenIcmpSocket() override { return nullptr; }
 
   // Threads
   std::unique_ptr<Thread> Start(std::string name, std::function<void()> body) override;

@@ -1,0 +1,16 @@
+// The IP side of simulated links: echo requests reach the simulated devices.
+#pragma once
+
+#include <memory>
+
+#include "backends/simulated/air.h"
+#include "platform/system.h"
+
+namespace lanvoss::simulated {
+
+// The system beneath, but its ICMP sockets lead to the devices of `air`, unless the platform's
+// habits leave them to the system.
+std::shared_ptr<platform::System> WithEcho(std::shared_ptr<platform::System> beneath,
+                                           std::shared_ptr<Air> air);
+
+}  // namespace lanvoss::simulated
