@@ -58,6 +58,7 @@ Bytes Answer(Echo echo, const Ipv4Address& device, BytesView request) {
   reply[0] = kEchoReply;
   switch (echo) {
     case Echo::kReply:
+    case Echo::kLateReply:
       break;
     case Echo::kOtherIdentifier:
       reply[4] ^= 0xFF;
@@ -87,6 +88,12 @@ Bytes Answer(Echo echo, const Ipv4Address& device, BytesView request) {
 struct Mailbox {
   explicit Mailbox(platform::System& system) : filled(system.CreateManualResetEvent(false)) {}
 
+  void Put(Bytes datagram) {
+    const std::lock_guard lock(mutex);
+    datagrams.push_back(std::move(datagram));
+    filled->Set();
+  }
+
   const std::unique_ptr<platform::Event> filled;
   std::mutex mutex;
   std::deque<Bytes> datagrams;  // guarded by the mutex
@@ -110,13 +117,10 @@ class SimulatedIcmpSocket final : public platform::IcmpSocket {
     }
     const auto [echoes, delayMs] = air_->EchoesFrom(destination);
     for (const Echo echo : echoes) {
-      air_->agenda.After(delayMs,
+      const std::uint32_t lateMs = echo == Echo::kLateReply ? kLateMs : 0;
+      air_->agenda.After(delayMs + lateMs,
                          [mailbox = mailbox_, answer = Answer(echo, destination, message)] {
-                           {
-                             const std::lock_guard lock(mailbox->mutex);
-                             mailbox->datagrams.push_back(answer);
-                           }
-                           mailbox->filled->Set();
+                           mailbox->Put(answer);
                          });
     }
   }

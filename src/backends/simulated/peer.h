@@ -13,6 +13,9 @@ namespace lanvoss::simulated {
 // As a duration: it does not happen.
 inline constexpr std::uint32_t kNever = 0xFFFFFFFF;
 
+// Longer than anybody waits for an echo.
+inline constexpr std::uint32_t kLateMs = 3'100;
+
 // How a pairing or an open request ends.
 enum class Outcome {
   kSucceeds,
@@ -25,6 +28,7 @@ enum class Outcome {
 // What comes back for an echo request.
 enum class Echo {
   kReply,
+  kLateReply,         // the reply, kLateMs after it would be in time
   kOtherIdentifier,   // another process's reply
   kOtherSequence,     // the reply to an earlier try
   kOtherAddress,      // a reply from somebody else

@@ -1,0 +1,202 @@
+// PingCheck: the probe of the link, and the recovery of one that is up but silent.
+#include "world.h"
+
+namespace lanvoss::test {
+namespace {
+
+const std::string kAddress = "192.168.49.1,192.168.49.20";
+const std::string kTimedOut = "\xC7\xEB\xC7\xF3\xB3\xAC\xCA\xB1\xA1\xA3\n";
+
+class Recovery : public World {
+ protected:
+  // The replies that one check of a link to a device with these echoes counts.
+  std::string CheckOf(std::vector<std::vector<simulated::Echo>> echoes) {
+    air.Add({.name = u"Cam", .paired = true, .echoes = std::move(echoes)});
+    Connect("Cam");
+    lanvoss->AbortConnect("");  // so that no recovery follows
+    EXPECT_EQ(lanvoss->PingCheck(), "");
+    const Lines log = Log();
+    EXPECT_EQ(log.at(0), "(watch) ping ...");
+    return log.at(1);
+  }
+};
+
+TEST_F(Recovery, CountsTheRepliesOfALinkThatAnswers) {
+  EXPECT_EQ(CheckOf({}), "(watch) ping done ret:4 dt:32ms DisConnect:1");
+}
+
+TEST_F(Recovery, CountsOnlyTheDevicesOwnRepliesToEachTry) {
+  using enum simulated::Echo;
+  EXPECT_EQ(CheckOf({{kOtherIdentifier, kOtherAddress, kTimeExceeded, kReply},
+                     {kLateReply},
+                     {kTimeExceededCut, kTruncated, kUnrelated, kTimeExceededSelf},
+                     {kOtherSequence}}),
+            // 8 ms, a time-out, 8 ms, and a time-out that the late reply has put off to 3100 ms.
+            "(watch) ping done ret:2 dt:6116ms DisConnect:1");
+  const std::string printed = Printed();
+  EXPECT_NE(printed.find("ping ...\n" + kTimedOut + kTimedOut + "["), std::string::npos);
+}
+
+TEST_F(Recovery, ASilentDeviceCosts12SecondsAndFourLines) {
+  EXPECT_EQ(CheckOf({{}, {}, {}, {}}), "(watch) ping done ret:0 dt:12000ms DisConnect:1");
+  const std::string printed = Printed();
+  EXPECT_NE(
+      printed.find("(watch) ping ...\n" + kTimedOut + kTimedOut + kTimedOut + kTimedOut + "["),
+      std::string::npos);
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress) << "given up, the link is left as it was";
+}
+
+TEST_F(Recovery, ThereIsNothingToCheckWithoutARemoteAddress) {
+  Open();
+  EXPECT_EQ(lanvoss->PingCheck(), "");
+  EXPECT_EQ(Log(), Lines{});
+  air.Add({.name = u"NoLocal", .paired = true, .localAddress = std::nullopt});
+  lanvoss->GetDeviceIp("NoLocal");
+  Pass(100);
+  Log();
+  EXPECT_EQ(lanvoss->PingCheck(), "") << "its text has one field";
+  EXPECT_EQ(Log(), Lines{});
+  lanvoss->DisConnect("");
+  air.Add({.name = u"IPv6", .paired = true, .remoteAddress = u"fe80::1"});
+  lanvoss->GetDeviceIp("IPv6");
+  Pass(100);
+  lanvoss->AbortConnect("");
+  Printed();
+  lanvoss->PingCheck();
+  EXPECT_NE(Printed().find("\xCA\xE4\xC8\xEB\xB5\xC4IP\xB5\xD8\xD6\xB7\xBB\xF2\xD3\xF2\xC3\xFB\xCE"
+                           "\xDE\xD0\xA7\n"),
+            std::string::npos);
+  EXPECT_TRUE(Logged("(watch) ping done ret:0 dt:0ms DisConnect:1"));
+}
+
+TEST_F(Recovery, UnpairsPairsAndConnectsOnThisThread) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA"});
+  Connect("Cam");
+  air.SetHabits({.onClose = LinkEnd::kSilent, .onUnpair = LinkEnd::kStaysUpReported});
+  cam.GoSilent();
+  EXPECT_EQ(lanvoss->PingCheck(), kAddress);
+  EXPECT_EQ(
+      Log(),
+      (Lines{"(watch) ping ...", "(watch) ping done ret:0 dt:12000ms DisConnect:0",
+             "(watch) Ping Failed,Unpair,Re Pair... Cam", "(watch) ConnDevice... name=Cam id=idA",
+             "(watch) UnpairAsync ...", "(watch) Connection status changed: Connected",
+             "(watch) RequestPairDeviceAsync ...", "PairAsync... GoIntent:14",
+             "PairAsync done dt:800ms", "PairAsync Status: Paired",
+             "(watch) RequestPairDeviceAsync done", "(watch) DoDisConnect ...",
+             "(watch) DoDisConnect timer out,try:1", "(watch) DoDisConnect OK, do :1",
+             "(watch) DoDisConnect done,do:ok", "(watch) DisConnect, watch FromIdAsync ...",
+             "(watch) FromIdAsync done dt:400ms",
+             "(watch) Devices connected on L2 layer, connecting to "
+             "name(Cam),time:16870ms(16870),watch:300ms(1),fromid:16570ms(2) IPAddress: "
+             "loc:192.168.49.1 remote:192.168.49.20"}));
+  EXPECT_EQ(Heard(), Lines{"deviceip 192.168.49.20"});
+
+  // Silent still: there is one recovery between two requests.
+  EXPECT_EQ(lanvoss->PingCheck(), "");
+  EXPECT_EQ(Log().back(), "(watch) Ping Failed,Re Pair Failed!Cam");
+  EXPECT_EQ(cam.Pairings(), 2U);
+  lanvoss->DisConnect("");
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+  EXPECT_EQ(lanvoss->PingCheck(), kAddress) << "a request allows the next one";
+}
+
+// The loop that hosts run, check and then ask, on every kind of platform.
+TEST_F(Recovery, CheckAndThenAskEndsWithAWorkingLink) {
+  const LinkEnd kinds[] = {LinkEnd::kReported, LinkEnd::kSilent, LinkEnd::kStaysUp,
+                           LinkEnd::kStaysUpReported, LinkEnd::kRepeated};
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  for (const LinkEnd onUnpair : kinds) {
+    for (const LinkEnd onClose : {LinkEnd::kReported, LinkEnd::kSilent}) {
+      for (const std::uint32_t ageMs : {0U, 60'000U}) {
+        SCOPED_TRACE(testing::Message() << static_cast<int>(onUnpair) << static_cast<int>(onClose)
+                                        << " after " << ageMs);
+        air.SetHabits({.onClose = onClose, .onUnpair = onUnpair});
+        Open();
+        ASSERT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+        Pass(ageMs);
+        cam.GoSilent();
+        const std::int32_t begun = time->Clock();
+        const std::string recovered = lanvoss->PingCheck();
+        EXPECT_LE(time->Clock() - begun, 12'000 + 100'000 + 15'000);
+        // It opens the link itself only in time, and when nothing reads as a wish to give up.
+        const bool opens =
+            ageMs == 0 && onUnpair == LinkEnd::kStaysUpReported && onClose == LinkEnd::kSilent;
+        EXPECT_EQ(recovered, opens ? kAddress : "");
+        EXPECT_TRUE(cam.IsPaired());
+        cam.Answer();
+        int requests = 0;
+        while (lanvoss->GetDeviceIp("Cam") != kAddress && requests < 3) {
+          ++requests;
+        }
+        EXPECT_LE(requests, 1);
+        Pass(100);
+        Log();
+        EXPECT_EQ(lanvoss->PingCheck(), "");
+        EXPECT_EQ(Log().back(), "(watch) ping done ret:4 dt:32ms DisConnect:0");
+        lanvoss->DisConnect("");
+        lanvoss.reset();
+        Pass(1000);
+      }
+    }
+  }
+}
+
+TEST_F(Recovery, AnUnpairingThatNothingReportsIsWaitedFor100Seconds) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Connect("Cam");
+  air.SetHabits({.onUnpair = LinkEnd::kStaysUp});
+  cam.GoSilent();
+  EXPECT_EQ(lanvoss->PingCheck(), "");
+  EXPECT_NE(Printed().find("UnpairAsync ...\nunpair timer out\n["), std::string::npos);
+  EXPECT_EQ(Log().back(), "(watch) wfdDevice is null, return");
+}
+
+TEST_F(Recovery, ADeviceThatWasNotReportedIsLookedFor) {
+  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA", .present = false, .paired = true});
+  Open();
+  lanvoss->StartWatch("Cam");  // names it, and does not see it
+  lanvoss->AbortConnect("");
+  Pass(3000);
+  cam.Appear();
+  ASSERT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
+  cam.GoSilent();
+  air.SetHabits({.onClose = LinkEnd::kSilent, .onUnpair = LinkEnd::kStaysUpReported});
+  Log();
+  EXPECT_EQ(lanvoss->PingCheck(), kAddress);
+  const Lines log = Log();
+  EXPECT_EQ(log.at(2), "(watch) Ping Failed,Watch,Unpair,Re Pair... Cam");
+  EXPECT_EQ(log.at(3), "(watch) Start Watcher...for Cam");
+  EXPECT_EQ(cam.Pairings(), 1U);
+}
+
+TEST_F(Recovery, ADirectRequestLeavesTheNameThatIsRecovered) {
+  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA", .paired = true});
+  Open();
+  ASSERT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
+  cam.GoSilent();
+  EXPECT_EQ(lanvoss->PingCheck(), "") << "no name was watched for, so none is recovered";
+  EXPECT_EQ(Log().back(), "(watch) ping done ret:0 dt:12000ms DisConnect:0");
+  EXPECT_EQ(cam.LinksUp(), 1U);
+}
+
+TEST_F(Recovery, OneEndOfAnAttemptReleasesBothWaiters) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Connect("Cam");
+  cam.GoSilent();
+  air.SetHabits({.onClose = LinkEnd::kSilent, .onUnpair = LinkEnd::kStaysUpReported});
+  std::int32_t requestEnded = 0;
+  {
+    const auto request = Host([&] {
+      Pass(13'000);  // the recovery is under way
+      lanvoss->GetDeviceIp("Nobody");
+      requestEnded = time->Clock();
+    });
+    lanvoss->PingCheck();
+  }
+  EXPECT_LT(requestEnded, 20'000) << "by the end of the recovery, long before its own";
+}
+
+}  // namespace
+}  // namespace lanvoss::test
