@@ -140,6 +140,13 @@ Lines World::Log() {
   return fresh;
 }
 
+Lines World::LogWithout(const std::string& line) {
+  Pass(10);
+  Lines log = Log();
+  EXPECT_EQ(std::erase(log, line), 1U) << line;
+  return log;
+}
+
 Lines World::Heard() {
   const std::lock_guard lock(mutex_);
   return std::exchange(heard_, {});

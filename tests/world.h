@@ -82,7 +82,9 @@ class World : public testing::Test {
   // Opens, asks for the device and expects its default addresses.
   void Connect(const std::string& name);
 
-  Lines Log();                           // the "info" messages since the last call
+  Lines Log();  // the "info" messages since the last call
+  // The same without one line that another thread writes at about that time.
+  Lines LogWithout(const std::string& line);
   Lines Heard();                         // "kind message" of all others since the last call
   std::string Printed();                 // standard output since the last call
   bool Logged(const std::string& line);  // among all so far

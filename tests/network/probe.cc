@@ -1,0 +1,16 @@
+// Probes one host on the real system. The last line of the output says who asked and what came of
+// it; the lines before are the probe's own.
+#include <cstdio>
+
+#include "backends/posix/posix_system.h"
+#include "supervision/ping_host.h"
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fputs("usage: lanvoss_probe HOST\n", stderr);
+    return 2;
+  }
+  const auto system = lanvoss::posix::CreateSystem();
+  const int replies = lanvoss::PingHost(*system, argv[1]);
+  std::printf("process %u replies %d\n", system->ProcessId(), replies);
+}
