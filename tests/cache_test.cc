@@ -30,7 +30,7 @@ TEST_F(Cache, TellsTheHostOfEveryLineBeforeTheFactoryReturns) {
   EXPECT_EQ(LogOfLoading("1|A|02:11:22:33:44:55|Cam|2024-03-01 09:05:03.040\n\n"
                          "9|B||Cam|2024-03-02 10:00:00.000\nbroken\n|C|m|100%s|never"),
             (Lines{"1 Device:Cam id:A", "3 Device:Cam id:B"}));
-  EXPECT_EQ(Heard(), (Lines{"watch Cam", "watch Cam"}));
+  EXPECT_TRUE(Printed().starts_with("<watch Cam>\n[")) << "the name, and then the line";
   ReportOne(u"New", u"AA");
   EXPECT_EQ(ReadFile(CachePath()),
             "1|A|02:11:22:33:44:55|Cam|2024-03-01 09:05:03.040\n"
@@ -58,6 +58,10 @@ TEST_F(Cache, BrokenFilesLoadWhatTheyHold) {
   for (std::size_t length = 0; length < line.size(); ++length) {
     EXPECT_LE(LogOfLoading(line.substr(0, length)).size(), 1U);
   }
+  fs::resize_file(CachePath(), 0x80000000);  // sparse; more than 32 bits tell
+  Heard();
+  Open();
+  EXPECT_EQ(Heard(), Lines{});
   std::mt19937 random(7);
   std::string noise(100'000, '\0');
   for (char& byte : noise) {
@@ -102,8 +106,17 @@ TEST_F(Cache, ThePathIsTheHostsTextAsItIs) {
     EXPECT_TRUE(cacheIn(nowhere));
     ReportOne(u"Cam", u"");
   }
-  time->SetCurrentDirectory("/" + std::string(259, 'd'));
-  EXPECT_TRUE(cacheIn("")) << "too long for the system to tell";
+  // The longest current directory that the library takes, and one too long.
+  const std::string parent = directory.path.string() + "/";
+  for (const std::size_t length : {std::size_t{259}, std::size_t{260}}) {
+    const std::string deep = parent + std::string(length - parent.size(), 'd');
+    fs::create_directory(deep);
+    WriteFile(deep + "/deviceinfo.bin", "1|A|m|Cam|2024\n");
+    time->SetCurrentDirectory(deep);
+    Printed();
+    EXPECT_TRUE(cacheIn(""));
+    EXPECT_EQ(Printed().find("1 Device:Cam id:A") != std::string::npos, length == 259);
+  }
   ReportOne(u"Cam", u"");
   EXPECT_FALSE(fs::exists("/deviceinfo.bin"));
 }

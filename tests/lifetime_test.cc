@@ -162,6 +162,23 @@ TEST_F(Lifetime, DestructionWaitsForAHandlerInThePlatform) {
   EXPECT_EQ(time->Clock(), 30'300) << "the open request has no time limit";
 }
 
+TEST_F(Lifetime, TheWatcherOutlivesTheOperationsOnIt) {
+  Open();
+  air.SetHabits({.ignoredStarts = simulated::kNever});
+  const auto host = Host([object = lanvoss.get()] { object->StartWatch(""); });
+  Pass(1000);
+  lanvoss.reset();
+  EXPECT_EQ(time->Clock(), 60'500);
+}
+
+TEST_F(Lifetime, ACeremonyThatComesLateFindsTheGateClosed) {
+  Open();
+  const auto host = Host([object = lanvoss.get()] { object->GetDeviceIp("Cam"); });
+  Pass(302);  // the pairing has begun, its request is on its way
+  lanvoss.reset();
+  EXPECT_EQ(Printed().find("OnPairingRequested"), std::string::npos);
+}
+
 TEST_F(Lifetime, AConstructionThatFailsSaysWhyAndLeavesNothing) {
   for (const Call call :
        {Call::kGetDeviceSelector, Call::kCreateWatcher, Call::kWatcherSubscribe}) {

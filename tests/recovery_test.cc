@@ -96,7 +96,8 @@ TEST_F(Recovery, UnpairsPairsAndConnectsOnThisThread) {
   EXPECT_EQ(cam.Pairings(), 2U);
   lanvoss->DisConnect("");
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
-  EXPECT_EQ(lanvoss->PingCheck(), kAddress) << "a request allows the next one";
+  EXPECT_EQ(cam.Pairings(), 2U) << "a request does not unpair";
+  EXPECT_EQ(lanvoss->PingCheck(), kAddress) << "and allows the next recovery";
 }
 
 // The loop that hosts run, check and then ask, on every kind of platform.

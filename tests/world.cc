@@ -125,6 +125,7 @@ void World::OnNotify(std::string kind, std::string message) {
       current->log_.push_back(message);
     } else {
       current->heard_.push_back(kind + " " + message);
+      std::printf("<%s %s>\n", kind.c_str(), message.c_str());
     }
     listener = current->listener_;
   }

@@ -85,8 +85,8 @@ class World : public testing::Test {
   Lines Log();  // the "info" messages since the last call
   // The same without one line that another thread writes at about that time.
   Lines LogWithout(const std::string& line);
-  Lines Heard();                         // "kind message" of all others since the last call
-  std::string Printed();                 // standard output since the last call
+  Lines Heard();          // "kind message" of all others since the last call
+  std::string Printed();  // standard output since the last call; <kind message> where Heard
   bool Logged(const std::string& line);  // among all so far
   std::filesystem::path CachePath() const { return directory.path / "deviceinfo.bin"; }
 

@@ -3,7 +3,6 @@
 usage: cases.py PROBE [WHY-THERE-ARE-NO-NAMESPACES]
 """
 
-import collections
 import concurrent.futures
 import itertools
 import re
@@ -32,12 +31,13 @@ EVERY_REQUEST = "icmp type echo-request"
 PCAP_HEADER, RECORD_HEADER, ETHERNET_HEADER, IPV4_HEADER = 24, 16, 14, 20
 TIME_TO_LIVE_AT = 8
 
-probe_program, *no_namespaces = sys.argv[1:]
-tally = collections.Counter()
+PROBE, *NO_NAMESPACES = sys.argv[1:]
+verdicts = []
+cable_number = itertools.count(1)
 
 
 def report(verdict, text):
-    tally[verdict] += 1
+    verdicts.append(verdict)
     sys.stdout.write(f"{verdict:7} {text}\n")
     sys.stdout.flush()
 
@@ -47,44 +47,39 @@ def check(name, good, detail):
 
 
 def probe(name, host, replies, within=(), tries=TRIES, complaint=b"", delay_s=0):
-    """Probes a host and checks the count, the output and how long it took: the tries in vain wait
-    for the whole time-out, and each try `delay_s` more. Returns the probe's process id."""
-    due_s = (tries - replies) * TIMEOUT_S + tries * delay_s
+    """Checks the count, the output and the duration: a try in vain waits for the whole time-out,
+    every try for `delay_s` besides. Returns the probe's process id."""
     due_text = complaint + (tries - replies) * TIMED_OUT
+    due_s = (tries - replies) * TIMEOUT_S + tries * delay_s
     begun = time.monotonic()
-    output = subprocess.run([*within, probe_program, host], stdout=subprocess.PIPE).stdout
+    output = subprocess.run([*within, PROBE, host], stdout=subprocess.PIPE).stdout
     took_s = time.monotonic() - begun
     text, process, seen = re.fullmatch(rb"(.*)process (\d+) replies (\d)\n", output, re.S).groups()
     if (int(seen), text) == (replies, due_text) and due_s <= took_s < due_s + SLACK_S:
         check(name, True, f"{replies} ({took_s:.1f} s)")
     else:
-        check(name, False, f"{output!r} after {took_s:.1f} s instead of {replies} after {due_s} s")
+        check(name, False, f"{output} after {took_s:.1f} s, due {replies} after {due_s} s")
     return int(process)
 
 
-serial = itertools.count(1)
-
-
-def command(*words):
-    subprocess.run(words, check=True)
-
-
-def cable(dropped=None):
-    """Two namespaces, the probe's and the peer's, as prefixes of the commands to run there. The
-    peer's system answers every echo request but those that the filter drops."""
-    number = next(serial)
-    ends = f"probe{number}", f"peer{number}"
-    for end in ends:
-        command("ip", "netns", "add", end)
-    command(*"ip link add cable type veth peer cable netns".split(), ends[1], "netns", ends[0])
-    for end, address in zip(ends, (HERE, THERE)):
-        command("ip", "-netns", end, "address", "add", f"{address}/24", "dev", "cable")
-        command("ip", "-netns", end, "link", "set", "cable", "up")
-    here, there = (["ip", "netns", "exec", end] for end in ends)
-    if dropped:
-        rules = f"type filter hook input priority filter; {dropped} drop;"
-        command(*there, "nft", f"table ip peer {{ chain input {{ {rules} }}; }}")
-    return here, there
+def cable(dropped):
+    """Lays one between two new namespaces, the probe's and the peer's, and returns the prefixes of
+    commands in them. The peer's system answers every echo request but those that are dropped."""
+    number = next(cable_number)
+    here, there = f"here{number}", f"there{number}"
+    filtering = f"type filter hook input priority filter; {dropped} drop;"
+    script = f"""
+        ip netns add {here}
+        ip netns add {there}
+        ip -n {here} link add cable type veth peer name cable netns {there}
+        ip -n {here} address add {HERE}/24 dev cable
+        ip -n {there} address add {THERE}/24 dev cable
+        ip -n {here} link set cable up
+        ip -n {there} link set cable up
+        ip netns exec {there} nft 'table ip peer {{ chain input {{ {filtering} }}; }}'
+    """
+    subprocess.run(["sh", "-ec", script], check=True)
+    return ["ip", "netns", "exec", here], ["ip", "netns", "exec", there]
 
 
 def filtered(name, dropped, replies):
@@ -94,33 +89,28 @@ def filtered(name, dropped, replies):
 
 def started(within, words):
     """A program that runs beside a probe and has said on standard error that it is ready."""
-    running = subprocess.Popen(
-        [*within, "timeout", str(LIFETIME_S), *words], stdout=subprocess.PIPE, stderr=subprocess.PIPE
-    )
+    bounded = [*within, "timeout", str(LIFETIME_S), *words]
+    running = subprocess.Popen(bounded, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     running.stderr.readline()
     return running
 
 
-def forged(name, kinds, replies, delay_s=forger.DELAY_S):
-    """A peer that answers with these kinds of datagram only, one after the other. The forger's
-    delay adds to the time of each try: a fresh wait shows that the forgery did reach the probe."""
+def forged(name, kinds, replies):
+    """A peer that answers with these kinds of datagram, one after the other. Since what is refused
+    starts a fresh wait, the forger's delay shows in the duration that the probe did receive it."""
     here, there = cable(EVERY_REQUEST)
     with started(there, ["python3", "-B", forger.__file__, *kinds]):
-        probe(name, THERE, replies, here, delay_s=delay_s)
+        probe(name, THERE, replies, here, delay_s=forger.DELAY_S)
 
 
-def requests_due(process):
-    for sequence in range(TRIES):
-        numbers = bytes([process & 0xFF, process >> 8 & 0xFF, 0, sequence])
-        yield forger.icmp(8, numbers + 32 * b"\x45")
-
-
-def datagrams(capture):
+def read_capture(capture):
+    """The time to live and the ICMP message of each packet."""
     at = PCAP_HEADER
     while at < len(capture):
         (length,) = struct.unpack_from("=I", capture, at + 8)
         at += RECORD_HEADER + length
-        yield capture[at - length + ETHERNET_HEADER : at]
+        datagram = capture[at - length + ETHERNET_HEADER : at]
+        yield datagram[TIME_TO_LIVE_AT], datagram[IPV4_HEADER:]
 
 
 def read_by_tcpdump(capture):
@@ -129,59 +119,56 @@ def read_by_tcpdump(capture):
     return read.stdout.count(b"ICMP echo request"), read.stdout.count(b"wrong icmp cksum")
 
 
+def request_due(process, sequence):
+    numbers = bytes([process & 0xFF, process >> 8 & 0xFF, 0, sequence])
+    return 64, forger.icmp(8, numbers + 32 * b"\x45")
+
+
 def captured(name):
-    """The requests as they arrive. That the peer is silent gives them time to be written."""
+    """The requests as they arrive. The last time-out gives the capture the time to be written."""
     here, there = cable(EVERY_REQUEST)
     with started(there, "tcpdump -i cable --immediate-mode -Uw - icmp".split()) as running:
         process = probe(name, THERE, 0, here)
         running.terminate()
         capture = running.stdout.read()
-    sent = list(datagrams(capture))
-    as_due = [each[IPV4_HEADER:] for each in sent] == list(requests_due(process))
-    check("requests as due, byte for byte", as_due, len(sent))
-    hops = [each[TIME_TO_LIVE_AT] for each in sent]
-    check("their time to live", hops == TRIES * [64], hops)
-    requests, wrong = read_by_tcpdump(capture)
-    check("their checksums, read by tcpdump", (requests, wrong) == (TRIES, 0), f"{wrong} wrong")
-    _, wrong = read_by_tcpdump(capture[:-1] + bytes([capture[-1] ^ 1]))
-    check("the same with one bit turned over", wrong == 1, f"{wrong} wrong")
+    sent = list(read_capture(capture))
+    due = [request_due(process, sequence) for sequence in range(TRIES)]
+    check("time to live and bytes of the requests", sent == due, f"{len(sent)} compared")
+    seen = read_by_tcpdump(capture)
+    check("requests and wrong checksums, says tcpdump", seen == (TRIES, 0), seen)
+    seen = read_by_tcpdump(capture[:-1] + bytes([capture[-1] ^ 1]))
+    check("the same after one bit has changed", seen == (TRIES, 1), seen)
 
 
-ON_THE_LOOPBACK = [
-    ("loopback address", lambda name: probe(name, "127.0.0.1", 4)),
-    ("host name", lambda name: probe(name, "localhost", 4)),
-    ("no such host", lambda name: probe(name, UNRESOLVABLE, 0, tries=0, complaint=NO_SUCH_HOST)),
-]
-OVER_A_CABLE = [
-    ("peer answers all", lambda name: filtered(name, None, 4)),
-    ("peer answers all but 0", lambda name: filtered(name, "icmp sequence 0", 3)),
-    ("peer answers 0 and 2", lambda name: filtered(name, "icmp sequence { 1, 3 }", 2)),
-    ("peer answers 3", lambda name: filtered(name, "icmp sequence < 3", 1)),
-    ("peer answers none", captured),
-    *((kind, lambda name: forged(name, [name], 0)) for kind in forger.REFUSED),
-    ("cut reply", lambda name: forged(name, [name], 0, delay_s=0)),
-    ("true reply after all of these", lambda name: forged(name, [*forger.REFUSED, "true reply"], 4)),
-]
+ON_THE_LOOPBACK = {
+    "loopback address": lambda name: probe(name, "127.0.0.1", 4),
+    "host name": lambda name: probe(name, "localhost", 4),
+    "no such host": lambda name: probe(name, UNRESOLVABLE, 0, tries=0, complaint=NO_SUCH_HOST),
+}
+OVER_A_CABLE = {
+    "peer answers all": lambda name: filtered(name, "icmp sequence 4", 4),
+    "peer answers all but 0": lambda name: filtered(name, "icmp sequence 0", 3),
+    "peer answers 0 and 2": lambda name: filtered(name, "icmp sequence { 1, 3 }", 2),
+    "peer answers 3": lambda name: filtered(name, "icmp sequence < 3", 1),
+    "peer answers none": captured,
+    **{kind: lambda name: forged(name, [name], 0) for kind in forger.FORGERIES},
+    "reply after all of these": lambda name: forged(name, [*forger.FORGERIES, "reply"], 4),
+}
 
 
-def run(name, case):
+def run(case, name):
     try:
         case(name)
     except Exception as error:
         check(name, False, repr(error))
 
 
-def main():
-    cases = ON_THE_LOOPBACK + OVER_A_CABLE
-    if no_namespaces:
-        cases = ON_THE_LOOPBACK
-        for name, _ in OVER_A_CABLE:
-            report("skipped", f"{name}: {no_namespaces[0]}")
-    with concurrent.futures.ThreadPoolExecutor(len(cases)) as side_by_side:
-        for name, case in cases:
-            side_by_side.submit(run, name, case)
-    print(f"{tally['ok']} passed, {tally['FAILED']} failed, {tally['skipped']} skipped")
-    sys.exit(tally["FAILED"] > 0)
-
-
-main()
+cases = ON_THE_LOOPBACK if NO_NAMESPACES else ON_THE_LOOPBACK | OVER_A_CABLE
+with concurrent.futures.ThreadPoolExecutor(len(cases)) as side_by_side:
+    side_by_side.map(run, cases.values(), cases)
+for name in OVER_A_CABLE:
+    if name not in cases:
+        report("skipped", f"{name}: {NO_NAMESPACES[0]}")
+passed, failed, skipped = map(verdicts.count, ("ok", "FAILED", "skipped"))
+print(f"{passed} passed, {failed} failed, {skipped} skipped")
+sys.exit(failed > 0)

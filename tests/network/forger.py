@@ -1,7 +1,6 @@
-"""Answers the echo requests that reach this namespace with the named kinds of datagram, all but one
-of which a probe must not take for the reply.
+"""Answers each echo request that reaches this namespace with datagrams of the kinds named.
 
-It reads beside the packet filter, so the filter can keep the system itself from answering.
+It reads beside the packet filter, which can thus keep the system from answering.
 """
 
 import socket
@@ -9,65 +8,50 @@ import struct
 import sys
 import time
 
-DELAY_S = 0.5  # before each answer, so that its arrival shows in how long the probe waits
+DELAY_S = 0.5  # before each answer
 REQUESTS = 4
 
 ETHERTYPE_IPV4 = 0x0800
 ECHO_REPLY, ECHO_REQUEST, TIME_EXCEEDED = 0, 8, 11
-TYPE_AT = 20  # in a datagram without IP options
+TYPE_AT, NUMBERS_AT, DATA_AT = 20, 24, 28  # in a request, which comes without IP options
 STRANGER = socket.inet_aton("192.0.2.3")
 
 
-def checksum(message):
-    """RFC 1071, as the two bytes on the wire."""
-    total = sum(struct.unpack(f"!{len(message) // 2}H", message))
+def icmp(kind, rest):
+    """A message with its checksum (RFC 1071)."""
+    total = (kind << 8) + sum(struct.unpack(f"!{len(rest) // 2}H", rest))
     while total > 0xFFFF:
         total = (total >> 16) + (total & 0xFFFF)
-    return struct.pack("!H", 0xFFFF - total)
+    return struct.pack("!BBH", kind, 0, 0xFFFF - total) + rest
 
 
-def icmp(kind, rest):
-    return bytes([kind, 0]) + checksum(bytes([kind, 0, 0, 0]) + rest) + rest
-
-
-# What a probe must not take for the reply, and hears: the system refuses other forgeries itself.
-REFUSED = (
-    "stranger's reply",
-    "another process's reply",
-    "another sequence's reply",
-    "request sent back",
-    "stranger's time exceeded",
-    "cut quotation",
-)
-
-
-def answer(kind, request):
-    """An answer to a request without IP options."""
+def datagram(request, message, source=None):
+    """What takes a message back to the prober. The system fills in the length and the checksum."""
     prober, peer = request[12:16], request[16:20]
-    identifier, sequence = struct.unpack_from("!HH", request, 24)
+    return struct.pack("!B7xBBxx4s4s", 0x45, 64, 1, source or peer, prober) + message
 
-    def datagram(source, message):
-        # The system fills in the length and the checksum.
-        header = struct.pack("!BxxxxxxxBBxx4s4s", 0x45, 64, socket.IPPROTO_ICMP, source, prober)
-        return header + message
 
-    def echo(kind, source=peer, identifier=identifier, sequence=sequence):
-        numbers = struct.pack("!HH", identifier, sequence)
-        return datagram(source, icmp(kind, numbers + request[28:]))
+def reply(request, kind=ECHO_REPLY, changed=0, source=None):
+    """Changed are bits of the identifier (the upper half) or the sequence (the lower)."""
+    (numbers,) = struct.unpack_from("!I", request, NUMBERS_AT)
+    message = icmp(kind, struct.pack("!I", numbers ^ changed) + request[DATA_AT:])
+    return datagram(request, message, source)
 
-    def time_exceeded(source, quoted):
-        return datagram(source, icmp(TIME_EXCEEDED, bytes(4) + quoted))
 
-    return {
-        "true reply": echo(ECHO_REPLY),
-        "cut reply": echo(ECHO_REPLY)[:26],
-        "stranger's reply": echo(ECHO_REPLY, source=STRANGER),
-        "another process's reply": echo(ECHO_REPLY, identifier=identifier ^ 0x0100),
-        "another sequence's reply": echo(ECHO_REPLY, sequence=sequence ^ 0x0100),
-        "request sent back": echo(ECHO_REQUEST),
-        "stranger's time exceeded": time_exceeded(STRANGER, request[:28]),
-        "cut quotation": time_exceeded(peer, request[:26]),
-    }[kind]
+def time_exceeded(request, quoted_length, source=None):
+    return datagram(request, icmp(TIME_EXCEEDED, bytes(4) + request[:quoted_length]), source)
+
+
+# What a probe must not take for the reply. Messages below 8 bytes the system does not deliver.
+FORGERIES = {
+    "stranger's reply": lambda request: reply(request, source=STRANGER),
+    "another process's reply": lambda request: reply(request, changed=0x0100_0000),
+    "another sequence's reply": lambda request: reply(request, changed=0x0000_0100),
+    "request sent back": lambda request: reply(request, kind=ECHO_REQUEST),
+    "stranger's time exceeded": lambda request: time_exceeded(request, DATA_AT, STRANGER),
+    "cut quotation": lambda request: time_exceeded(request, DATA_AT - 2),
+}
+ANSWERS = FORGERIES | {"reply": reply}
 
 
 def main(kinds):
@@ -80,7 +64,7 @@ def main(kinds):
         if request[TYPE_AT] == ECHO_REQUEST:
             time.sleep(DELAY_S)
             for kind in kinds:
-                sender.sendto(answer(kind, request), (socket.inet_ntoa(request[12:16]), 0))
+                sender.sendto(ANSWERS[kind](request), (socket.inet_ntoa(request[12:16]), 0))
             answered += 1
 
 

@@ -1,0 +1,216 @@
+// The order in which effects become visible, what each operation resets, and what leaves it.
+#include <stdexcept>
+#include <utility>
+
+#include "world.h"
+
+namespace lanvoss::test {
+namespace {
+
+const std::string kAddress = "192.168.49.1,192.168.49.20";
+
+class Effects : public World {
+ protected:
+  std::int32_t TimeOf(const std::function<void()>& operation) {
+    const std::int32_t begun = time->Clock();
+    operation();
+    return time->Clock() - begun;
+  }
+  std::int32_t Ask(const std::string& request, const std::string& expected) {
+    return TimeOf([&] { EXPECT_EQ(lanvoss->GetDeviceIp(request), expected); });
+  }
+  // Calls `act` at the first notification whose kind is, or whose message begins with, `start`.
+  void At(const std::string& start, std::function<void()> act) {
+    Listen([start, act, done = std::make_shared<bool>(false)](const std::string& kind,
+                                                              const std::string& message) {
+      if ((kind == start || message.starts_with(start)) && !std::exchange(*done, true)) {
+        act();
+      }
+    });
+  }
+  void PauseAt(const std::string& start) {
+    At(start, [this] { Pass(500); });
+  }
+};
+
+TEST_F(Effects, TheHostHearsBeforeTheFileIsWrittenAndTheWatcherStopped) {
+  air.Add({.name = u"Cam"});
+  Open();
+  const auto stops = [&] { return air.faults().Count(Call::kWatcherStop); };
+  At("watch", [&] { EXPECT_FALSE(std::filesystem::exists(CachePath())); });
+  lanvoss->StartWatch("");
+  Pass(1900);
+  At("watchdone", [&] { EXPECT_EQ(stops(), 0U); });
+  Pass(1000);
+  EXPECT_EQ(stops(), 1U);
+  At("(watch) DeviceWatcher ok Dev=", [&] { EXPECT_EQ(stops(), 2U) << "stopped, then told"; });
+  lanvoss->StartWatch("Cam");
+  Pass(1000);
+  EXPECT_EQ(stops(), 2U);
+}
+
+TEST_F(Effects, WaitersAreReleasedBeforeAHandlerTellsTheHost) {
+  air.Add({.name = u"Cam"});
+  Connect("Cam");
+  PauseAt("(watch) Connection status changed");
+  EXPECT_EQ(TimeOf([&] { lanvoss->DisConnect(""); }), 50);
+  Pass(1000);
+  lanvoss->StartWatch("");
+  Pass(100);
+  PauseAt("stopdone");
+  EXPECT_EQ(TimeOf([&] { lanvoss->StopWatch(); }), 30);
+  Pass(1000);
+  PauseAt("(watch) Stop Watcher done");
+  {
+    const auto stop = Host([&] {
+      Pass(200);
+      lanvoss->StopWatch();
+    });
+    EXPECT_EQ(Ask("Nobody", ""), 230);
+  }
+  lanvoss->AbortConnect("");
+  Pass(3000);
+  PauseAt("(watch) DeviceWatcher stopped.");
+  EXPECT_EQ(Ask("Nobody", ""), 61'400) << "the last line of a watch comes first, though";
+}
+
+TEST_F(Effects, TheAddressIsThereWhenTheHostHearsOfIt) {
+  air.Add({.name = u"Cam"});
+  Open();
+  std::string address;
+  At("(watch) Devices connected on L2", [&] { address = lanvoss->GetDeviceIp("Cam"); });
+  EXPECT_EQ(Ask("Cam", kAddress), 1500);
+  Pass(100);
+  EXPECT_EQ(address, kAddress);
+}
+
+TEST_F(Effects, AWatchReleasesARequestThatWaits) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Open();
+  const auto wokenBy = [&](const std::function<void()>& watch) {
+    std::int32_t took = 0;
+    {
+      const auto host = Host([&] { took = TimeOf([&] { lanvoss->GetDeviceIp("Nobody"); }); });
+      Pass(100);
+      watch();
+    }
+    Pass(5000);
+    return took;
+  };
+  EXPECT_EQ(wokenBy([&] { lanvoss->StartWatch("Cam"); }), 300) << "by the find";
+  EXPECT_EQ(wokenBy([&] {
+              lanvoss->StartWatch("\nCam");
+              Pass(400);
+              cam.Disappear();
+            }),
+            330 + 2030)
+      << "by the first pass without it";
+}
+
+TEST_F(Effects, ANewWatchForgetsTheLastAttempt) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Connect("Cam");
+  lanvoss->AbortConnect("");
+  lanvoss->StartWatch("Nobody");
+  Pass(70'000);
+  Log();
+  Pass(5000);
+  EXPECT_NE(Log(), Lines{}) << "neither given up nor connected, and without a time limit";
+  lanvoss->DisConnect("");
+  Pass(3000);
+  lanvoss->StartWatch("");
+  Pass(3000);
+  cam.Disappear();
+  lanvoss->StartWatch("");
+  Pass(3000);
+  lanvoss->Unpair("Cam");
+  EXPECT_EQ(Log().back(), "(watch) UnpairAsync OK") << "an unnamed watch keeps what was reported";
+}
+
+TEST_F(Effects, StartWatchForgetsTheLongestAttempt) {
+  air.Add({.name = u"Cam"});
+  Connect("Cam");
+  lanvoss->DisConnect("");
+  lanvoss->StartWatch("");
+  Pass(3000);
+  EXPECT_EQ(Ask("Cam", kAddress), 700);
+  Pass(100);
+  EXPECT_TRUE(
+      Logged("(watch) Devices connected on L2 layer, connecting to name(Cam),time:700ms(700),"
+             "watch:300ms(1),fromid:400ms(1) IPAddress: loc:192.168.49.1 remote:192.168.49.20"));
+}
+
+TEST_F(Effects, ANewRequestForgetsTheLastOne) {
+  WriteFile(CachePath(), "1|old||Cam|2020-01-01 00:00:00.000\n");
+  air.Add({.name = u"Cam", .id = u"idA"});
+  air.SetHabits({.enumerationMs = 1970, .onClose = LinkEnd::kSilent});
+  Connect("Cam");
+  EXPECT_EQ(Ask("Nobody", ""), 60'000) << "and not the address of Cam";
+  EXPECT_EQ(Log().back(),
+            "(watch) Devices connected failed, connecting to "
+            "name(Nobody),time:60000ms,watch:0ms(30),fromid:0ms(0)");
+  EXPECT_EQ(Ask("\nCam", kAddress), 2000 + 400) << "by the id last reported, not the cached one";
+  EXPECT_TRUE(
+      Logged("(watch) Devices connected on L2 layer, connecting to name(Cam),time:2400ms(2400),"
+             "watch:0ms(0),fromid:2400ms(1) IPAddress: loc:192.168.49.1 remote:192.168.49.20"));
+}
+
+TEST_F(Effects, DisConnectForgetsNameAndAddressAndGivesUp) {
+  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+  air.Add({.name = u"Cam", .id = u"idA"});
+  const PeerHandle slow = air.Add({.name = u"Slow", .paired = true, .openings = {Outcome::kNone}});
+  Connect("Cam");
+  air.SetHabits({.onClose = LinkEnd::kSilent});
+  lanvoss->DisConnect("");
+  EXPECT_EQ(Ask("\nCam", kAddress), 400);
+  EXPECT_EQ(Ask("Cam", kAddress), 300 + 2000 + 400) << "not taken for connected";
+  lanvoss->DisConnect("");
+  EXPECT_EQ(Ask("\n", ""), 2030) << "nor is no name";
+  air.After(500, [&] { EXPECT_EQ(lanvoss->DisConnect(""), 1); });
+  EXPECT_EQ(Ask("Slow", ""), 900);
+  EXPECT_EQ(slow.OpenRequests(), 1U);
+}
+
+TEST_F(Effects, AnOpenThatGivesNoneLetsTheHeldDeviceGo) {
+  using enum Outcome;
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  air.Add({.name = u"Other", .paired = true, .openings = {kNone, kNone, kNone, kNone, kNone}});
+  Connect("Cam");
+  air.SetHabits({.enumerationMs = 100'000, .onClose = LinkEnd::kStaysUp});
+  lanvoss->GetDeviceIp("Other");
+  EXPECT_EQ(cam.LinksUp(), 0U);
+}
+
+TEST_F(Effects, ANewerDeviceSurvivesTheEndOfAnOlderOne) {
+  air.Add({.name = u"Cam"});
+  const PeerHandle other = air.Add({.name = u"Other", .paired = true});
+  Connect("Cam");
+  air.SetHabits({.onClose = LinkEnd::kSilent});
+  At("(watch) DoDisConnect OK", [&] { EXPECT_EQ(lanvoss->GetDeviceIp("Other"), kAddress); });
+  EXPECT_EQ(lanvoss->DisConnect(""), 0) << "one is held";
+  EXPECT_EQ(other.LinksUp(), 1U);
+}
+
+TEST_F(Effects, WhatIsNotThePlatformsErrorReachesTheHost) {
+  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+  air.Add({.name = u"Cam", .id = u"idA", .paired = true});
+  Open();
+  const auto fail = [] { throw std::runtime_error("host"); };
+  At("watch start...", fail);
+  EXPECT_THROW(lanvoss->StartWatch(""), std::runtime_error);
+  At("(watch) FromIdAsync ...", fail);
+  EXPECT_THROW(lanvoss->GetDeviceIp("\nCam"), std::runtime_error);
+  EXPECT_EQ(Ask("Cam", kAddress), 700) << "finds connect again";
+  Pass(100);
+  // A destruction has nobody to hand an exception or a refusal to.
+  Listen([](const std::string&, const std::string& message) {
+    if (message.starts_with("(watch) Stop Watcher")) {
+      throw std::runtime_error("host");
+    }
+  });
+  air.faults().FailNth(Call::kWatcherRevoke);
+  lanvoss.reset();
+}
+
+}  // namespace
+}  // namespace lanvoss::test
