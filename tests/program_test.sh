@@ -5,11 +5,14 @@ set -uo pipefail
 program=$1
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-cat >"$work/quick.json" <<'JSON'
+quick='"appear_ms": 20, "pair_ms": 20, "open_ms": 20'
+cat >"$work/quick.json" <<JSON
 {"habits": {"enumeration_ms": 300},
- "peers": [{"name": "Cam", "appear_ms": 20, "pair_ms": 20, "open_ms": 20},
+ "peers": [{"name": "Cam", $quick},
+           {"name": "Once", $quick, "openings": ["succeeds"$(printf ', "none"%.0s' {1..40})]},
            {"name": "Hangs", "appear_ms": 20, "pairings": ["hangs"]}]}
 JSON
+sed 's/"enumeration_ms"/"simulates_echo": false, &/' "$work/quick.json" >"$work/raw.json"
 failures=0
 expect() { # EXIT-CODE LAST-LINE-OF-OUTPUT COMPLAINTS COMMAND...
   local code=$1 last=$2 complaints=$3
@@ -31,6 +34,22 @@ interrupted() { # SECONDS COMMAND...
   kill -INT $!
   wait $!
 }
+fed() { # LINES COMMAND...
+  printf '%b' "$1" | "${@:2}"
+}
+without_right() { # COMMAND..., without the right to open raw sockets
+  if [ "$(id -u)" -eq 0 ]; then
+    setpriv --bounding-set -net_raw --inh-caps -net_raw "$@"
+  else
+    "$@"
+  fi
+}
+expect_results() { # RESULT-LINES of the latest run
+  if ! diff <(printf '%s\n' "$@") <(grep '^> ' "$work/out"); then
+    echo "unexpected results of a run"
+    failures=$((failures + 1))
+  fi
+}
 common=(--dir "$work" --scenario "$work/quick.json")
 
 expect 0 '192.168.49.1,192.168.49.20' 0 "$program" ip Cam "${common[@]}"
@@ -43,4 +62,20 @@ expect 2 '' 2 "$program" watch --keep "${common[@]}"
 expect 2 '' 1 "$program" ip Cam --scenario "$work/none.json"
 expect 130 '*' 1 interrupted 0.5 "$program" ip Nobody "${common[@]}"
 expect 130 '*' 1 interrupted 0.5 "$program" watch Nobody "${common[@]}"
+
+sequence=('ip Cam' ping disconnect 'watch  Cam' 'sleep 200' abort stop ping)
+expect 0 '*' 0 "$program" run "${sequence[@]}" "${common[@]}"
+expect_results '> ip Cam -> 192.168.49.1,192.168.49.20' '> ping -> replies: 4' '> disconnect -> 1' \
+  '> watch  Cam -> 0' '> sleep 200 -> done' '> abort -> 0' '> stop -> 0' '> ping -> no link to probe'
+expect 1 '*' 1 "$program" run 'ip --direct Cam' ping "${common[@]}"
+expect_results '> ip --direct Cam -> no link' '> ping -> no link to probe'
+expect 2 '' 1 "$program" run ping 'ip --gap soon Cam' "${common[@]}"
+expect 2 '*' 1 fed '# first\n\n abort \nfly\nstop\n' "$program" run "${common[@]}"
+expect_results '> abort -> 0'
+expect 130 '*' 1 interrupted 0.5 "$program" run 'sleep 20000' "${common[@]}"
+
+raw=(--dir "$work" --scenario "$work/raw.json")
+expect 0 '192.168.49.1,192.168.49.20' 0 "$program" ping Cam "${common[@]}"
+expect 0 '192.168.49.1,192.168.49.20' 1 without_right "$program" ping Cam "${raw[@]}"
+expect 4 '*' 2 without_right "$program" ping Once "${raw[@]}"
 exit $((failures > 0))
