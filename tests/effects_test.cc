@@ -19,7 +19,7 @@ class Effects : public World {
   std::int32_t Ask(const std::string& request, const std::string& expected) {
     return TimeOf([&] { EXPECT_EQ(lanvoss->GetDeviceIp(request), expected); });
   }
-  // Calls `act` at the first notification whose kind is, or whose message begins with, `start`.
+  // Calls `act` at the first notification of that kind, or whose message begins so.
   void At(const std::string& start, std::function<void()> act) {
     Listen([start, act, done = std::make_shared<bool>(false)](const std::string& kind,
                                                               const std::string& message) {
@@ -37,7 +37,7 @@ TEST_F(Effects, TheHostHearsBeforeTheFileIsWrittenAndTheWatcherStopped) {
   air.Add({.name = u"Cam"});
   Open();
   const auto stops = [&] { return air.faults().Count(Call::kWatcherStop); };
-  At("watch", [&] { EXPECT_FALSE(std::filesystem::exists(CachePath())); });
+  At("Cam", [&] { EXPECT_FALSE(std::filesystem::exists(CachePath())); });
   lanvoss->StartWatch("");
   Pass(1900);
   At("watchdone", [&] { EXPECT_EQ(stops(), 0U); });

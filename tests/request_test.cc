@@ -163,6 +163,9 @@ TEST_F(Request, TriesToOpenFiveTimes) {
         "(watch) Devices connected failed, connecting to "
         "name(Cam),time:3300ms,watch:300ms(");
   }));
+  EXPECT_NE(Printed().find(":03.940] (watch) wfdDevice is null,Re FromIdAsync:1 Cam"),
+            std::string::npos)
+      << "after its pause";
   // Nobody has given up, so the next pass finds it again, and its third open request succeeds.
   Pass(20'000);
   EXPECT_TRUE(
@@ -273,6 +276,10 @@ TEST_F(Request, TheGapIsKeptFromTheLastDisconnect) {
   lanvoss->DisConnect("");
   lanvoss->AbortConnect("");
   EXPECT_EQ(Ask("5000\nCam", kAddress), 700) << "given up, no gap is kept";
+  lanvoss->DisConnect("");
+  Pass(500);
+  EXPECT_EQ(Ask("500\nCam", kAddress), 700);
+  EXPECT_FALSE(Logged("(watch) Con Dev name=Cam,Sleep=0ms"));
 }
 
 TEST_F(Request, AGapBeyond32BitsIsTheLongestOne) {

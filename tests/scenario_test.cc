@@ -23,10 +23,11 @@ TEST(Scenario, SetsEveryKindOfField) {
   const Scenario scenario = ParseScenario(R"({
     "seed": 18446744073709551615,
     "habits": {"enumeration_ms": "never", "stop_elsewhere": "refused", "handlers_overlap": true,
-               "on_close": "stays_up_reported", "ignored_starts": 3},
+               "on_close": "stays_up_reported", "ignored_starts": 3, "simulates_echo": false},
     "peers": [{"name": "Büro", "id": "x", "paired": true, "local_address": null, "open_ms": 7,
                "openings": ["none", "hangs"], "pairing_status": "AuthenticationTimeout",
                "ceremony": "DisplayPin", "echo_share": 0.5,
+               "echoes": [[], ["reply", "late_reply"]],
                "script": [{"at_ms": 5, "do": "rename", "to": "Büro 2"}]}]})",
                                           "home.json");
   EXPECT_EQ(scenario.seed, 18446744073709551615U);
@@ -41,6 +42,8 @@ TEST(Scenario, SetsEveryKindOfField) {
   EXPECT_EQ(peer.openings.at(1), simulated::Outcome::kHangs);
   EXPECT_EQ(peer.pairingStatus, platform::DevicePairingResultStatus::AuthenticationTimeout);
   EXPECT_EQ(peer.echoShare, 0.5);
+  EXPECT_EQ(peer.echoes.at(1).at(1), simulated::Echo::kLateReply);
+  EXPECT_FALSE(scenario.habits.simulatesEcho);
   EXPECT_EQ(peer.script.at(0).newName, u"Büro 2");
 }
 

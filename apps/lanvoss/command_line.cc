@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <limits>
+#include <vector>
 
 #include "console.h"
 #include "outcome.h"
@@ -15,9 +16,26 @@ constexpr char kFooter[] =
     "Exit codes:\n"
     "  0    done\n"
     "  1    no link came up, or the device was not found\n"
-    "  2    bad usage, or a bad scenario file\n"
+    "  2    bad usage, a bad operation, or a bad scenario file\n"
     "  3    the platform failed\n"
+    "  4    the link is dead: it was lost and could not be brought back\n"
     "  130  interrupted; a second Ctrl-C leaves at once\n";
+
+constexpr char kRunFooter[] =
+    "Each OPERATION is one argument, as in: lanvoss run \"ip Cam-7F21\" ping disconnect\n"
+    "Without one they are read from standard input, one a line, as they come; blank lines and\n"
+    "lines that begin with # are skipped. A NAME may have blanks in it.\n"
+    "\n"
+    "  ip [--gap MS | --direct] NAME  find, pair and connect; the result is LOCAL,REMOTE\n"
+    "  ping                           probe the link, and pair and connect a silent device anew\n"
+    "  disconnect                     close the link\n"
+    "  unpair NAME                    start to remove the pairing\n"
+    "  watch [[--keep] NAME]          start to look for devices\n"
+    "  stop                           stop looking\n"
+    "  abort                          give the attempt up\n"
+    "  sleep MS                       wait\n"
+    "\n"
+    "After each, a line \"> OPERATION -> RESULT\" follows on standard output.\n";
 
 void AddCommonOptions(CLI::App& command, CommandLine& line) {
   command
@@ -45,6 +63,14 @@ void AddIpCommand(CLI::App& app, CommandLine& line) {
   command.callback([&line] { line.command = Command::kIp; });
 }
 
+void AddPingCommand(CLI::App& app, CommandLine& line) {
+  CLI::App& command = *app.add_subcommand(
+      "ping", "Connect a device, check the link, and connect anew what no longer answers");
+  command.add_option("NAME", line.name, "The device")->required()->type_name("");
+  AddCommonOptions(command, line);
+  command.callback([&line] { line.command = Command::kPing; });
+}
+
 void AddWatchCommand(CLI::App& app, CommandLine& line) {
   CLI::App& command = *app.add_subcommand(
       "watch", "Print the devices that are there, or look for one until it is found");
@@ -52,6 +78,24 @@ void AddWatchCommand(CLI::App& app, CommandLine& line) {
   command.add_flag("--keep", line.keep, "Watch on until the device is gone again")->needs(name);
   AddCommonOptions(command, line);
   command.callback([&line] { line.command = Command::kWatch; });
+}
+
+void AddRunCommand(CLI::App& app, CommandLine& line, std::vector<std::string>& operations) {
+  CLI::App& command = *app.add_subcommand("run", "Do several operations one after the other");
+  command.add_option("OPERATION", operations, "What to do, see below")->type_name("");
+  command.footer(kRunFooter);
+  AddCommonOptions(command, line);
+  command.callback([&line] { line.command = Command::kRun; });
+}
+
+std::vector<Operation> ParseOperations(const std::vector<std::string>& texts) {
+  std::vector<Operation> operations;
+  operations.reserve(texts.size());
+  for (const std::string& text : texts) {
+    operations.push_back(
+        ParseOperation(text, "operation " + std::to_string(operations.size() + 1)));
+  }
+  return operations;
 }
 
 // A line feed parts the fields of a request, so no name can have one.
@@ -76,11 +120,18 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
     return "lanvoss: " + std::string(error.what()) + "\nRun with --help for more information.\n";
   });
   AddIpCommand(app, line);
+  AddPingCommand(app, line);
   AddWatchCommand(app, line);
+  std::vector<std::string> operations;
+  AddRunCommand(app, line, operations);
   try {
     app.parse(argc, argv);
+    line.operations = ParseOperations(operations);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kExitOk : kExitUsage;
+  } catch (const OperationError& error) {
+    Complain(error.what());
+    return kExitUsage;
   }
   if (const std::string fault = FaultOf(line); !fault.empty()) {
     Complain(fault);

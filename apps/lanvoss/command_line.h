@@ -4,18 +4,23 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "operation.h"
 
 namespace lanvoss::program {
 
-enum class Command { kIp, kWatch };
+enum class Command { kIp, kPing, kWatch, kRun };
 
 struct CommandLine {
   Command command = Command::kIp;
-  std::optional<std::string> name;    // neither empty nor with a line feed; always there for kIp
-  std::optional<std::int32_t> gapMs;  // of kIp
-  bool direct = false;                // of kIp
-  bool keep = false;                  // of kWatch
-  std::string directory;              // empty: the current one
+  // Neither empty nor with a line feed; always there for kIp and kPing.
+  std::optional<std::string> name;
+  std::optional<std::int32_t> gapMs;        // of kIp
+  bool direct = false;                      // of kIp
+  bool keep = false;                        // of kWatch
+  std::vector<Operation> operations;        // of kRun; none: they stand on standard input
+  std::string directory;                    // empty: the current one
   std::optional<std::string> scenarioFile;  // none: the built-in neighbourhood
 };
 

@@ -1,4 +1,4 @@
-// The host program: one operation of the library per run.
+// The host program: a few operations of the library per run.
 #include <exception>
 #include <memory>
 
@@ -9,19 +9,50 @@
 #include "farewell.h"
 #include "interruption.h"
 #include "ip_command.h"
+#include "link_check.h"
 #include "outcome.h"
 #include "pairing.h"
+#include "ping_command.h"
+#include "run_command.h"
 #include "scenario.h"
 #include "watch_command.h"
 
 namespace lanvoss::program {
 namespace {
 
+// The host's function that a command has to be run with.
+NotifyCallback ListenerFor(Command command) {
+  switch (command) {
+    case Command::kIp:
+      return nullptr;
+    case Command::kWatch:
+      return &HearWatch;
+    case Command::kPing:
+    case Command::kRun:
+      return &HearCheck;
+  }
+  return nullptr;
+}
+
 Outcome RunCommand(LanvossInterface& object, const CommandLine& line,
                    const Interruption& interruption) {
+  switch (line.command) {
+    case Command::kIp:
+      return RunIp(object, line);
+    case Command::kPing:
+      return RunPing(object, line, interruption.Token());
+    case Command::kWatch:
+      return RunWatch(object, line, interruption.Token());
+    case Command::kRun:
+      return RunOperations(object, line, interruption.Token());
+  }
+  return {};
+}
+
+Outcome TryCommand(LanvossInterface& object, const CommandLine& line,
+                   const Interruption& interruption) {
   try {
-    return line.command == Command::kIp ? RunIp(object, line)
-                                        : RunWatch(object, line, interruption.Token());
+    return RunCommand(object, line, interruption);
   } catch (const std::exception& error) {
     return {kExitPlatform, {}, error.what()};
   }
@@ -29,11 +60,10 @@ Outcome RunCommand(LanvossInterface& object, const CommandLine& line,
 
 Outcome Run(const CommandLine& line) {
   Interruption interruption;
-  auto object =
-      getLanvossPtr(line.command == Command::kWatch ? &HearWatch : nullptr, line.directory);
+  auto object = getLanvossPtr(ListenerFor(line.command), line.directory);
   interruption.Ends(object);
 
-  Outcome outcome = RunCommand(*object, line, interruption);
+  Outcome outcome = TryCommand(*object, line, interruption);
   if (interruption.Happened()) {
     outcome = {kExitInterrupted};
   }

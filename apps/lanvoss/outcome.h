@@ -6,9 +6,10 @@
 namespace lanvoss::program {
 
 inline constexpr int kExitOk = 0;
-inline constexpr int kExitNotFound = 1;       // no link came up, or the device was not found
-inline constexpr int kExitUsage = 2;          // bad arguments or a bad scenario file
-inline constexpr int kExitPlatform = 3;       // the platform failed
+inline constexpr int kExitNotFound = 1;  // no link came up, or the device was not found
+inline constexpr int kExitUsage = 2;     // bad arguments, a bad operation or a bad scenario file
+inline constexpr int kExitPlatform = 3;  // the platform failed
+inline constexpr int kExitDeadLink = 4;  // a link was lost and could not be brought back
 inline constexpr int kExitInterrupted = 130;  // as shells report the interrupt signal
 
 struct Outcome {

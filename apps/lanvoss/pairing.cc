@@ -20,18 +20,23 @@ Scenario& ChosenScenario() {
 
 void UseScenario(Scenario scenario) { ChosenScenario() = std::move(scenario); }
 
+bool CanSendEchoes() {
+  return ChosenScenario().habits.simulatesEcho ||
+         posix::CreateSystem()->OpenIcmpSocket() != nullptr;
+}
+
 }  // namespace lanvoss::program
 
 namespace lanvoss::platform {
 
 Platform CreatePlatform() {
   const program::Scenario& scenario = program::ChosenScenario();
-  const auto system = posix::CreateSystem();
-  simulated::Neighbourhood air(system, simulated::RealThreads(), scenario.habits, scenario.seed);
+  simulated::Neighbourhood air(posix::CreateSystem(), simulated::RealThreads(), scenario.habits,
+                               scenario.seed);
   for (const simulated::Peer& peer : scenario.peers) {
     air.Add(peer);
   }
-  return {system, air.Radio()};
+  return {air.System(), air.Radio()};
 }
 
 }  // namespace lanvoss::platform

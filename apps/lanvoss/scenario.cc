@@ -64,7 +64,9 @@ void Read(const JsonValue& value, Peer& peer) {
                      {"openings", Into(peer.openings)},
                      {"pairing_status", Into(peer.pairingStatus)},
                      {"ceremony", Into(peer.ceremony)},
+                     {"echoes", Into(peer.echoes)},
                      {"echo_share", Into(peer.echoShare)},
+                     {"echo_ms", Into(peer.echoMs)},
                      {"script", Into(peer.script)}});
   value.Require("name");
 }
@@ -82,7 +84,8 @@ void Read(const JsonValue& value, Habits& habits) {
                      {"stopped_reported", Into(habits.stoppedReported)},
                      {"on_close", Into(habits.onClose)},
                      {"on_unpair", Into(habits.onUnpair)},
-                     {"on_drop", Into(habits.onDrop)}});
+                     {"on_drop", Into(habits.onDrop)},
+                     {"simulates_echo", Into(habits.simulatesEcho)}});
 }
 
 void CheckIds(const JsonValue& document, const std::vector<Peer>& peers) {

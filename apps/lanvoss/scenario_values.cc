@@ -12,6 +12,7 @@ namespace {
 using platform::DevicePairingKinds;
 using platform::DevicePairingResultStatus;
 using simulated::Act;
+using simulated::Echo;
 using simulated::kNever;
 using simulated::LinkEnd;
 using simulated::Outcome;
@@ -96,6 +97,19 @@ void Read(const JsonValue& value, Outcome& out) {
                                {"fails", Outcome::kFails},
                                {"cancelled", Outcome::kCancelled},
                                {"hangs", Outcome::kHangs}});
+}
+
+void Read(const JsonValue& value, Echo& out) {
+  out = OneOf<Echo>(value, {{"reply", Echo::kReply},
+                            {"late_reply", Echo::kLateReply},
+                            {"other_identifier", Echo::kOtherIdentifier},
+                            {"other_sequence", Echo::kOtherSequence},
+                            {"other_address", Echo::kOtherAddress},
+                            {"time_exceeded", Echo::kTimeExceeded},
+                            {"time_exceeded_self", Echo::kTimeExceededSelf},
+                            {"time_exceeded_cut", Echo::kTimeExceededCut},
+                            {"truncated", Echo::kTruncated},
+                            {"unrelated", Echo::kUnrelated}});
 }
 
 void Read(const JsonValue& value, Act& out) {

@@ -24,6 +24,7 @@ void Read(const JsonValue& value, std::u16string& out);
 void Read(const JsonValue& value, std::optional<std::u16string>& out);
 
 void Read(const JsonValue& value, simulated::Outcome& out);
+void Read(const JsonValue& value, simulated::Echo& out);
 void Read(const JsonValue& value, simulated::Act& out);
 void Read(const JsonValue& value, simulated::LinkEnd& out);
 void Read(const JsonValue& value, simulated::StopElsewhere& out);

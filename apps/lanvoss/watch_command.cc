@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "request.h"
+
 namespace lanvoss::program {
 namespace {
 
@@ -80,10 +82,6 @@ Sightings& TheSightings() {
   return sightings;
 }
 
-std::string RequestOf(const CommandLine& line) {
-  return (line.keep ? "\n" : "") + line.name.value_or("");
-}
-
 }  // namespace
 
 void HearWatch(std::string kind, std::string message) {
@@ -93,7 +91,7 @@ void HearWatch(std::string kind, std::string message) {
 }
 
 Outcome RunWatch(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted) {
-  if (object.StartWatch(RequestOf(line)) != 0) {
+  if (object.StartWatch(WatchRequest(line.name.value_or(""), line.keep)) != 0) {
     return {kExitPlatform, {}, "the platform did not start its device watcher"};
   }
   Sightings& sightings = TheSightings();

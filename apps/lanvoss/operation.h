@@ -1,0 +1,37 @@
+// One operation of a sequence, as it is written for `lanvoss run`:
+//
+//   ip [--gap MS | --direct] NAME     ping                    watch [[--keep] NAME]
+//   unpair NAME                       disconnect              stop
+//   sleep MS                          abort
+//
+// A NAME is the rest of the text, blanks inside included.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace lanvoss::program {
+
+struct Operation {
+  enum class Kind { kIp, kPing, kDisconnect, kUnpair, kAbort, kWatch, kStop, kSleep };
+  Kind kind = Kind::kPing;
+  std::string text = {};     // as it was written, without blanks around it
+  std::string request = {};  // of kIp, kUnpair and kWatch: what the library is given
+  std::int32_t sleepMs = 0;  // of kSleep
+};
+
+class OperationError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+// `place` stands before the message of the OperationError that is thrown for what is no operation:
+// "operation 2: ...".
+Operation ParseOperation(std::string_view text, const std::string& place);
+
+// The text without the blanks around it.
+std::string_view Trimmed(std::string_view text);
+
+}  // namespace lanvoss::program
