@@ -85,12 +85,13 @@ class LanvossInterface {
   /// although the link is neither given up nor reported down, recovers it, once between two address
   /// requests: unpairs, pairs and connects the device that was last looked for.
   ///
-  /// @return the new address text when the recovery brought a link up; empty in every other case, an
-  ///   answering link included. So a host keeps a link alive by two calls in turn: `PingCheck`, then
-  ///   `GetDeviceIp` with the device's name, which returns the stored address at once while the link
-  ///   is up and connects anew when it is not. After an empty answer it asks once more.
-  /// Blocks for 12 s when the device is silent, and then for the recovery: the connection itself and
-  /// 100 s at most. Without the right to open raw sockets no device seems to answer. IPv4 only.
+  /// @return the new address text when the recovery brought a link up; empty in every other case,
+  /// an
+  ///   answering link included. So a host keeps a link alive by two calls in turn: `PingCheck`,
+  ///   then `GetDeviceIp` with the device's name, which returns the stored address at once while
+  ///   the link is up and connects anew when it is not. After an empty answer it asks once more.
+  /// Blocks for 12 s when the device is silent, and then for the recovery: the connection itself
+  /// and 100 s at most. Without the right to open raw sockets no device seems to answer. IPv4 only.
   virtual std::string PingCheck() = 0;
 
  protected:

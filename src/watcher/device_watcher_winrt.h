@@ -54,9 +54,9 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   bool IsGivenUp() const;
 
   // supervision/disconnect.cc
-  std::int32_t DisConnect(std::string unused) override;    // supervision/disconnect.cc
-  std::int32_t Unpair(std::string name) override;          // supervision/disconnect.cc
-  std::string PingCheck() override;                        // supervision/ping_check.cc
+  std::int32_t DisConnect(std::string unused) override;  // supervision/disconnect.cc
+  std::int32_t Unpair(std::string name) override;        // supervision/disconnect.cc
+  std::string PingCheck() override;                      // supervision/ping_check.cc
 
   // Stops the watcher and waits until no operation or handler runs on another thread.
   virtual ~CDeviceWatcherWinRT();
