@@ -31,13 +31,6 @@ TEST(VirtualTime, JumpsToTheEarliestDeadline) {
   EXPECT_FALSE(event->Wait(0));
 }
 
-TEST(VirtualTime, KeepsTheCalendar) {
-  const auto time = NewTime();
-  time->SetLocalTime({2023, 12, 31, 23, 59, 59, 999});
-  time->Sleep(1);
-  EXPECT_EQ(time->GetLocalTime(), (platform::LocalTime{2024, 1, 1, 0, 0, 0, 0}));
-}
-
 TEST(VirtualTime, TheSeedDecidesWhoIsNext) {
   const auto order = [](std::uint64_t seed) {
     const auto time = VirtualTime::Seeded(seed);
@@ -155,25 +148,6 @@ TEST_F(Simulation, ScriptsAndFaultsHappenWhenTheyShould) {
     }
   }
   EXPECT_NEAR(failures, 500, 100);
-}
-
-TEST_F(Simulation, ALinkEndsInTheWayOfThePlatform) {
-  const PeerHandle peer = air.Add({.name = u"A", .paired = true});
-  const auto reportsOf = [&](LinkEnd how) {
-    air.SetHabits({.onClose = how});
-    const auto device = radio->FromIdAsync(platform::Utf8ToUtf16(peer.Id()));
-    int reports = 0;
-    device->ConnectionStatusChanged([&](auto&) { ++reports; });
-    device->Close();
-    Pass(100);
-    return std::to_string(reports) + (peer.LinksUp() == 1 ? " up" : " down");
-  };
-  EXPECT_EQ(reportsOf(LinkEnd::kReported), "1 down");
-  EXPECT_EQ(reportsOf(LinkEnd::kRepeated), "2 down");
-  EXPECT_EQ(reportsOf(LinkEnd::kSilent), "0 down");
-  EXPECT_EQ(reportsOf(LinkEnd::kStaysUp), "0 up");
-  EXPECT_EQ(reportsOf(LinkEnd::kStaysUpReported), "1 up");
-  EXPECT_EQ(peer.LinksUp(), 0U) << "releasing the device object closes its link";
 }
 
 }  // namespace

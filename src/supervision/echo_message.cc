@@ -19,7 +19,7 @@ Bytes IcmpMessage(Bytes datagram) {
   if (datagram.empty()) {
     return {};
   }
-  const std::size_t headerLength = (datagram[0] & 0x0FU) * 4U;
+  const std::size_t headerLength = std::size_t{4} * (datagram[0] & 0x0FU);
   if (datagram.size() < headerLength + kIcmpHeaderLength) {
     return {};
   }
