@@ -39,12 +39,8 @@ std::int32_t CDeviceWatcherWinRT::StartWatch(std::string name) {
       const std::int32_t now = Now();
       const Lock lock(mutex);
       nWatchMode = mode;
-      tStart = now;
       nMaxConnectMs = 0;
-      tFound = tStart;
-      nWatchTry = 0;
-      strDeviceIp.clear();
-      bDisConnect = false;
+      ResetAttempt(now);
     }
     return StartWatcher(name);
   });

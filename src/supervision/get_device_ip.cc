@@ -108,14 +108,10 @@ std::string CDeviceWatcherWinRT::ConnectedAddress(const std::string& name) {
 void CDeviceWatcherWinRT::BeginAttempt() {
   const std::int32_t now = Now();
   const Lock lock(mutex);
-  tStart = now;
-  tFound = tStart;
-  nWatchTry = 0;
+  ResetAttempt(now);
   tConnected = tStart;
   nFromIdTry = 0;
-  strDeviceIp.clear();
   bRePair = false;
-  bDisConnect = false;
   hEvDone->Reset();
 }
 

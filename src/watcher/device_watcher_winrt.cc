@@ -98,6 +98,14 @@ std::string CDeviceWatcherWinRT::FlagsText() const {
          " bDisConnect = " + std::to_string(bDisConnect);
 }
 
+void CDeviceWatcherWinRT::ResetAttempt(std::int32_t now) {
+  tStart = now;
+  tFound = tStart;
+  nWatchTry = 0;
+  strDeviceIp.clear();
+  bDisConnect = false;
+}
+
 std::string CDeviceWatcherWinRT::StepTimesText() const {
   return "watch:" + std::to_string(ElapsedMs(tStart, tFound)) + "ms(" + std::to_string(nWatchTry) +
          "),fromid:" + std::to_string(ElapsedMs(tFound, tConnected)) + "ms(" +

@@ -76,6 +76,8 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::int32_t Now() const { return platform_.system->Clock(); }
   // The end of the log lines that tell why a find or a watch did not go on.
   std::string FlagsText() const LANVOSS_REQUIRES(mutex);
+  // What every watch and every request begins with.
+  void ResetAttempt(std::int32_t now) LANVOSS_REQUIRES(mutex);
   // How long the steps of the attempt took, and their tries.
   std::string StepTimesText() const LANVOSS_REQUIRES(mutex);
   bool IsFound() const LANVOSS_REQUIRES(mutex) { return tFound != tStart; }
