@@ -4,8 +4,6 @@
 namespace lanvoss::test {
 namespace {
 
-const std::string kAddress = "192.168.49.1,192.168.49.20";
-
 class Connection : public World {};
 
 TEST_F(Connection, OnlyTheStatusFailedPausesAndNothingStopsTheOpening) {

@@ -7,8 +7,6 @@
 namespace lanvoss::test {
 namespace {
 
-const std::string kAddress = "192.168.49.1,192.168.49.20";
-
 class Lifetime : public World {
  protected:
   void SetUp() override {

@@ -4,7 +4,6 @@
 namespace lanvoss::test {
 namespace {
 
-const std::string kAddress = "192.168.49.1,192.168.49.20";
 const std::string kTimedOut = "\xC7\xEB\xC7\xF3\xB3\xAC\xCA\xB1\xA1\xA3\n";
 
 class Recovery : public World {

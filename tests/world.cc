@@ -105,7 +105,7 @@ void World::Connect(const std::string& name) {
   if (lanvoss == nullptr) {
     Open();
   }
-  ASSERT_EQ(lanvoss->GetDeviceIp(name), "192.168.49.1,192.168.49.20");
+  ASSERT_EQ(lanvoss->GetDeviceIp(name), kAddress);
   Pass(100);
   Log();
   Heard();

@@ -29,6 +29,9 @@ using simulated::Outcome;
 using simulated::PeerHandle;
 using Lines = std::vector<std::string>;
 
+// What a request returns for a device at the default addresses.
+inline const std::string kAddress = "192.168.49.1,192.168.49.20";
+
 std::shared_ptr<simulated::VirtualTime> NewTime();
 bool IsTimeFree();
 
@@ -61,7 +64,7 @@ class CapturedOutput {
 
 class World : public testing::Test {
  public:
-  // What the host hears; called with everything, before it is recorded.
+  // What the host hears; called with everything, after it is recorded.
   using Listener = std::function<void(const std::string& kind, const std::string& message)>;
 
  protected:
@@ -88,6 +91,11 @@ class World : public testing::Test {
   Lines Heard();          // "kind message" of all others since the last call
   std::string Printed();  // standard output since the last call; <kind message> where Heard
   bool Logged(const std::string& line);  // among all so far
+  // The line of a link to a device at the default addresses, with the times of its steps.
+  bool LoggedLink(const std::string& name, const std::string& times) {
+    return Logged("(watch) Devices connected on L2 layer, connecting to name(" + name +
+                  "),time:" + times + " IPAddress: loc:192.168.49.1 remote:192.168.49.20");
+  }
   std::filesystem::path CachePath() const { return directory.path / "deviceinfo.bin"; }
 
   const std::shared_ptr<simulated::VirtualTime> time = NewTime();

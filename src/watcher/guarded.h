@@ -12,7 +12,6 @@
 
 #define LANVOSS_GUARDED_BY(x) LANVOSS_THREAD_ATTRIBUTE(guarded_by(x))
 #define LANVOSS_REQUIRES(x) LANVOSS_THREAD_ATTRIBUTE(requires_capability(x))
-#define LANVOSS_EXCLUDES(x) LANVOSS_THREAD_ATTRIBUTE(locks_excluded(x))
 
 namespace lanvoss {
 
