@@ -46,17 +46,10 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::int32_t StartWatch(std::string name) override;      // discovery/watch.cc
   std::int32_t StopWatch() override;                       // discovery/watch.cc
   std::string GetDeviceIp(std::string request) override;   // supervision/get_device_ip.cc
-  std::int32_t AbortConnect(std::string unused) override;  // supervision/ping_check.cc
-  enum class LinkVerdict { kKeep, kRecover, kLost };
-  std::string CheckLink();
-  LinkVerdict JudgeLink(int replies, std::string& name);
-  void Recover(const std::string& name);
-  bool IsGivenUp() const;
-
-  // supervision/disconnect.cc
-  std::int32_t DisConnect(std::string unused) override;  // supervision/disconnect.cc
-  std::int32_t Unpair(std::string name) override;        // supervision/disconnect.cc
-  std::string PingCheck() override;                      // supervision/ping_check.cc
+  std::int32_t AbortConnect(std::string unused) override;  // supervision/disconnect.cc
+  std::int32_t DisConnect(std::string unused) override;    // supervision/disconnect.cc
+  std::int32_t Unpair(std::string name) override;          // supervision/disconnect.cc
+  std::string PingCheck() override;                        // supervision/ping_check.cc
 
   // Stops the watcher and waits until no operation or handler runs on another thread.
   virtual ~CDeviceWatcherWinRT();
@@ -134,6 +127,13 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::int32_t DoDisConnect();
   void CloseDevice();
   void LetGo(const std::shared_ptr<platform::WiFiDirectDevice>& device);
+
+  // supervision/ping_check.cc
+  enum class LinkVerdict { kKeep, kRecover, kLost };
+  std::string CheckLink();
+  LinkVerdict JudgeLink(int replies, std::string& name);
+  void Recover(const std::string& name);
+  bool IsGivenUp() const;
 
   // What stands beneath. First, so that it outlives every other member.
   const platform::Platform platform_;
