@@ -7,12 +7,15 @@
 #include <memory>
 #include <string>
 
-#if defined(_WIN32) && defined(LANVOSS_BUILD)
-#define LANVOSS_API __declspec(dllexport)
-#elif defined(_WIN32)
-#define LANVOSS_API __declspec(dllimport)
-#else
+// LANVOSS_STATIC is for programs that have the library's own code in them instead of its DLL.
+#if !defined(_WIN32)
 #define LANVOSS_API __attribute__((visibility("default")))
+#elif defined(LANVOSS_BUILD)
+#define LANVOSS_API __declspec(dllexport)
+#elif defined(LANVOSS_STATIC)
+#define LANVOSS_API
+#else
+#define LANVOSS_API __declspec(dllimport)
 #endif
 
 /// The host's function that hears what the library does.
