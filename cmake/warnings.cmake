@@ -1,5 +1,9 @@
-# Every warning is an error, with both compilers. Targets take them by linking lanvoss_warnings.
+# Every warning is an error, with all compilers. Targets take them by linking lanvoss_warnings.
 add_library(lanvoss_warnings INTERFACE)
+if(MSVC)
+  target_compile_options(lanvoss_warnings INTERFACE /WX /W4 /permissive- /utf-8)
+  return()
+endif()
 target_compile_options(
   lanvoss_warnings
   INTERFACE -Werror
@@ -26,7 +30,9 @@ target_compile_options(
             -Wlogical-op
             -Wuseless-cast
             # GCC 12 sees overlaps in std::string's operator+ that are not there.
-            -Wno-restrict>
+            -Wno-restrict
+            # An interface of the platform's cannot have one: it would take a slot.
+            $<$<PLATFORM_ID:Windows>:-Wno-non-virtual-dtor>>
             $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety
             -Wthread-safety-beta
             -Wcomma

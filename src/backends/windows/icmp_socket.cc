@@ -28,8 +28,8 @@ class Winsock {
 class WindowsIcmpSocket final : public platform::IcmpSocket {
  public:
   WindowsIcmpSocket()
-      : socket_(WSASocketW(AF_INET, SOCK_RAW, IPPROTO_ICMP, nullptr, kNoGroup,
-                           WSA_FLAG_OVERLAPPED)) {}
+      : socket_(
+            WSASocketW(AF_INET, SOCK_RAW, IPPROTO_ICMP, nullptr, kNoGroup, WSA_FLAG_OVERLAPPED)) {}
   ~WindowsIcmpSocket() override { closesocket(socket_); }
   WindowsIcmpSocket(const WindowsIcmpSocket&) = delete;
   WindowsIcmpSocket& operator=(const WindowsIcmpSocket&) = delete;
@@ -41,9 +41,7 @@ class WindowsIcmpSocket final : public platform::IcmpSocket {
     SetOption(SOL_SOCKET, SO_SNDTIMEO, sendMs);
   }
 
-  void SetTimeToLive(int hops) override {
-    SetOption(IPPROTO_IP, IP_TTL, static_cast<DWORD>(hops));
-  }
+  void SetTimeToLive(int hops) override { SetOption(IPPROTO_IP, IP_TTL, static_cast<DWORD>(hops)); }
 
   void Send(const platform::Ipv4Address& destination,
             std::span<const std::uint8_t> message) override {

@@ -1,0 +1,108 @@
+#include "backends/windows/winrt_error.h"
+
+#include <cstdio>
+#include <memory>
+#include <new>
+#include <oleauto.h>
+#include <string>
+#include <string_view>
+
+#include "backends/windows/com_pointer.h"
+#include "backends/windows/wide_text.h"
+#include "backends/windows/winrt_abi.h"
+#include "platform/error.h"
+
+namespace lanvoss::windows {
+namespace {
+
+// A text that COM gave out.
+class ComText {
+ public:
+  ComText() = default;
+  ~ComText() { SysFreeString(text_); }
+  ComText(const ComText&) = delete;
+  ComText& operator=(const ComText&) = delete;
+
+  BSTR* Out() { return &text_; }
+  std::u16string_view Text() const { return AsUtf16({text_, SysStringLen(text_)}); }
+
+ private:
+  BSTR text_ = nullptr;
+};
+
+std::u16string Trimmed(std::u16string_view text) {
+  const auto last = text.find_last_not_of(u" \t\r\n");
+  return std::u16string(text.substr(0, last == std::u16string_view::npos ? 0 : last + 1));
+}
+
+// What the failing call left for this thread; empty when there is nothing, or only something older.
+std::u16string MessageOfThread(HRESULT failure) {
+  ComPointer<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Out()) != S_OK) {
+    return {};
+  }
+  ComPointer<abi::IRestrictedErrorInfo> restricted;
+  if (FAILED(info->QueryInterface(abi::kIid<abi::IRestrictedErrorInfo>,
+                                  reinterpret_cast<void**>(restricted.Out())))) {
+    return {};
+  }
+  ComText description;
+  ComText details;
+  ComText capability;
+  HRESULT code = S_OK;
+  if (FAILED(
+          restricted->GetErrorDetails(description.Out(), &code, details.Out(), capability.Out())) ||
+      code != failure) {
+    return {};
+  }
+  return Trimmed(details.Text().empty() ? description.Text() : details.Text());
+}
+
+std::u16string MessageOfSystem(HRESULT failure) {
+  constexpr DWORD kAnyLanguage = 0;
+  wchar_t* text = nullptr;
+  const DWORD length = FormatMessageW(
+      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+      nullptr, static_cast<DWORD>(failure), kAnyLanguage, reinterpret_cast<wchar_t*>(&text), 0,
+      nullptr);
+  const std::unique_ptr<wchar_t, decltype(&LocalFree)> owner(text, &LocalFree);
+  return length == 0 ? std::u16string() : Trimmed(AsUtf16({text, length}));
+}
+
+std::u16string Number(HRESULT failure) {
+  char digits[11];
+  std::snprintf(digits, sizeof digits, "0x%08lX", static_cast<unsigned long>(failure));
+  return {digits, digits + std::string_view(digits).size()};
+}
+
+std::u16string MessageOf(HRESULT failure) {
+  std::u16string message = MessageOfThread(failure);
+  if (message.empty()) {
+    message = MessageOfSystem(failure);
+  }
+  return message.empty() ? Number(failure) : message;
+}
+
+}  // namespace
+
+void Raise(HRESULT failure) {
+  const auto code = static_cast<std::uint32_t>(failure);
+  if (code == platform::kErrorCancelled) {
+    throw platform::CancelledError(MessageOf(failure));
+  }
+  throw platform::Error(code, MessageOf(failure));
+}
+
+HRESULT ResultOfException() noexcept {
+  try {
+    throw;
+  } catch (const platform::Error& error) {
+    return static_cast<HRESULT>(error.Hresult());
+  } catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+  } catch (...) {
+    return E_FAIL;
+  }
+}
+
+}  // namespace lanvoss::windows
