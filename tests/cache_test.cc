@@ -106,7 +106,13 @@ TEST_F(Cache, ThePathIsTheHostsTextAsItIs) {
     EXPECT_TRUE(cacheIn(nowhere));
     ReportOne(u"Cam", u"");
   }
-  // The longest current directory that the library takes, and one too long.
+}
+
+TEST_F(Cache, ACurrentDirectoryThatIsTooLongIsNoPlace) {
+  if constexpr (fs::path::preferred_separator == '\\') {
+    GTEST_SKIP() << "the file system takes no path as long";
+  }
+  // The longest that the library takes, and one too long.
   const std::string parent = directory.path.string() + "/";
   for (const std::size_t length : {std::size_t{259}, std::size_t{260}}) {
     const std::string deep = parent + std::string(length - parent.size(), 'd');
@@ -114,7 +120,7 @@ TEST_F(Cache, ThePathIsTheHostsTextAsItIs) {
     WriteFile(deep + "/deviceinfo.bin", "1|A|m|Cam|2024\n");
     time->SetCurrentDirectory(deep);
     Printed();
-    EXPECT_TRUE(cacheIn(""));
+    lanvoss = getLanvossPtr(nullptr, "");
     EXPECT_EQ(Printed().find("1 Device:Cam id:A") != std::string::npos, length == 259);
   }
   ReportOne(u"Cam", u"");

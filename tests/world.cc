@@ -2,41 +2,30 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <unistd.h>
 #include <utility>
 
-#include "platform/platform.h"
+#include "environment.h"
 
 namespace lanvoss::test {
 namespace {
 
 // The host's callback is a plain function, so the world it belongs to has to be found.
 World* current = nullptr;
-std::shared_ptr<platform::System> currentSystem;
-std::shared_ptr<platform::WiFiDirect> currentRadio;
-
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
-  return value == nullptr ? "" : value;
-}
 
 std::filesystem::path NewDirectory() {
-  std::string path = std::filesystem::temp_directory_path() / "lanvoss-test-XXXXXX";
-  return mkdtemp(path.data());
+  std::random_device random;
+  std::filesystem::path path;
+  do {
+    path = std::filesystem::temp_directory_path() / ("lanvoss-test-" + std::to_string(random()));
+  } while (!std::filesystem::create_directory(path));
+  return path;
 }
 
 }  // namespace
-
-bool IsTimeFree() { return Environment("LANVOSS_TEST_TIME") == "free"; }
-
-std::shared_ptr<simulated::VirtualTime> NewTime() {
-  const std::string seed = Environment("LANVOSS_TEST_SEED");
-  return IsTimeFree() ? simulated::VirtualTime::Free()
-                      : simulated::VirtualTime::Seeded(seed.empty() ? 1 : std::stoull(seed));
-}
 
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -50,37 +39,32 @@ void WriteFile(const std::filesystem::path& path, const std::string& bytes) {
 TemporaryDirectory::TemporaryDirectory() : path(NewDirectory()) {}
 TemporaryDirectory::~TemporaryDirectory() { std::filesystem::remove_all(path); }
 
-CapturedOutput::CapturedOutput() : original_(dup(STDOUT_FILENO)), file_(std::tmpfile()) {
+CapturedOutput::CapturedOutput(std::filesystem::path file)
+    : file_(std::move(file)), original_(dup(fileno(stdout))) {
   std::fflush(stdout);
-  dup2(fileno(file_), STDOUT_FILENO);
+  // Opened as binary, so that nothing is added to line ends.
+  std::FILE* const target = std::fopen(file_.string().c_str(), "wb");
+  dup2(fileno(target), fileno(stdout));
+  std::fclose(target);
 }
 
 CapturedOutput::~CapturedOutput() {
   std::fflush(stdout);
-  dup2(original_, STDOUT_FILENO);
+  dup2(original_, fileno(stdout));
   close(original_);
-  std::fclose(file_);
 }
 
 std::string CapturedOutput::Text() const {
   std::fflush(stdout);
-  const int file = fileno(file_);
-  std::string text(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), '\0');
-  text.resize(static_cast<std::size_t>(pread(file, text.data(), text.size(), 0)));
-  return text;
+  return ReadFile(file_);
 }
 
 World::World() {
   current = this;
-  currentSystem = air.System();
-  currentRadio = air.Radio();
+  EnterStage(time, air);
 }
 
-World::~World() {
-  current = nullptr;
-  currentSystem.reset();
-  currentRadio.reset();
-}
+World::~World() { current = nullptr; }
 
 void World::SetUp() { time->SetLocalTime({2024, 3, 1, 9, 5, 3, 40}); }
 
@@ -88,6 +72,7 @@ void World::TearDown() {
   Listen(nullptr);
   lanvoss.reset();
   Pass(1000);  // events that are still on their way
+  LeaveStage();
   EXPECT_EQ(air.LiveObjects(), 0U) << "platform objects leaked";
   EXPECT_EQ(air.EscapedExceptions(), expectedEscapes);
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
@@ -99,7 +84,9 @@ void World::TearDown() {
   }
 }
 
-void World::Open() { lanvoss = getLanvossPtr(&World::OnNotify, directory.path.string()); }
+void World::OpenIn(const std::string& cacheDirectory) {
+  lanvoss = getLanvossPtr(&World::OnNotify, cacheDirectory);
+}
 
 void World::Connect(const std::string& name) {
   if (lanvoss == nullptr) {
@@ -158,15 +145,15 @@ bool World::Logged(const std::string& line) {
   return std::find(log_.begin(), log_.end(), line) != log_.end();
 }
 
+bool World::LoggedStart(const std::string& start) {
+  const std::lock_guard lock(mutex_);
+  return std::any_of(log_.begin(), log_.end(),
+                     [&](const std::string& line) { return line.starts_with(start); });
+}
+
 std::string World::Printed() {
   const std::string text = output_.Text();
   return text.substr(std::exchange(printedBefore_, text.size()));
 }
 
 }  // namespace lanvoss::test
-
-namespace lanvoss::platform {
-
-Platform CreatePlatform() { return {test::currentSystem, test::currentRadio}; }
-
-}  // namespace lanvoss::platform

@@ -1,11 +1,8 @@
-// The stage of the scenario tests: one host, one object, one neighbourhood, virtual time.
-//
-// Seeded by LANVOSS_TEST_SEED (default 1); LANVOSS_TEST_TIME=free lets the threads run side by
-// side.
+// What a scenario test plays with: one host, one object, one neighbourhood, on the stage of its
+// program.
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
@@ -17,7 +14,7 @@
 #include "lanvoss/lanvoss.h"
 
 #include "backends/simulated/neighbourhood.h"
-#include "backends/simulated/virtual_time.h"
+#include "stages/stage.h"
 
 namespace lanvoss::test {
 
@@ -31,9 +28,6 @@ using Lines = std::vector<std::string>;
 
 // What a request returns for a device at the default addresses.
 inline const std::string kAddress = "192.168.49.1,192.168.49.20";
-
-std::shared_ptr<simulated::VirtualTime> NewTime();
-bool IsTimeFree();
 
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& bytes);
@@ -51,15 +45,15 @@ class TemporaryDirectory {
 // Standard output goes into a file while it lives.
 class CapturedOutput {
  public:
-  CapturedOutput();
+  explicit CapturedOutput(std::filesystem::path file);
   ~CapturedOutput();
   CapturedOutput(const CapturedOutput&) = delete;
   CapturedOutput& operator=(const CapturedOutput&) = delete;
   std::string Text() const;
 
  private:
+  const std::filesystem::path file_;
   const int original_;
-  std::FILE* const file_;
 };
 
 class World : public testing::Test {
@@ -73,10 +67,12 @@ class World : public testing::Test {
   void SetUp() override;
   void TearDown() override;
 
-  // Builds the object, with the world's directory and a callback that records.
-  void Open();
+  // Builds the object, with a callback that records and, unless told otherwise, the world's
+  // directory.
+  void Open() { OpenIn(directory.path.string()); }
+  void OpenIn(const std::string& cacheDirectory);
   void Listen(Listener listener);
-  // Lets virtual time pass.
+  // Lets time pass.
   void Pass(std::uint32_t milliseconds) { time->Sleep(milliseconds); }
   // Runs a host thread; the returned handle waits for it.
   std::unique_ptr<simulated::Thread> Host(std::function<void()> body) {
@@ -90,7 +86,8 @@ class World : public testing::Test {
   Lines LogWithout(const std::string& line);
   Lines Heard();          // "kind message" of all others since the last call
   std::string Printed();  // standard output since the last call; <kind message> where Heard
-  bool Logged(const std::string& line);  // among all so far
+  bool Logged(const std::string& line);        // among all so far
+  bool LoggedStart(const std::string& start);  // a line that begins so, among all so far
   // The line of a link to a device at the default addresses, with the times of its steps.
   bool LoggedLink(const std::string& name, const std::string& times) {
     return Logged("(watch) Devices connected on L2 layer, connecting to name(" + name +
@@ -98,7 +95,7 @@ class World : public testing::Test {
   }
   std::filesystem::path CachePath() const { return directory.path / "deviceinfo.bin"; }
 
-  const std::shared_ptr<simulated::VirtualTime> time = NewTime();
+  const std::shared_ptr<StageTime> time = NewTime();
   simulated::Neighbourhood air{time, time};
   TemporaryDirectory directory;
   std::shared_ptr<LanvossInterface> lanvoss;
@@ -107,7 +104,7 @@ class World : public testing::Test {
  private:
   static void OnNotify(std::string kind, std::string message);
 
-  CapturedOutput output_;
+  CapturedOutput output_{directory.path / "output"};
   std::size_t printedBefore_ = 0;
   std::mutex mutex_;  // guards everything below
   Listener listener_;
