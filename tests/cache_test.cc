@@ -106,6 +106,7 @@ TEST_F(Cache, ThePathIsTheHostsTextAsItIs) {
     EXPECT_TRUE(cacheIn(nowhere));
     ReportOne(u"Cam", u"");
   }
+  EXPECT_FALSE(fs::exists("a")) << "not cut short at the zero byte";
 }
 
 TEST_F(Cache, ACurrentDirectoryThatIsTooLongIsNoPlace) {

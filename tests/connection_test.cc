@@ -118,7 +118,7 @@ TEST_F(Connection, AStopRefusedAfterADirectLinkIsLoggedAfterTheSignal) {
   air.SetHabits({.stopElsewhere = simulated::StopElsewhere::kRefused});
   Open();
   EXPECT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
-  EXPECT_EQ(time->Clock(), 400);
+  EXPECT_EQ(SinceTheBeginning(), 400);
   EXPECT_EQ(Log().back(), "(watch) ConnDevice Err:A method was called at an unexpected time.");
 }
 

@@ -215,6 +215,10 @@ TEST_F(Discovery, AStopThatFailsUsesUpItsTry) {
       (Lines{"(watch) Stop Watcher...", "(watch) stop watch ...",
              "(watch) Error StopWatch: busy.Status is Started. try:1",
              "(watch) stop watch ok.do:2 status:Stopped dt:1030", "(watch) Stop Watcher done"}));
+}
+
+TEST_F(Discovery, AStopThatFailsInNoWayOfThePlatformsEndsTheStopping) {
+  Open();
   lanvoss->StartWatch("");
   Log();
   air.faults().FailNth(Call::kWatcherStop, 1, {.kind = Failure::Kind::kOther});
@@ -248,7 +252,7 @@ TEST_F(Discovery, WithoutAWatcherNothingStarts) {
   EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for Cam", "(watch) Start Watcher done",
                           "(watch) Stop Watcher...", "(watch) Stop Watcher done"}));
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), "");
-  EXPECT_EQ(time->Clock(), 100'000);
+  EXPECT_EQ(SinceTheBeginning(), 100'000);
 }
 
 TEST_F(Discovery, ChangesOfADeviceAreLoggedUnderItsStoredName) {

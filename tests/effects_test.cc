@@ -9,14 +9,6 @@ namespace {
 
 class Effects : public World {
  protected:
-  std::int32_t TimeOf(const std::function<void()>& operation) {
-    const std::int32_t begun = time->Clock();
-    operation();
-    return time->Clock() - begun;
-  }
-  std::int32_t Ask(const std::string& request, const std::string& expected) {
-    return TimeOf([&] { EXPECT_EQ(lanvoss->GetDeviceIp(request), expected); });
-  }
   // Calls `act` at the first notification of that kind, or whose message begins so.
   void At(const std::string& start, std::function<void()> act) {
     Listen([start, act, done = std::make_shared<bool>(false)](const std::string& kind,
@@ -87,7 +79,7 @@ TEST_F(Effects, AWatchReleasesARequestThatWaits) {
   const PeerHandle cam = air.Add({.name = u"Cam"});
   Open();
   const auto wokenBy = [&](const std::function<void()>& watch) {
-    std::int32_t took = 0;
+    Duration took;
     {
       const auto host = Host([&] { took = TimeOf([&] { lanvoss->GetDeviceIp("Nobody"); }); });
       Pass(100);

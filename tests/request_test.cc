@@ -6,15 +6,7 @@
 namespace lanvoss::test {
 namespace {
 
-class Request : public World {
- protected:
-  // How long the request took, in virtual time.
-  std::int32_t Ask(const std::string& request, const std::string& expected) {
-    const std::int32_t begun = time->Clock();
-    EXPECT_EQ(lanvoss->GetDeviceIp(request), expected);
-    return time->Clock() - begun;
-  }
-};
+class Request : public World {};
 
 TEST_F(Request, FindsPairsOpensAndReturnsBothAddresses) {
   const PeerHandle cam = air.Add({.name = u"Cam-7F21", .id = u"P2P#02:11:22:33:7f:21"});

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <regex>
 #include <unistd.h>
 #include <utility>
 
@@ -16,6 +17,14 @@ namespace {
 // The host's callback is a plain function, so the world it belongs to has to be found.
 World* current = nullptr;
 
+// Without the durations where they cannot be foretold.
+std::string Timeless(const std::string& line) {
+  static const std::regex durations("[0-9]+ms|dt:[0-9]+");
+  return kIsTimeExact ? line : std::regex_replace(line, durations, "#");
+}
+
+bool IsSameLine(const std::string& a, const std::string& b) { return Timeless(a) == Timeless(b); }
+
 std::filesystem::path NewDirectory() {
   std::random_device random;
   std::filesystem::path path;
@@ -26,6 +35,10 @@ std::filesystem::path NewDirectory() {
 }
 
 }  // namespace
+
+bool operator==(const Lines& a, const Lines& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), IsSameLine);
+}
 
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -88,6 +101,16 @@ void World::OpenIn(const std::string& cacheDirectory) {
   lanvoss = getLanvossPtr(&World::OnNotify, cacheDirectory);
 }
 
+Duration World::TimeOf(const std::function<void()>& operation) {
+  const std::int32_t begun = time->Clock();
+  operation();
+  return {time->Clock() - begun};
+}
+
+Duration World::Ask(const std::string& request, const std::string& expected) {
+  return TimeOf([&] { EXPECT_EQ(lanvoss->GetDeviceIp(request), expected); });
+}
+
 void World::Connect(const std::string& name) {
   if (lanvoss == nullptr) {
     Open();
@@ -142,7 +165,8 @@ Lines World::Heard() {
 
 bool World::Logged(const std::string& line) {
   const std::lock_guard lock(mutex_);
-  return std::find(log_.begin(), log_.end(), line) != log_.end();
+  return std::any_of(log_.begin(), log_.end(),
+                     [&](const std::string& logged) { return IsSameLine(logged, line); });
 }
 
 bool World::LoggedStart(const std::string& start) {

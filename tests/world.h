@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <mutex>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,24 @@ using simulated::Habits;
 using simulated::LinkEnd;
 using simulated::Outcome;
 using simulated::PeerHandle;
-using Lines = std::vector<std::string>;
+
+// Lines of the log. Durations in them count only on a stage where they can be foretold.
+class Lines : public std::vector<std::string> {
+ public:
+  using std::vector<std::string>::vector;
+  friend bool operator==(const Lines& a, const Lines& b);
+};
+
+// How long something took. The same holds for it.
+struct Duration {
+  std::int32_t ms = 0;
+  friend bool operator==(Duration a, std::int32_t ms) { return !kIsTimeExact || a.ms == ms; }
+  friend bool operator<=(Duration a, std::int32_t ms) { return !kIsTimeExact || a.ms <= ms; }
+  friend bool operator>=(Duration a, std::int32_t ms) { return !kIsTimeExact || a.ms >= ms; }
+  friend std::ostream& operator<<(std::ostream& out, Duration duration) {
+    return out << duration.ms << " ms";
+  }
+};
 
 // What a request returns for a device at the default addresses.
 inline const std::string kAddress = "192.168.49.1,192.168.49.20";
@@ -78,6 +96,10 @@ class World : public testing::Test {
   std::unique_ptr<simulated::Thread> Host(std::function<void()> body) {
     return time->Start("host", std::move(body));
   }
+  Duration TimeOf(const std::function<void()>& operation);
+  Duration SinceTheBeginning() { return {time->Clock() - begun_}; }  // of the test
+  // Asks for an address, expects it, and tells how long that took.
+  Duration Ask(const std::string& request, const std::string& expected);
   // Opens, asks for the device and expects its default addresses.
   void Connect(const std::string& name);
 
@@ -105,6 +127,7 @@ class World : public testing::Test {
   static void OnNotify(std::string kind, std::string message);
 
   CapturedOutput output_{directory.path / "output"};
+  const std::int32_t begun_ = time->Clock();
   std::size_t printedBefore_ = 0;
   std::mutex mutex_;  // guards everything below
   Listener listener_;

@@ -42,9 +42,11 @@ void AddCommonOptions(CLI::App& command, CommandLine& line) {
       .add_option("--dir", line.directory,
                   "Where the device cache lives (default: the current directory)")
       ->type_name("DIR");
+  command.add_flag("--simulated", line.simulated,
+                   "Stand on a built-in simulated radio, the only one on Linux for now");
   command
       .add_option("--scenario", line.scenarioFile,
-                  "JSON file with the simulated neighbourhood (default: a built-in one)")
+                  "Stand on the simulated neighbourhood of this JSON file")
       ->type_name("FILE");
 }
 
@@ -112,7 +114,8 @@ std::string FaultOf(const CommandLine& line) {
 }  // namespace
 
 std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
-  CLI::App app("Reaches a named device over Wi-Fi Direct, here on a simulated radio.", "lanvoss");
+  CLI::App app("Reaches a named device over Wi-Fi Direct.", "lanvoss");
+  app.allow_windows_style_options(false);  // a name may begin with a slash
   app.require_subcommand(1);
   app.set_version_flag("--version", "lanvoss " LANVOSS_VERSION);
   app.footer(kFooter);

@@ -21,7 +21,8 @@ struct CommandLine {
   bool keep = false;                        // of kWatch
   std::vector<Operation> operations;        // of kRun; none: they stand on standard input
   std::string directory;                    // empty: the current one
-  std::optional<std::string> scenarioFile;  // none: the built-in neighbourhood
+  bool simulated = false;                   // the built-in neighbourhood, not the radio
+  std::optional<std::string> scenarioFile;  // a neighbourhood instead of both
 };
 
 // Fills `line`. A number: the program is to end with this exit code, and what there is to say (the

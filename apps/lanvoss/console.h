@@ -1,4 +1,4 @@
-// The program's standard streams.
+// What the program says by itself.
 #pragma once
 
 #include <string>
@@ -6,10 +6,6 @@
 #include "outcome.h"
 
 namespace lanvoss::program {
-
-// To be called first of all. Makes the library's log appear line by line, also through a pipe, and
-// lets the program go on when nobody reads it.
-void PrepareStreams();
 
 // Writes one line to standard error.
 void Complain(const std::string& text);

@@ -1,8 +1,8 @@
 #include "farewell.h"
 
 #include <chrono>
+#include <cstdlib>
 #include <stop_token>
-#include <unistd.h>
 #include <utility>
 
 #include "console.h"
@@ -19,7 +19,7 @@ constexpr std::chrono::seconds kFarewellLimit(20);
 Farewell::Farewell(Outcome outcome)
     : limit_([outcome = std::move(outcome)](std::stop_token taken) {
         if (Pause(kFarewellLimit, std::move(taken))) {
-          _exit(Report(outcome));
+          std::_Exit(Report(outcome));
         }
       }) {}
 

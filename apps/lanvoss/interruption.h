@@ -1,4 +1,5 @@
-// Ctrl-C and SIGTERM: the first one makes the running operation end, the second one the process.
+// An interrupt of the program: the first one makes the running operation end, the second one the
+// process.
 #pragma once
 
 #include <memory>
@@ -10,13 +11,11 @@
 
 namespace lanvoss::program {
 
-// A thread of its own takes the signals, so nothing but the second one runs in a signal handler.
+// A thread of its own takes the interrupts, so that it may call the library.
 class Interruption {
  public:
-  // Keeps the signals away from this thread and from all that it starts later; so it is made before
-  // any other thread.
+  // To be made before any other thread is started.
   Interruption();
-  ~Interruption() { Close(); }
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
@@ -27,17 +26,17 @@ class Interruption {
   bool Happened() const { return arrived_.stop_requested(); }
   std::stop_token Token() const { return arrived_.get_token(); }
 
-  // Waits for the thread to end. From then on signals are kept, but nobody takes them.
+  // Waits for the thread to end. From then on a first interrupt is kept, but nobody takes it.
   void Close();
 
  private:
-  void Listen();
+  void Listen(const std::stop_token& over);
   void GiveUp();
 
   std::stop_source arrived_;
   std::mutex mutex_;
   std::weak_ptr<LanvossInterface> object_;  // guarded by mutex_
-  std::thread listener_;
+  std::jthread listener_;
 };
 
 }  // namespace lanvoss::program

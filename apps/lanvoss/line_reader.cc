@@ -1,22 +1,8 @@
 #include "line_reader.h"
 
-#include <array>
-#include <poll.h>
-#include <unistd.h>
+#include "input.h"
 
 namespace lanvoss::program {
-namespace {
-
-// How late an interruption of a wait for input may be noticed.
-constexpr int kNoticeMs = 100;
-constexpr std::size_t kReadLength = 4096;
-
-bool InputIsThere() {
-  pollfd input{.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
-  return ::poll(&input, 1, kNoticeMs) > 0;
-}
-
-}  // namespace
 
 std::optional<std::string> LineReader::Next(const std::stop_token& interrupted) {
   while (unread_.find('\n') == std::string::npos && ReadMore(interrupted)) {
@@ -32,15 +18,11 @@ std::optional<std::string> LineReader::Next(const std::stop_token& interrupted) 
 
 // Waits for input. False: there is none any more, or `interrupted` is requested.
 bool LineReader::ReadMore(const std::stop_token& interrupted) {
-  while (!interrupted.stop_requested()) {
-    if (InputIsThere()) {
-      std::array<char, kReadLength> buffer{};
-      const ssize_t length = ::read(STDIN_FILENO, buffer.data(), buffer.size());
-      unread_.append(buffer.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
-      return length > 0;
-    }
+  Input input = Input::kNoneYet;
+  while (input == Input::kNoneYet && !interrupted.stop_requested()) {
+    input = ReadInput(unread_);
   }
-  return false;
+  return input == Input::kMore;
 }
 
 }  // namespace lanvoss::program

@@ -1,13 +1,12 @@
 #include "link_check.h"
 
-#include <filesystem>
 #include <mutex>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "console.h"
-#include "pairing.h"
+#include "platform/platform.h"
+#include "raw_sockets.h"
 
 namespace lanvoss::program {
 namespace {
@@ -21,16 +20,14 @@ constexpr std::string_view kGivenUp = "(watch) Ping Failed,Re Pair Failed!";
 // The library writes these lines on the thread that checks.
 thread_local LinkCheck heard;
 
+// Asked of a platform of its own, since the object keeps what it stands on to itself.
+bool CanSendEchoes() { return platform::CreatePlatform().system->OpenIcmpSocket() != nullptr; }
+
 void ComplainWithoutRight() {
-  if (CanSendEchoes()) {
-    return;
+  if (!CanSendEchoes()) {
+    Complain("no right to open raw sockets, so no device seems to answer; " +
+             HowToAllowRawSockets());
   }
-  std::error_code unknown;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  Complain(
-      "no right to open raw sockets, so no device seems to answer; give it with: "
-      "sudo setcap cap_net_raw+ep " +
-      program.string());
 }
 
 }  // namespace

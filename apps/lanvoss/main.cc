@@ -11,10 +11,11 @@
 #include "ip_command.h"
 #include "link_check.h"
 #include "outcome.h"
-#include "pairing.h"
 #include "ping_command.h"
 #include "run_command.h"
 #include "scenario.h"
+#include "simulation.h"
+#include "streams.h"
 #include "watch_command.h"
 
 namespace lanvoss::program {
@@ -84,7 +85,9 @@ int Main(int argc, char** argv) {
   }
   try {
     if (line.scenarioFile) {
-      UseScenario(LoadScenario(*line.scenarioFile));
+      Simulate(LoadScenario(*line.scenarioFile));
+    } else if (line.simulated) {
+      Simulate(BuiltInScenario());
     }
     return Report(Run(line));
   } catch (const ScenarioError& error) {

@@ -1,15 +1,20 @@
 #include "pause.h"
 
-#include <condition_variable>
-#include <mutex>
+#include <algorithm>
+#include <thread>
+
+#include "notice.h"
 
 namespace lanvoss::program {
 
 bool Pause(std::chrono::milliseconds time, std::stop_token ended) {
-  std::mutex mutex;
-  std::condition_variable_any over;
-  std::unique_lock lock(mutex);
-  over.wait_for(lock, ended, time, [] { return false; });
+  using std::chrono::steady_clock;
+  const auto end = steady_clock::now() + time;
+  for (auto now = steady_clock::now(); now < end && !ended.stop_requested();
+       now = steady_clock::now()) {
+    const steady_clock::duration notice = std::chrono::milliseconds(kNoticeMs);
+    std::this_thread::sleep_for(std::min(end - now, notice));
+  }
   return !ended.stop_requested();
 }
 

@@ -1,6 +1,7 @@
 #include "watch_command.h"
 
 #include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
@@ -8,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "notice.h"
 #include "request.h"
 
 namespace lanvoss::program {
@@ -48,9 +50,11 @@ class Sightings {
     }
   }
 
-  void WaitForEnd(std::stop_token interrupted) {
+  void WaitForEnd(const std::stop_token& interrupted) {
     std::unique_lock lock(mutex_);
-    change_.wait(lock, std::move(interrupted), [this] { return ended_; });
+    while (!ended_ && !interrupted.stop_requested()) {
+      change_.wait_for(lock, std::chrono::milliseconds(kNoticeMs));
+    }
   }
 
   // In the order of their first report, each on a line of its own.
@@ -70,7 +74,7 @@ class Sightings {
 
  private:
   std::mutex mutex_;  // guards everything below
-  std::condition_variable_any change_;
+  std::condition_variable change_;
   std::vector<std::string> names_;
   bool found_ = false;
   bool ended_ = false;
@@ -95,7 +99,7 @@ Outcome RunWatch(LanvossInterface& object, const CommandLine& line, std::stop_to
     return {kExitPlatform, {}, "the platform did not start its device watcher"};
   }
   Sightings& sightings = TheSightings();
-  sightings.WaitForEnd(std::move(interrupted));
+  sightings.WaitForEnd(interrupted);
   if (!line.name) {
     return {kExitOk, sightings.Names()};
   }

@@ -18,10 +18,15 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
-// A path that is the file name alone comes from a current directory too long to be told. It must
-// not become a file in the root directory.
+// Whether the path means the file that it says. The file name alone comes from a current directory
+// too long to be told, and would become a file in the root directory; a zero byte would cut it
+// short.
+bool IsPlace(const std::string& path) {
+  return path != kCacheFileName && path.find('\0') == std::string::npos;
+}
+
 File OpenCacheFile(const std::string& path, const char* mode) {
-  return File(path == kCacheFileName ? nullptr : std::fopen(path.c_str(), mode));
+  return File(IsPlace(path) ? std::fopen(path.c_str(), mode) : nullptr);
 }
 
 // 0 for a size that 32 bits cannot hold, or that cannot be told.

@@ -1,0 +1,46 @@
+#include "interrupts.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <windows.h>
+
+#include "notice.h"
+#include "outcome.h"
+
+namespace lanvoss::program {
+namespace {
+
+const HANDLE interrupted = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+std::atomic<bool> nextLeaves = false;
+
+// The system ends the process when the handler of any other kind returns.
+bool IsFromKeyboard(DWORD kind) { return kind == CTRL_C_EVENT || kind == CTRL_BREAK_EVENT; }
+
+// Runs on a thread that the system makes for it.
+BOOL WINAPI OnInterrupt(DWORD kind) {
+  if (nextLeaves) {
+    std::_Exit(kExitInterrupted);
+  }
+  SetEvent(interrupted);
+  if (!IsFromKeyboard(kind)) {
+    Sleep(INFINITE);  // until the program has ended, or the system's patience with it
+  }
+  return TRUE;
+}
+
+}  // namespace
+
+void HoldInterrupts() { SetConsoleCtrlHandler(OnInterrupt, TRUE); }
+
+bool TakeInterrupt(const std::stop_token& over) {
+  while (!over.stop_requested()) {
+    if (WaitForSingleObject(interrupted, kNoticeMs) == WAIT_OBJECT_0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void LetNextInterruptLeave() { nextLeaves = true; }
+
+}  // namespace lanvoss::program

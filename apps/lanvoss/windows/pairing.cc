@@ -1,0 +1,17 @@
+// What the program stands on: the machine's own radio, unless a simulated one is wanted.
+#include "backends/windows/windows_radio.h"
+#include "backends/windows/windows_system.h"
+#include "platform/platform.h"
+#include "simulation.h"
+
+namespace lanvoss::platform {
+
+Platform CreatePlatform() {
+  const auto system = windows::CreateSystem();
+  if (program::IsSimulationWanted()) {
+    return program::SimulatedPlatform(system);
+  }
+  return {system, windows::CreateRadio(system)};
+}
+
+}  // namespace lanvoss::platform

@@ -1,0 +1,149 @@
+#include "session.h"
+
+#include <cstdlib>
+
+#include "backends/simulated/demo.h"
+#include "backends/simulated/neighbourhood.h"
+#include "backends/windows/windows_system.h"
+#include "scenario.h"
+
+namespace lanvoss::stand_in {
+namespace {
+
+constexpr const char* kScenarioVariable = "LANVOSS_STAND_IN_SCENARIO";
+
+program::Scenario OwnScenario() {
+  if (const char* file = std::getenv(kScenarioVariable); file != nullptr) {
+    return program::LoadScenario(file);
+  }
+  return {.habits = simulated::DemoHabits(), .peers = simulated::DemoPeers()};
+}
+
+std::unique_ptr<Session> OwnNeighbourhood() {
+  const program::Scenario scenario = OwnScenario();
+  auto threads = simulated::RealThreads();
+  simulated::Neighbourhood air(windows::CreateSystem(), threads, scenario.habits, scenario.seed);
+  for (const simulated::Peer& peer : scenario.peers) {
+    air.Add(peer);
+  }
+  return std::make_unique<Session>(air.Radio(), std::move(threads));
+}
+
+// Outlives the process's destructors, which may still release objects.
+struct Stage {
+  std::mutex mutex;  // guards everything below
+  std::vector<std::unique_ptr<Session>> sessions;
+  Session* current = nullptr;
+};
+
+Stage& TheStage() {
+  static Stage& stage = *new Stage;
+  return stage;
+}
+
+// The stage must be locked.
+Session& Enter(Stage& stage, std::unique_ptr<Session> session) {
+  stage.current = session.get();
+  stage.sessions.push_back(std::move(session));
+  return *stage.current;
+}
+
+}  // namespace
+
+Session::Session(std::shared_ptr<platform::WiFiDirect> radio,
+                 std::shared_ptr<simulated::Threads> threads)
+    : radio_(std::move(radio)), threads_(std::move(threads)) {}
+
+std::shared_ptr<platform::WiFiDirect> Session::Radio() {
+  const std::lock_guard lock(mutex_);
+  return radio_;
+}
+
+void Session::Keep(std::unique_ptr<Shell> shell) {
+  const std::lock_guard lock(mutex_);
+  shells_.push_back(std::move(shell));
+}
+
+void Session::StartThread(std::string name, std::function<void()> body) {
+  std::shared_ptr<simulated::Threads> threads;
+  {
+    const std::lock_guard lock(mutex_);
+    threads = threads_;
+  }
+  auto thread = threads->Start(std::move(name), std::move(body));
+  const std::lock_guard lock(mutex_);
+  running_.push_back(std::move(thread));
+}
+
+void Session::AddFault(std::string fault) {
+  const std::lock_guard lock(mutex_);
+  faults_.push_back(std::move(fault));
+}
+
+void Session::JoinThreads() {
+  std::vector<std::unique_ptr<simulated::Thread>> running;
+  const std::lock_guard lock(mutex_);
+  running.swap(running_);
+}
+
+std::vector<Shell*> Session::Alive() {
+  const std::lock_guard lock(mutex_);
+  std::vector<Shell*> alive;
+  for (const auto& shell : shells_) {
+    if (shell->References() > 0) {
+      alive.push_back(shell.get());
+    }
+  }
+  return alive;
+}
+
+Ledger Session::Finish() {
+  JoinThreads();
+  for (Shell* leaked : Alive()) {
+    leaked->Abandon();
+  }
+  std::shared_ptr<platform::WiFiDirect> radio;
+  std::shared_ptr<simulated::Threads> threads;
+  {
+    const std::lock_guard lock(mutex_);
+    radio.swap(radio_);
+    threads.swap(threads_);
+  }
+  // Handlers that the radio held are released here, and may still add to the faults.
+  radio.reset();
+
+  const std::lock_guard lock(mutex_);
+  std::erase_if(shells_, [](const auto& shell) { return shell->References() == 0; });
+  return {created, destroyed, addRefs, releases, std::move(faults_)};
+}
+
+void BeginSession(std::shared_ptr<platform::WiFiDirect> radio,
+                  std::shared_ptr<simulated::Threads> threads) {
+  Stage& stage = TheStage();
+  const std::lock_guard lock(stage.mutex);
+  Enter(stage, std::make_unique<Session>(std::move(radio), std::move(threads)));
+}
+
+Session& CurrentSession() {
+  Stage& stage = TheStage();
+  const std::lock_guard lock(stage.mutex);
+  if (stage.current != nullptr) {
+    return *stage.current;
+  }
+  if (!stage.sessions.empty()) {
+    throw platform::Error(platform::kErrorIllegalMethodCall, u"The stand-in has no radio any more");
+  }
+  return Enter(stage, OwnNeighbourhood());
+}
+
+Ledger EndSession() {
+  Session* ended = nullptr;
+  {
+    Stage& stage = TheStage();
+    const std::lock_guard lock(stage.mutex);
+    ended = std::exchange(stage.current, nullptr);
+  }
+  return ended == nullptr ? Ledger() : ended->Finish();
+}
+
+}  // namespace lanvoss::stand_in

@@ -1,0 +1,48 @@
+// Stands in for the classes of the Windows Runtime that the library activates: strict COM objects
+// over any radio. The library's calls go through COM into these, and from these into the radio.
+//
+//   stand_in::Use(air.Radio(), time);
+//   ... let the library work on windows::CreateRadio(system), then let its last events pass ...
+//   const stand_in::Ledger ledger = stand_in::Finish();
+//   EXPECT_EQ(ledger.created, ledger.destroyed);
+//   EXPECT_THAT(ledger.faults, IsEmpty());
+//
+// A process that never calls Use gets a neighbourhood of its own in real time: from the scenario
+// file that the environment variable LANVOSS_STAND_IN_SCENARIO names, or else the demo's.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "backends/simulated/threads.h"
+#include "platform/wifi_direct.h"
+
+#ifdef LANVOSS_STAND_IN_BUILD
+#define LANVOSS_STAND_IN_API __declspec(dllexport)
+#else
+#define LANVOSS_STAND_IN_API __declspec(dllimport)
+#endif
+
+namespace lanvoss::stand_in {
+
+// What was seen since Use.
+struct Ledger {
+  unsigned created = 0;
+  unsigned destroyed = 0;
+  // The reference with which an object is created counts too: nothing leaked when both are equal.
+  unsigned long long addRefs = 0;
+  unsigned long long releases = 0;
+  std::vector<std::string> faults = {};  // in UTF-8
+};
+
+// From now on the classes stand on this radio. The threads of asynchronous operations come from
+// `threads`.
+LANVOSS_STAND_IN_API void Use(std::shared_ptr<platform::WiFiDirect> radio,
+                              std::shared_ptr<simulated::Threads> threads);
+
+// Waits for the asynchronous operations to end, drops the radio, and tells what was seen. The
+// library must have let go of everything: what is still referenced counts as leaked.
+LANVOSS_STAND_IN_API Ledger Finish();
+
+}  // namespace lanvoss::stand_in

@@ -1,0 +1,12 @@
+// What the stand-in radio has seen of the library.
+#pragma once
+
+#include "stand_in/stand_in.h"
+
+namespace lanvoss::test {
+
+// Expects that no reference was leaked or released twice, and that no rule was broken. The sums
+// over all tests are printed when the program ends.
+void ExpectClean(const stand_in::Ledger& ledger);
+
+}  // namespace lanvoss::test
