@@ -2,12 +2,16 @@
 # The host program as its user meets it: the result last on standard output, one line on standard
 # error for a failure, and the exit codes.
 #
-# The arguments are the program, behind what it takes to start it: wine64 lanvoss.exe
+# The arguments are the program, behind what it takes to start it: scripts/wine lanvoss.exe. With
+# ON_RADIO=yes it stands on the machine's radio, which is the stand-in, and on the real network.
 set -uo pipefail
 program=("$@")
+on_radio=${ON_RADIO:-no}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-quick='"appear_ms": 20, "pair_ms": 20, "open_ms": 20'
+remote=192.168.49.20
+[ "$on_radio" = no ] || remote=127.0.0.1
+quick="\"appear_ms\": 20, \"pair_ms\": 20, \"open_ms\": 20, \"remote_address\": \"$remote\""
 cat >"$work/quick.json" <<JSON
 {"habits": {"enumeration_ms": 300},
  "peers": [{"name": "Cam", $quick},
@@ -48,9 +52,14 @@ expect_results() { # RESULT-LINES of the latest run
     failures=$((failures + 1))
   fi
 }
-common=(--dir "$work" --scenario "$work/quick.json")
+common=(--dir "$work")
+if [ "$on_radio" = yes ]; then
+  export LANVOSS_STAND_IN_SCENARIO=$work/quick.json
+else
+  common+=(--scenario "$work/quick.json")
+fi
 
-expect 0 '192.168.49.1,192.168.49.20' 0 "${program[@]}" ip Cam "${common[@]}"
+expect 0 "192.168.49.1,$remote" 0 "${program[@]}" ip Cam "${common[@]}"
 expect 0 Cam 0 "${program[@]}" watch Cam "${common[@]}"
 expect 0 Hangs 0 "${program[@]}" watch "${common[@]}"
 expect 1 '*' 1 "${program[@]}" ip Cam --direct "${common[@]}" # known, but not paired any more
@@ -63,7 +72,7 @@ expect 130 '*' 1 interrupted "${program[@]}" watch Nobody "${common[@]}"
 
 sequence=('ip Cam' ping disconnect 'watch  Cam' 'sleep 200' abort stop ping)
 expect 0 '*' 0 "${program[@]}" run "${sequence[@]}" "${common[@]}"
-expect_results '> ip Cam -> 192.168.49.1,192.168.49.20' '> ping -> replies: 4' '> disconnect -> 1' \
+expect_results "> ip Cam -> 192.168.49.1,$remote" '> ping -> replies: 4' '> disconnect -> 1' \
   '> watch  Cam -> 0' '> sleep 200 -> done' '> abort -> 0' '> stop -> 0' '> ping -> no link to probe'
 expect 1 '*' 1 "${program[@]}" run 'ip --direct Cam' ping "${common[@]}"
 expect_results '> ip --direct Cam -> no link' '> ping -> no link to probe'
@@ -79,11 +88,11 @@ expect 0 '' 0 prompt 2 "${program[@]}" run 'sleep 4000' "${common[@]}"
 raw=(--dir "$work" --scenario "$work/raw.json")
 unprivileged=() # takes the right to open raw sockets from a command that would have it
 [ "$(id -u)" -ne 0 ] || unprivileged=(setpriv --bounding-set -net_raw --inh-caps -net_raw)
-expect 0 '192.168.49.1,192.168.49.20' 0 "${program[@]}" ping Cam "${common[@]}"
+expect 0 "192.168.49.1,$remote" 0 "${program[@]}" ping Cam "${common[@]}"
 if [[ ${program[-1]} == *.exe ]]; then
   echo "skipped: missing the right to open raw sockets, which cannot be taken from it here"
 else
-  expect 0 '192.168.49.1,192.168.49.20' 1 "${unprivileged[@]}" "${program[@]}" ping Cam "${raw[@]}"
+  expect 0 "192.168.49.1,$remote" 1 "${unprivileged[@]}" "${program[@]}" ping Cam "${raw[@]}"
   expect 4 '*' 2 "${unprivileged[@]}" "${program[@]}" ping Once "${raw[@]}"
 fi
 exit $((failures > 0))

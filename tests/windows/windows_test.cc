@@ -81,7 +81,6 @@ TEST_F(Windows, ThePlatformsMessagesReachTheLog) {
   AddCam();
   air.faults().FailNth(Call::kPairAsync, 1, {.hresult = 0x8007001F, .message = u"Ger\u00e4t weg"});
   Open();
-  lanvoss->StartWatch("");
   const auto host = Host([&] { lanvoss->GetDeviceIp("Cam"); });
   Pass(500);
   lanvoss->AbortConnect("");
@@ -89,25 +88,26 @@ TEST_F(Windows, ThePlatformsMessagesReachTheLog) {
   EXPECT_TRUE(Logged("(watch) ConnDevice Err:" + time->WideToAnsi(u"Ger\u00e4t weg")));
 }
 
-// The echo requests leave through Winsock, so the devices' addresses are real ones.
+// The echo requests leave through Winsock, so the devices' addresses are real ones: this machine's
+// own, and one of a range that nobody may use.
 TEST_F(Windows, TheProbeGoesThroughWinsock) {
   if (time->OpenIcmpSocket() == nullptr) {
     GTEST_SKIP() << "no right to open raw sockets";
   }
   air.Add({.name = u"Here", .remoteAddress = u"127.0.0.1", .appearMs = 20, .openMs = 20});
-  air.Add({.name = u"Nowhere", .remoteAddress = u"192.0.2.1", .appearMs = 20, .openMs = 20});
+  air.Add({.name = u"Nowhere", .remoteAddress = u"240.0.0.1", .appearMs = 20, .openMs = 20});
   Open();
   EXPECT_EQ(lanvoss->GetDeviceIp("Here"), "192.168.49.1,127.0.0.1");
   EXPECT_EQ(lanvoss->PingCheck(), "");
   EXPECT_TRUE(LoggedStart("(watch) ping done ret:4 "));
 
   lanvoss->DisConnect("");
-  EXPECT_EQ(lanvoss->GetDeviceIp("Nowhere"), "192.168.49.1,192.0.2.1");
+  EXPECT_EQ(lanvoss->GetDeviceIp("Nowhere"), "192.168.49.1,240.0.0.1");
   lanvoss->PingCheck();
   EXPECT_TRUE(LoggedStart("(watch) ping done ret:0 "));
   EXPECT_TRUE(Logged("(watch) Ping Failed,Unpair,Re Pair... Nowhere"));
   EXPECT_TRUE(Logged("(watch) UnpairAsync ..."));
-  EXPECT_EQ(lanvoss->GetDeviceIp("Nowhere"), "192.168.49.1,192.0.2.1") << "the host's second call";
+  EXPECT_EQ(lanvoss->GetDeviceIp("Nowhere"), "192.168.49.1,240.0.0.1") << "the host's second call";
 }
 
 }  // namespace
