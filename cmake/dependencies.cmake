@@ -3,7 +3,9 @@
 if(NOT CMAKE_CROSSCOMPILING)
   find_package(CLI11 REQUIRED)
   find_package(nlohmann_json REQUIRED)
-  find_package(GTest REQUIRED)
+  if(BUILD_TESTING)
+    find_package(GTest REQUIRED)
+  endif()
   return()
 endif()
 
