@@ -98,6 +98,17 @@ TEST_F(Connection, AskingForAnotherDeviceWhereClosingIsNotReported) {
   EXPECT_EQ(lanvoss->GetDeviceIp("Other"), "192.168.49.1,10.0.0.2");
 }
 
+TEST_F(Connection, ADeviceThatCannotBeClosedIsFollowedOnce) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Connect("Cam");
+  lanvoss->AbortConnect("");
+  air.SetHabits({.onClose = LinkEnd::kStaysUp});
+  air.faults().OnCall(Call::kDeviceClose, [&] { lanvoss->AbortConnect(""); });
+  EXPECT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress) << "still up, and no other was opened";
+  EXPECT_EQ(cam.OpenRequests(), 1U);
+  EXPECT_EQ(air.MostStatusSubscriptions(), 1U);
+}
+
 TEST_F(Connection, TwoConnectionsAtOnceLeaveOneDeviceHeld) {
   const PeerHandle cam = air.Add({.name = u"Cam", .paired = true, .appearMs = 50, .openMs = 400});
   air.SetHabits({.enumerationMs = 200, .handlersOverlap = true});

@@ -227,6 +227,15 @@ TEST_F(Discovery, AStopThatFailsInNoWayOfThePlatformsEndsTheStopping) {
                           "(watch) Stop Watcher Err"}));
 }
 
+TEST_F(Discovery, AHandlerThatThePlatformRefusesEndsThere) {
+  Open();
+  lanvoss->StartWatch("");
+  air.faults().FailNth(Call::kWatcherStop);
+  Pass(5000);
+  EXPECT_EQ(Log().back(), "(watch) DeviceWatcher enumeration completed");
+  expectedEscapes = 1;
+}
+
 TEST_F(Discovery, StopWatchOfANamedWatchMeetsTheNextPass) {
   Open();
   lanvoss->StartWatch("Nobody");

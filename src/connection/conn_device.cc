@@ -23,7 +23,7 @@ void CDeviceWatcherWinRT::ConnDevice(std::string name, std::string id) {
       WriteLog("(watch) FromIdAsync was canceled by user");
     }
     if (const auto device = HeldDevice(); device != nullptr) {
-      ReportLink(name, *device);
+      ReportLink(name, device);
     } else {
       WriteLog("(watch) wfdDevice is null, return");
     }
@@ -111,11 +111,10 @@ bool CDeviceWatcherWinRT::IsAttemptOver(std::int32_t now) {
 }
 
 // Learns the addresses of an open link and tells the host.
-void CDeviceWatcherWinRT::ReportLink(const std::string& name, platform::WiFiDirectDevice& device) {
-  device.ConnectionStatusChanged([this, shared = gate](auto& sender) {
-    LifetimeGate::Run(shared, [&] { OnConnectionStatusChanged(sender); });
-  });
-  const auto pair = device.GetConnectionEndpointPairs()->GetAt(0);
+void CDeviceWatcherWinRT::ReportLink(const std::string& name,
+                                     const std::shared_ptr<platform::WiFiDirectDevice>& device) {
+  FollowStatus(device);
+  const auto pair = device->GetConnectionEndpointPairs()->GetAt(0);
   const std::string local = AddressText(pair->LocalHostName());
   const std::string remote = AddressText(pair->RemoteHostName());
   {
@@ -125,6 +124,27 @@ void CDeviceWatcherWinRT::ReportLink(const std::string& name, platform::WiFiDire
   WriteLog(ConnectedText(name, Now()) + " IPAddress: loc:" + local + " remote:" + remote);
   if (!remote.empty()) {
     Notify("deviceip", remote);
+  }
+}
+
+// Subscribes to the device's status, but only once: a device that could not be closed is reported
+// again when no other could be opened.
+void CDeviceWatcherWinRT::FollowStatus(const std::shared_ptr<platform::WiFiDirectDevice>& device) {
+  {
+    const Lock lock(mutex);
+    if (wfdFollowed.lock() == device) {
+      return;
+    }
+    wfdFollowed = device;
+  }
+  try {
+    device->ConnectionStatusChanged([this, shared = gate](auto& sender) {
+      LifetimeGate::Run(shared, [&] { OnConnectionStatusChanged(sender); });
+    });
+  } catch (...) {
+    const Lock lock(mutex);
+    wfdFollowed.reset();
+    throw;
   }
 }
 

@@ -104,7 +104,9 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   void DropOldDevice();
   void OpenDevice(const std::string& name, const std::u16string& id);
   bool IsAttemptOver(std::int32_t now);
-  void ReportLink(const std::string& name, platform::WiFiDirectDevice& device);
+  void ReportLink(const std::string& name,
+                  const std::shared_ptr<platform::WiFiDirectDevice>& device);
+  void FollowStatus(const std::shared_ptr<platform::WiFiDirectDevice>& device);
   std::string ConnectedText(const std::string& name, std::int32_t now);
   void OnConnectionStatusChanged(platform::WiFiDirectDevice& sender);
   std::shared_ptr<platform::DeviceInformationPairing> PairingOf(const std::string& name) const;
@@ -178,6 +180,8 @@ class CDeviceWatcherWinRT : public LanvossInterface {
 
   const LogSink logSink;
   std::shared_ptr<platform::WiFiDirectDevice> wfdDevice LANVOSS_GUARDED_BY(mutex);
+  // Whose status the object has subscribed to last.
+  std::weak_ptr<platform::WiFiDirectDevice> wfdFollowed LANVOSS_GUARDED_BY(mutex);
   // The longest attempt since StartWatch or AbortConnect.
   std::int32_t nMaxConnectMs LANVOSS_GUARDED_BY(mutex) = 0;
   std::int32_t tDisConnected LANVOSS_GUARDED_BY(mutex) = 0;  // 0: no disconnect to keep a gap from

@@ -72,8 +72,13 @@ platform::WiFiDirectConnectionStatus SimulatedDevice::ConnectionStatus() {
 platform::EventToken SimulatedDevice::ConnectionStatusChanged(
     platform::PlainHandler<platform::WiFiDirectDevice> handler) {
   air->faults.Pass(Call::kConnectionStatusSubscribe);
-  const std::lock_guard lock(mutex_);
-  return statusChanged_.Subscribe(std::move(handler));
+  platform::EventToken token = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    token = statusChanged_.Subscribe(std::move(handler));
+  }
+  air->NoteStatusSubscriptions(static_cast<unsigned>(token));  // they are numbered from 1
+  return token;
 }
 
 std::shared_ptr<platform::EndpointPairView> SimulatedDevice::GetConnectionEndpointPairs() {
