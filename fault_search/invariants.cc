@@ -1,0 +1,164 @@
+#include "invariants.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <regex>
+#include <string_view>
+
+#include "registry/cache_file.h"
+#include "registry/split_text.h"
+#include "watcher/limits.h"
+
+namespace lanvoss::search {
+namespace {
+
+// The platform looks for a device that is not there for this long.
+constexpr std::int64_t kNobodyAnswersMs = 500;
+constexpr std::int64_t kOneOpenMs = kLongestLatencyMs + kNobodyAnswersMs;
+
+constexpr std::int64_t kStartMs = kStartLimitMs + kStartPauseMs;
+constexpr std::int64_t kStopMs = kStopTries * std::int64_t{kStopWaitMs + kStopPauseMs};
+constexpr std::int64_t kCloseMs = kCloseTries * std::int64_t{kCloseWaitMs};
+// Unpairing, pairing, closing the old link, opening.
+constexpr std::int64_t kConnectMs = kUnpairWaitMs + kLongestLatencyMs + kPairingFailedPauseMs +
+                                    kCloseMs + kOpenTries * (kOneOpenMs + kOpenPauseMs);
+constexpr std::int64_t kAttemptMs = kConnectMs + kStartMs + kDoneWaitMs + kStopMs;
+constexpr std::int64_t kProbeMs = kEchoTries * std::int64_t{kEchoTimeoutMs};
+
+std::string AddressesOf(const simulated::Peer& peer) {
+  const auto text = [](const std::optional<std::u16string>& address) {
+    return address ? platform::Utf16ToUtf8(*address) : std::string();
+  };
+  return text(peer.localAddress) + "," + text(peer.remoteAddress);
+}
+
+// The stamped lines of standard output, without their stamps. A bare line may end in a blank, which
+// then stands before the next stamp.
+Lines StampedLines(const std::string& printed) {
+  static const std::regex stamp(R"( ?\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\] (.*))");
+  Lines lines;
+  std::smatch match;
+  for (std::size_t at = 0; at < printed.size();) {
+    const std::size_t end = printed.find('\n', at);
+    const std::string line = printed.substr(at, end - at);
+    if (std::regex_match(line, match, stamp)) {
+      lines.push_back(match[1]);
+    }
+    at = end == std::string::npos ? printed.size() : end + 1;
+  }
+  return lines;
+}
+
+bool HasLine(const Lines& log, std::string_view part) {
+  return std::any_of(log.begin(), log.end(), [part](const std::string& line) {
+    return line.find(part) != std::string::npos;
+  });
+}
+
+}  // namespace
+
+std::int64_t LongestMs(const Step& step, const Story& story) {
+  const std::int64_t hanging = Hangs(story) ? kScriptsEndMs : 0;
+  switch (step.operation) {
+    case Operation::kStartWatch:
+      return kStartMs;
+    case Operation::kStopWatch:
+      return kStopMs;
+    case Operation::kGetDeviceIp:
+      return std::strtoll(step.argument.c_str(), nullptr, 10) + kAttemptMs + hanging;
+    case Operation::kDisConnect:
+      return kCloseMs;
+    case Operation::kPingCheck:
+      return kProbeMs + kAttemptMs + hanging;
+    case Operation::kAbortConnect:
+    case Operation::kUnpair:
+      return 0;
+  }
+  return 0;
+}
+
+std::string CheckDuration(const Step& step, std::int64_t tookMs, std::int64_t allowedMs) {
+  return tookMs <= allowedMs ? std::string()
+                             : Tell(step) + " took " + std::to_string(tookMs) + " ms instead of " +
+                                   std::to_string(allowedMs) + " at most";
+}
+
+std::string CheckAddress(const std::string& address, const Story& story) {
+  const bool isKnown = address.empty() ||
+                       std::any_of(story.peers.begin(), story.peers.end(),
+                                   [&](const auto& peer) { return AddressesOf(peer) == address; });
+  // A side whose host name the platform did not give is empty.
+  const bool hasGap = address.starts_with(",") || address.ends_with(",");
+  return isKnown || hasGap ? std::string() : "no device has the addresses " + address;
+}
+
+std::string CheckOutput(const std::string& printed, Lines infos, bool inOrder) {
+  Lines lines = StampedLines(printed);
+  if (!inOrder) {
+    std::sort(lines.begin(), lines.end());
+    std::sort(infos.begin(), infos.end());
+  }
+  const auto [line, info] = std::mismatch(lines.begin(), lines.end(), infos.begin(), infos.end());
+  if (line == lines.end() && info == infos.end()) {
+    return {};
+  }
+  return "printed \"" + (line == lines.end() ? std::string("nothing more") : *line) +
+         "\" but told \"" + (info == infos.end() ? std::string("nothing more") : *info) + "\"";
+}
+
+std::string CheckLine(const std::string& info) {
+  static const std::regex link(
+      R"(.*,time:(-?\d+)ms\((\d+)\),watch:(-?\d+)ms\((\d+)\),fromid:(-?\d+)ms\((\d+)\) IPAddress: .*)");
+  std::smatch match;
+  if (!std::regex_match(info, match, link)) {
+    return {};
+  }
+  const auto number = [&match](std::size_t group) { return std::stoll(match[group]); };
+  if (number(1) != number(3) + number(5)) {
+    return "the steps do not make up the whole: " + info;
+  }
+  return number(1) <= number(2) ? std::string() : "longer than the longest: " + info;
+}
+
+std::string CheckCache(const std::string& file, const std::map<std::string, std::string>& devices) {
+  std::map<std::string, std::string> held;
+  for (const std::string& text : SplitText(file, "\n")) {
+    const auto line = ParseCacheLine(text);
+    if (!line) {
+      return "a line of the cache does not parse: " + text;
+    }
+    held.emplace(line->id, line->record.name);
+  }
+  for (const auto& [id, name] : devices) {
+    // A separator in a name is not protected: the line holds what stands before it.
+    if (const auto found = held.find(id);
+        found == held.end() || found->second != name.substr(0, name.find('|'))) {
+      return "the cache does not hold " + name + " for " + id;
+    }
+  }
+  return held.size() == devices.size() ? std::string() : "the cache holds devices nobody reported";
+}
+
+std::string ReasonOfFailure(const Lines& log) {
+  if (HasLine(log, "abort DisConnect:1")) {
+    return "the end of a held link was reported and read as giving up";
+  }
+  if (HasLine(log, "abort DisConnect:0")) {
+    return "the attempt was too old to open";
+  }
+  if (HasLine(log, "ConnDevice Err:")) {
+    return "the connection ended in an error of the platform's";
+  }
+  if (HasLine(log, "bDisConnect = 1")) {
+    return "the find was made after a link had been reported down";
+  }
+  if (HasLine(log, "Start Watcher Err:")) {
+    return "the watcher had not come to rest";
+  }
+  if (HasLine(log, "Re FromIdAsync:5")) {
+    return "every open request gave none";
+  }
+  return {};
+}
+
+}  // namespace lanvoss::search

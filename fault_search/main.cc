@@ -1,0 +1,150 @@
+// Searches for stories in which the library breaks one of its rules.
+#include <CLI/CLI.hpp>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+
+#include "output.h"
+#include "player.h"
+#include "shrink.h"
+#include "story.h"
+
+namespace lanvoss::search {
+namespace {
+
+constexpr int kExitViolation = 1;
+// In real time. A story that takes longer hangs.
+constexpr unsigned kStoryLimitS = 60;
+
+struct Options {
+  std::uint64_t seeds = 0;
+  std::uint64_t seed = 1;
+  bool free = false;
+};
+
+struct Sums {
+  std::uint64_t stories = 0;
+  std::uint64_t calls = 0;
+  std::uint64_t faults = 0;
+  std::uint64_t operations = 0;
+  std::uint64_t linkUps = 0;
+  std::int64_t virtualMs = 0;
+  std::map<unsigned, unsigned> requests;
+  std::map<std::string, unsigned> reasons;
+};
+
+std::atomic<std::uint64_t> playing = 0;
+
+// A deadlock on virtual time, a crash, or no end in real time.
+extern "C" void TellSeed(int signal) {
+  char text[] = "the story of this seed does not end well: ....................\n";
+  std::uint64_t seed = playing;
+  for (std::size_t digit = sizeof text - 2; text[--digit] == '.'; seed /= 10) {
+    text[digit] = static_cast<char>('0' + seed % 10);
+  }
+  static_cast<void>(write(STDERR_FILENO, text, sizeof text - 1));
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+void Add(const Report& report, Sums& sums) {
+  ++sums.stories;
+  sums.calls += report.calls;
+  sums.faults += report.faults;
+  sums.operations += report.operations;
+  sums.linkUps += report.linkUps;
+  sums.virtualMs += report.virtualMs;
+  ++sums.requests[report.requests];
+  for (const auto& [reason, count] : report.reasons) {
+    sums.reasons[reason] += count;
+  }
+}
+
+void Say(const Lines& lines) {
+  for (const std::string& line : lines) {
+    search::Say("  " + line);
+  }
+}
+
+void SayStory(const Story& story, const Report& report) {
+  search::Say("the story:");
+  Say(Tell(story));
+  search::Say("what happened:");
+  Say(report.events);
+  search::Say(report.violations.empty() ? "no rule was broken" : "broken rules:");
+  Say(report.violations);
+}
+
+void SaySums(const Sums& sums, std::chrono::steady_clock::duration took) {
+  constexpr double kMsPerHour = 3'600'000.0;
+  const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(took).count();
+  const auto text = [](auto number) { return std::to_string(number); };
+  search::Say(text(sums.stories) + " stories in " + text(seconds) + " s, " +
+              text(static_cast<std::int64_t>(static_cast<double>(sums.virtualMs) / kMsPerHour)) +
+              " virtual hours, " + text(sums.operations) + " operations, " + text(sums.calls) +
+              " calls to the radio, " + text(sums.faults) + " of them failed or late, " +
+              text(sums.linkUps) + " links up");
+  for (const auto& [requests, stories] : sums.requests) {
+    search::Say("  a link after " + text(requests) + " requests: " + text(stories) + " stories");
+  }
+  for (const auto& [reason, count] : sums.reasons) {
+    search::Say("  no link at once, " + text(count) + " times: " + reason);
+  }
+}
+
+Report PlaySeed(const Story& story, bool free) {
+  playing = story.seed;
+  alarm(kStoryLimitS);
+  const Report report = Play(story, free);
+  alarm(0);
+  return report;
+}
+
+int Search(const Options& options) {
+  const auto begun = std::chrono::steady_clock::now();
+  Sums sums;
+  for (std::uint64_t seed = options.seed; seed < options.seed + options.seeds; ++seed) {
+    const Story story = Invent(seed);
+    const Report report = PlaySeed(story, options.free);
+    Add(report, sums);
+    if (!report.violations.empty()) {
+      SaySums(sums, std::chrono::steady_clock::now() - begun);
+      search::Say("seed " + std::to_string(seed) + " breaks a rule: " + report.violations.front());
+      const Story shortest = Shrink(story, options.free);
+      SayStory(shortest, PlaySeed(shortest, options.free));
+      return kExitViolation;
+    }
+  }
+  SaySums(sums, std::chrono::steady_clock::now() - begun);
+  return 0;
+}
+
+int PlayOne(const Options& options) {
+  const Story story = Invent(options.seed);
+  const Report report = PlaySeed(story, options.free);
+  SayStory(story, report);
+  return report.violations.empty() ? 0 : kExitViolation;
+}
+
+int Main(int argc, char** argv) {
+  CLI::App app("Searches for stories in which the library breaks one of its rules.");
+  Options options;
+  app.add_option("--seeds", options.seeds,
+                 "Play so many stories; without it one is played and told");
+  app.add_option("--seed", options.seed, "The first one");
+  app.add_flag("--free", options.free, "Let the threads run side by side");
+  CLI11_PARSE(app, argc, argv);
+  for (const int signal : {SIGABRT, SIGALRM, SIGSEGV}) {
+    std::signal(signal, TellSeed);
+  }
+  TheOutput();
+  return options.seeds > 0 ? Search(options) : PlayOne(options);
+}
+
+}  // namespace
+}  // namespace lanvoss::search
+
+int main(int argc, char** argv) { return lanvoss::search::Main(argc, argv); }

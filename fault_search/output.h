@@ -1,0 +1,34 @@
+// Standard output, caught in a file, so that what the library prints can be compared with what it
+// tells.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+namespace lanvoss::search {
+
+// One for the whole program.
+class Output {
+ public:
+  Output();
+  ~Output();
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  // What was printed since the last call.
+  std::string Take();
+  // A directory of the program's own, for cache files too.
+  const std::filesystem::path& Directory() const { return directory_; }
+
+ private:
+  const std::filesystem::path directory_;
+  const int original_;
+  const int file_;
+};
+
+Output& TheOutput();
+// The original standard output.
+void Say(const std::string& line);
+
+}  // namespace lanvoss::search

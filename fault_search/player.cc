@@ -1,0 +1,373 @@
+#include "player.h"
+
+#include <algorithm>
+#include <exception>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <stdexcept>
+#include <utility>
+
+#include "lanvoss/lanvoss.h"
+
+#include "backends/simulated/neighbourhood.h"
+#include "backends/simulated/virtual_time.h"
+#include "output.h"
+#include "witness.h"
+
+namespace lanvoss::search {
+namespace {
+
+constexpr char kWanted[] = "Cam";
+// Requests within which the host's loop has its link when nothing fails any more.
+constexpr unsigned kRequestsToLink = 4;
+// Events that are still on their way when the object is gone.
+constexpr std::uint32_t kSettleMs = 5'000;
+
+struct HostException : std::runtime_error {
+  HostException() : std::runtime_error("host") {}
+};
+
+// The object, and the end of its life.
+class Held {
+ public:
+  Held(Witness& witness, const std::string& directory, NotifyCallback notify) : witness_(witness) {
+    witness_.OnObjectBegins();
+    try {
+      lanvoss_ = getLanvossPtr(notify, directory);
+    } catch (...) {
+      witness_.OnObjectEnds();
+      throw;
+    }
+  }
+  ~Held() {
+    lanvoss_.reset();
+    witness_.OnObjectEnds();
+  }
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+  LanvossInterface& operator*() const { return *lanvoss_; }
+
+ private:
+  Witness& witness_;
+  std::shared_ptr<LanvossInterface> lanvoss_;
+};
+
+class Player;
+// The host's callback is a plain function, so the story it belongs to has to be found.
+Player* current = nullptr;
+platform::Platform currentPlatform;
+
+class Player {
+ public:
+  Player(const Story& story, bool free)
+      : story_(story),
+        free_(free),
+        time_(free ? simulated::VirtualTime::Free() : simulated::VirtualTime::Seeded(story.seed)),
+        air_(time_, time_, story.habits, story.seed),
+        witness_(story, *time_),
+        random_(story.seed) {
+    current = this;
+    currentPlatform = {air_.System(), air_.Radio()};
+    time_->SetLocalTime({2024, 3, 1, 9, 0, 0, 0});
+    std::ofstream(CachePath(), std::ios::binary) << story.cache;
+  }
+  ~Player() {
+    currentPlatform = {};
+    current = nullptr;
+  }
+  Player(const Player&) = delete;
+  Player& operator=(const Player&) = delete;
+
+  Report Play() {
+    Suffer();
+    Recover();
+    End();
+    report_.violations = witness_.Violations();
+    report_.events = witness_.Events();
+    report_.virtualMs = time_->Clock();
+    report_.linkUps = witness_.LinkUps();
+    for (int call = 0; call <= static_cast<int>(simulated::Call::kDeviceClose); ++call) {
+      report_.calls += air_.faults().Count(static_cast<simulated::Call>(call));
+    }
+    return report_;
+  }
+
+ private:
+  static std::filesystem::path CachePath() { return TheOutput().Directory() / "deviceinfo.bin"; }
+
+  // ---- Everything may fail
+
+  void Suffer() {
+    for (const simulated::Peer& peer : story_.peers) {
+      peers_.push_back(air_.Add(peer));
+    }
+    Plant();
+    Make();
+    air_.After(kScriptsEndMs, [this] { air_.ReleaseHangs(); });
+    std::vector<std::unique_ptr<simulated::Thread>> hosts;
+    for (const std::vector<Step>& steps : story_.hosts) {
+      hosts.push_back(time_->Start("host", [this, &steps] {
+        for (const Step& step : steps) {
+          time_->Sleep(step.pauseMs);
+          Do(step);
+        }
+      }));
+    }
+  }
+
+  void Plant() {
+    for (const PlannedFault& fault : story_.faults) {
+      air_.faults().OnCall(fault.call, [this, fault] { Fail(fault); });
+      if (fault.delayMs == 0 && fault.failure.kind == simulated::Failure::Kind::kNone) {
+        air_.faults().FailShare(fault.call, fault.share, fault.failure);
+      }
+    }
+  }
+
+  // In the call, before it takes effect.
+  void Fail(const PlannedFault& fault) {
+    using Kind = simulated::Failure::Kind;
+    if (!Falls(fault.share)) {
+      return;
+    }
+    if (fault.delayMs > 0) {
+      witness_.Excuse(fault.delayMs);
+      time_->Sleep(fault.delayMs);
+    } else if (fault.failure.kind == Kind::kError) {
+      throw platform::Error(fault.failure.hresult, fault.failure.message);
+    } else if (fault.failure.kind == Kind::kCancelled) {
+      throw platform::CancelledError();
+    } else if (fault.failure.kind == Kind::kOther) {
+      throw std::runtime_error("planted");
+    }
+  }
+
+  bool Falls(double share) {
+    const std::lock_guard lock(mutex_);
+    const bool falls = std::generate_canonical<double, 32>(random_) < share;
+    report_.faults += falls ? 1 : 0;
+    return falls;
+  }
+
+  // ---- Nothing fails any more: the host's loop has to bring the link up
+
+  void Recover() {
+    witness_.StopReacting();
+    if (const std::int32_t left = static_cast<std::int32_t>(kScriptsEndMs) - time_->Clock();
+        left > 0) {
+      time_->Sleep(static_cast<std::uint32_t>(left));
+    }
+    air_.faults().Clear();
+    air_.SetHabits({.handlersOverlap = story_.habits.handlersOverlap});
+    for (const simulated::PeerHandle& peer : peers_) {
+      peer.Disappear();
+    }
+    const simulated::PeerHandle& wanted = peers_.front();
+    wanted.Rename(u"Cam");
+    wanted.Appear();
+    wanted.Answer();
+    witness_.Note("nothing fails any more");
+    if (MayLackWatcher()) {
+      LetGo();
+    }
+    Make();
+    const std::string address = "192.168.49.1,192.168.49.20";
+    while (Ask() != address) {
+      if (report_.requests == kRequestsToLink) {
+        witness_.Violate("no link after " + std::to_string(kRequestsToLink) + " requests");
+        return;
+      }
+    }
+    witness_.Violate(Do({.operation = Operation::kGetDeviceIp, .argument = kWanted}) == address
+                         ? ""
+                         : "the link did not last");
+  }
+
+  std::string Ask() {
+    Do({.operation = Operation::kPingCheck});
+    const std::size_t before = witness_.InfoCount();
+    const std::string address = Do({.operation = Operation::kGetDeviceIp, .argument = kWanted});
+    ++report_.requests;
+    if (address.starts_with(",") || address.ends_with(",")) {
+      // Of use to nobody, and kept until the host closes it.
+      ++report_.reasons["a link without an address of both ends was up"];
+      Do({.operation = Operation::kDisConnect});
+    } else if (address.empty()) {
+      const std::string reason = ReasonOfFailure(witness_.InfosSince(before));
+      ++report_.reasons[reason.empty() ? "another reason, seed " + std::to_string(story_.seed)
+                                       : reason];
+    }
+    return address;
+  }
+
+  void End() {
+    LetGo();
+    time_->Sleep(kSettleMs);
+    currentPlatform = {};
+    if (air_.LiveObjects() != 0) {
+      witness_.Violate(std::to_string(air_.LiveObjects()) + " platform objects leaked");
+    }
+    if (const unsigned most = air_.MostStatusSubscriptions(); most > 1) {
+      witness_.Violate("a device object has " + std::to_string(most) + " status subscriptions");
+    }
+    if (!MayThrow() && air_.EscapedExceptions() > 0) {
+      witness_.Violate("an exception left a handler, although nothing raised one");
+    }
+    witness_.Violate(CheckOutput(TheOutput().Take(), witness_.Infos(), !free_));
+    if (story_.reactions.empty() && !MayThrow() && !free_) {
+      std::ifstream file(CachePath(), std::ios::binary);
+      witness_.Violate(CheckCache({std::istreambuf_iterator<char>(file), {}}, witness_.Devices()));
+    }
+  }
+
+  // ---- The object and its operations
+
+  // The factory may fail as long as calls may fail.
+  void Make() {
+    try {
+      if (Hold() == nullptr) {
+        auto made = std::make_shared<Held>(witness_, TheOutput().Directory(), &Player::OnNotify);
+        const std::lock_guard lock(mutex_);
+        object_ = std::move(made);
+      }
+    } catch (const std::exception& error) {
+      witness_.Note(std::string("the factory throws: ") + error.what());
+      witness_.Violate(MayThrow() ? "" : "the factory throws, although nothing failed");
+    }
+  }
+
+  void LetGo() {
+    std::shared_ptr<Held> released;
+    {
+      const std::lock_guard lock(mutex_);
+      released.swap(object_);
+    }
+    witness_.Note("the host lets go");
+    released.reset();
+    witness_.Note("gone");
+  }
+
+  std::shared_ptr<Held> Hold() {
+    const std::lock_guard lock(mutex_);
+    return object_;
+  }
+
+  // Does an operation, when there is an object. Returns the address that it gives, if any.
+  std::string Do(const Step& step) {
+    std::shared_ptr<Held> held = Hold();
+    if (held == nullptr) {
+      return {};
+    }
+    LanvossInterface& lanvoss = **held;
+    // One thread runs at a time, so nobody can come between here and the operation's first step.
+    if (story_.bare && !free_) {
+      held.reset();
+    }
+    const std::int32_t begun = time_->Clock();
+    const std::int64_t excused = witness_.ExcusedMs();
+    witness_.Note(Tell(step) + " ...");
+    std::string address;
+    try {
+      address = Call(lanvoss, step);
+    } catch (const std::exception& error) {
+      witness_.Note(Tell(step) + " throws: " + error.what());
+      witness_.Violate(MayThrow() ? "" : Tell(step) + " throws, although nothing failed");
+    }
+    witness_.Note(Tell(step) + " -> " + address);
+    witness_.Violate(CheckAddress(address, story_));
+    witness_.Violate(CheckDuration(step, time_->Clock() - begun,
+                                   LongestMs(step, story_) + witness_.ExcusedMs() - excused));
+    const std::lock_guard lock(mutex_);
+    ++report_.operations;
+    return address;
+  }
+
+  static std::string Call(LanvossInterface& lanvoss, const Step& step) {
+    switch (step.operation) {
+      case Operation::kStartWatch:
+        lanvoss.StartWatch(step.argument);
+        return {};
+      case Operation::kStopWatch:
+        lanvoss.StopWatch();
+        return {};
+      case Operation::kGetDeviceIp:
+        return lanvoss.GetDeviceIp(step.argument);
+      case Operation::kAbortConnect:
+        lanvoss.AbortConnect("");
+        return {};
+      case Operation::kDisConnect:
+        lanvoss.DisConnect("");
+        return {};
+      case Operation::kUnpair:
+        lanvoss.Unpair(step.argument);
+        return {};
+      case Operation::kPingCheck:
+        return lanvoss.PingCheck();
+    }
+    return {};
+  }
+
+  // An object that got no watcher when it was made never has one.
+  bool MayLackWatcher() const {
+    return std::any_of(story_.faults.begin(), story_.faults.end(), [](const PlannedFault& fault) {
+      return fault.call == simulated::Call::kCreateWatcher;
+    });
+  }
+
+  // Whether something in the story raises exceptions.
+  bool MayThrow() const {
+    const bool refuses = story_.habits.stopElsewhere == simulated::StopElsewhere::kRefused;
+    return refuses || !story_.faults.empty() || !story_.reactions.empty() ||
+           story_.peers.size() > 1;
+  }
+
+  static void OnNotify(std::string kind, std::string message) {
+    if (const auto reaction = current->witness_.OnNotify(kind, message)) {
+      current->React(*reaction);
+    }
+  }
+
+  void React(const Reaction& reaction) {
+    const std::int32_t begun = time_->Clock();
+    witness_.Note("in the callback:");
+    switch (reaction.kind) {
+      case Reaction::Kind::kOperation:
+        time_->Sleep(reaction.step.pauseMs);
+        Do(reaction.step);
+        break;
+      case Reaction::Kind::kLetGo:
+        LetGo();
+        break;
+      case Reaction::Kind::kThrow:
+        witness_.Note("throws");
+        throw HostException();
+    }
+    witness_.Excuse(time_->Clock() - begun);
+  }
+
+  const Story& story_;
+  const bool free_;
+  const std::shared_ptr<simulated::VirtualTime> time_;
+  simulated::Neighbourhood air_;
+  Witness witness_;
+  std::vector<simulated::PeerHandle> peers_;
+  std::mutex mutex_;  // guards everything below
+  std::mt19937_64 random_;
+  Report report_;
+  std::shared_ptr<Held> object_;
+};
+
+}  // namespace
+
+Report Play(const Story& story, bool free) { return Player(story, free).Play(); }
+
+}  // namespace lanvoss::search
+
+namespace lanvoss::platform {
+
+Platform CreatePlatform() { return search::currentPlatform; }
+
+}  // namespace lanvoss::platform

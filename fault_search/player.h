@@ -1,0 +1,28 @@
+// Plays a story and tells what came of it.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "invariants.h"
+#include "story.h"
+
+namespace lanvoss::search {
+
+struct Report {
+  Lines violations;
+  Lines events;  // what happened, with virtual times
+  std::int64_t virtualMs = 0;
+  std::uint64_t calls = 0;   // across the seam to the radio
+  std::uint64_t faults = 0;  // of them failed or late
+  std::uint64_t operations = 0;
+  unsigned linkUps = 0;
+  unsigned requests = 0;                    // until the link was up in the end
+  std::map<std::string, unsigned> reasons;  // of requests that did not bring it up
+};
+
+// `free`: the threads run side by side, and only what then still can be told is checked.
+Report Play(const Story& story, bool free);
+
+}  // namespace lanvoss::search

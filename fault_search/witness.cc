@@ -1,0 +1,105 @@
+#include "witness.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <regex>
+
+namespace lanvoss::search {
+
+std::optional<Reaction> Witness::OnNotify(const std::string& kind, const std::string& message) {
+  Note("<" + kind + " " + message + ">");
+  const std::lock_guard lock(mutex_);
+  if (objects_ == 0) {
+    violations_.push_back("told after the object was gone: " + kind + " " + message);
+  }
+  if (kind == "info") {
+    infos_.push_back(message);
+    Learn(message);
+  } else if (kind == "deviceip") {
+    ++linkUps_;
+  }
+  ++notifications_;
+  const auto due =
+      std::find_if(story_.reactions.begin(), story_.reactions.end(),
+                   [this](const Reaction& reaction) { return reaction.nth == notifications_; });
+  return reacts_ && due != story_.reactions.end() ? std::optional(*due) : std::nullopt;
+}
+
+// The lock must be held.
+void Witness::Learn(const std::string& info) {
+  static const std::regex device(R"((?:\d+-)?\d+ (?:WatchDeviceAdded|Device):(.*) id:(.*))");
+  std::smatch match;
+  if (std::regex_match(info, match, device)) {
+    devices_[match[2]] = match[1];
+  }
+  if (const std::string wrong = CheckLine(info); !wrong.empty()) {
+    violations_.push_back(wrong);
+  }
+}
+
+void Witness::OnObjectBegins() {
+  const std::lock_guard lock(mutex_);
+  ++objects_;
+}
+void Witness::OnObjectEnds() {
+  const std::lock_guard lock(mutex_);
+  --objects_;
+}
+
+void Witness::Excuse(std::int64_t milliseconds) {
+  const std::lock_guard lock(mutex_);
+  excusedMs_ += milliseconds;
+}
+std::int64_t Witness::ExcusedMs() const {
+  const std::lock_guard lock(mutex_);
+  return excusedMs_;
+}
+
+void Witness::Note(const std::string& event) {
+  char stamp[16];
+  std::snprintf(stamp, sizeof stamp, "%9d ms ", time_.Clock());
+  const std::lock_guard lock(mutex_);
+  events_.push_back(stamp + event);
+}
+
+void Witness::Violate(const std::string& what) {
+  if (what.empty()) {
+    return;
+  }
+  Note("VIOLATION: " + what);
+  const std::lock_guard lock(mutex_);
+  violations_.push_back(what);
+}
+
+void Witness::StopReacting() {
+  const std::lock_guard lock(mutex_);
+  reacts_ = false;
+}
+
+Lines Witness::Infos() const { return InfosSince(0); }
+Lines Witness::InfosSince(std::size_t count) const {
+  const std::lock_guard lock(mutex_);
+  return {infos_.begin() + static_cast<std::ptrdiff_t>(count), infos_.end()};
+}
+std::size_t Witness::InfoCount() const {
+  const std::lock_guard lock(mutex_);
+  return infos_.size();
+}
+unsigned Witness::LinkUps() const {
+  const std::lock_guard lock(mutex_);
+  return linkUps_;
+}
+std::map<std::string, std::string> Witness::Devices() const {
+  const std::lock_guard lock(mutex_);
+  return devices_;
+}
+Lines Witness::Violations() const {
+  const std::lock_guard lock(mutex_);
+  return violations_;
+}
+Lines Witness::Events() const {
+  const std::lock_guard lock(mutex_);
+  return events_;
+}
+
+}  // namespace lanvoss::search

@@ -1,0 +1,61 @@
+// Hears and writes down what happens in a story, from any thread.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "backends/simulated/virtual_time.h"
+#include "invariants.h"
+#include "story.h"
+
+namespace lanvoss::search {
+
+class Witness {
+ public:
+  Witness(const Story& story, simulated::VirtualTime& time) : story_(story), time_(time) {}
+
+  // What the host is told, and what it then does in its callback.
+  std::optional<Reaction> OnNotify(const std::string& kind, const std::string& message);
+
+  void OnObjectBegins();
+  void OnObjectEnds();
+  // Time that the library is not to blame for: late platform calls, the host's own callbacks.
+  void Excuse(std::int64_t milliseconds);
+  std::int64_t ExcusedMs() const;
+
+  void Note(const std::string& event);
+  // Nothing for an empty text.
+  void Violate(const std::string& what);
+
+  // From now on the host only listens.
+  void StopReacting();
+  Lines Infos() const;
+  Lines InfosSince(std::size_t count) const;
+  std::size_t InfoCount() const;
+  unsigned LinkUps() const;
+  // Names by id, as the log told of them.
+  std::map<std::string, std::string> Devices() const;
+  Lines Violations() const;
+  Lines Events() const;
+
+ private:
+  void Learn(const std::string& info);
+
+  const Story& story_;
+  simulated::VirtualTime& time_;
+  mutable std::mutex mutex_;  // guards everything below
+  int objects_ = 0;           // that live, or are being made
+  unsigned notifications_ = 0;
+  bool reacts_ = true;
+  std::int64_t excusedMs_ = 0;
+  unsigned linkUps_ = 0;
+  Lines infos_;
+  Lines events_;
+  Lines violations_;
+  std::map<std::string, std::string> devices_;
+};
+
+}  // namespace lanvoss::search
