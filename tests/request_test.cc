@@ -266,6 +266,14 @@ TEST_F(Request, TheGapIsKeptFromTheLastDisconnect) {
   EXPECT_FALSE(Logged("(watch) Con Dev name=Cam,Sleep=0ms"));
 }
 
+TEST_F(Request, NoGapIsKeptFromADisconnectThatTheClockCannotTell) {
+  air.Add({.name = u"Cam"});
+  Connect("Cam");
+  lanvoss->DisConnect("");
+  Pass(0x80000000U);  // 24.9 days
+  EXPECT_EQ(Ask("2147483647\nCam", kAddress), 700);
+}
+
 TEST_F(Request, AGapBeyond32BitsIsTheLongestOne) {
   Open();
   Pass(1);

@@ -36,9 +36,9 @@ class Lines : public std::vector<std::string> {
 // How long something took. The same holds for it.
 struct Duration {
   std::int32_t ms = 0;
-  friend bool operator==(Duration a, std::int32_t ms) { return !kIsTimeExact || a.ms == ms; }
-  friend bool operator<=(Duration a, std::int32_t ms) { return !kIsTimeExact || a.ms <= ms; }
-  friend bool operator>=(Duration a, std::int32_t ms) { return !kIsTimeExact || a.ms >= ms; }
+  friend bool operator==(Duration a, std::int32_t b) { return !kIsTimeExact || a.ms == b; }
+  friend bool operator<=(Duration a, std::int32_t b) { return !kIsTimeExact || a.ms <= b; }
+  friend bool operator>=(Duration a, std::int32_t b) { return !kIsTimeExact || a.ms >= b; }
   friend std::ostream& operator<<(std::ostream& out, Duration duration) {
     return out << duration.ms << " ms";
   }

@@ -43,7 +43,9 @@ void JsonValue::ReadElements(const Reader& reader) const {
 }
 
 std::string JsonValue::PathOf(std::string_view key) const {
-  return path_ + joint_ + std::string(key);
+  // As JSON has it, without its quotes: a key may hold anything, and the message is one line.
+  const std::string quoted = nlohmann::json(key).dump();
+  return path_ + joint_ + quoted.substr(1, quoted.size() - 2);
 }
 
 }  // namespace lanvoss::program

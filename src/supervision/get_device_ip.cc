@@ -91,8 +91,10 @@ void CDeviceWatcherWinRT::KeepGap(const std::string& name, std::int32_t gapMs) {
   if (disconnected < 1 || gapMs < 1) {
     return;
   }
-  const std::int32_t remaining = gapMs - ElapsedMs(disconnected, Now());
-  if (remaining > 0) {
+  const std::int32_t elapsed = ElapsedMs(disconnected, Now());
+  // Negative: longer ago than the clock's 24 days can tell, and so than any gap.
+  if (elapsed >= 0 && elapsed < gapMs) {
+    const std::int32_t remaining = gapMs - elapsed;
     WriteLog("(watch) Con Dev name=" + name + ",Sleep=" + std::to_string(remaining) + "ms");
     platform_.system->Sleep(static_cast<std::uint32_t>(remaining));
   }
