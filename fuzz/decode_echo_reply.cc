@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <span>
 
+#include "require.h"
 #include "supervision/echo_message.h"
 
 namespace {
@@ -18,13 +17,6 @@ constexpr std::uint16_t kSequence = 2;
 // Identifier and sequence as they follow each other on the wire.
 constexpr std::uint8_t kNumbers[] = {0x34, 0x12, 0x00, 0x02};
 constexpr lanvoss::platform::Ipv4Address kUntouched = {1, 2, 3, 4};
-
-void Require(bool holds, const char* what) {
-  if (!holds) {
-    std::fprintf(stderr, "violated: %s\n", what);
-    std::abort();
-  }
-}
 
 // In bytes, from the low half of a header's first byte.
 std::size_t HeaderLength(Bytes datagram) { return std::size_t{4} * (datagram[0] % 16); }
