@@ -55,6 +55,12 @@ bool HasLine(const Lines& log, std::string_view part) {
   });
 }
 
+std::size_t CountLines(const Lines& log, std::string_view start) {
+  return static_cast<std::size_t>(
+      std::count_if(log.begin(), log.end(),
+                    [start](const std::string& line) { return line.starts_with(start); }));
+}
+
 }  // namespace
 
 std::int64_t LongestMs(const Step& step, const Story& story) {
@@ -81,6 +87,16 @@ std::string CheckDuration(const Step& step, std::int64_t tookMs, std::int64_t al
   return tookMs <= allowedMs ? std::string()
                              : Tell(step) + " took " + std::to_string(tookMs) + " ms instead of " +
                                    std::to_string(allowedMs) + " at most";
+}
+
+std::string CheckWait(const Step& step, const std::string& address, std::int64_t tookMs,
+                      std::int64_t excusedMs) {
+  const bool waitedOut = step.operation == Operation::kGetDeviceIp &&
+                         step.argument.find('\n') == std::string::npos && tookMs >= kDoneWaitMs &&
+                         tookMs - excusedMs < 2 * kDoneWaitMs;
+  return waitedOut && excusedMs == 0 && !address.empty()
+             ? Tell(step) + " waited out its time and was not told of " + address
+             : std::string();
 }
 
 std::string CheckAddress(const std::string& address, const Story& story) {
@@ -139,7 +155,11 @@ std::string CheckCache(const std::string& file, const std::map<std::string, std:
   return held.size() == devices.size() ? std::string() : "the cache holds devices nobody reported";
 }
 
-std::string ReasonOfFailure(const Lines& log) {
+bool IsDeadAndKept(const Lines& log) {
+  return HasLine(log, "(watch) ping done ret:0 ") && !HasLine(log, "Re Pair... ");
+}
+
+std::string ReasonOfFailure(const Lines& log, std::int64_t tookMs) {
   if (HasLine(log, "abort DisConnect:1")) {
     return "the end of a held link was reported and read as giving up";
   }
@@ -157,6 +177,43 @@ std::string ReasonOfFailure(const Lines& log) {
   }
   if (HasLine(log, "Re FromIdAsync:5")) {
     return "every open request gave none";
+  }
+  if (HasLine(log, "DoDisConnect ...")) {
+    return "the host disconnected meanwhile";
+  }
+  if (HasLine(log, "wfdDevice is null, return")) {
+    return "an attempt from before ended and woke the request";
+  }
+  if (tookMs < kDoneWaitMs && HasLine(log, "(watch) Stop Watcher...")) {
+    return "the host stopped the watcher meanwhile";
+  }
+  if (!HasLine(log, "watch start...")) {
+    return "the running pass had reported the device before";
+  }
+  return {};
+}
+
+std::string CheckCounts(const Lines& log, const Counts& counts) {
+  const auto check = [](const char* what, unsigned calls, std::size_t told) {
+    return calls == told ? std::string()
+                         : std::to_string(calls) + " times " + what + ", but the log tells of " +
+                               std::to_string(told);
+  };
+  const std::size_t stops =
+      CountLines(log, "(watch) DeviceWatcher ok Dev=") +
+      CountLines(log, "(watch) DeviceWatcher enumeration completed") +
+      CountLines(log, "(watch) Devices connected on L2 layer") +
+      CountLines(log, "(watch) wfdDevice is null, return") +
+      CountLines(log, "(watch) stop watch ok") + CountLines(log, "(watch) stop watch no") +
+      CountLines(log, "(watch) Error StopWatch: ") + CountLines(log, "(watch) Start Watcher Err:");
+  for (const std::string& wrong :
+       {check("stopped the watcher", counts.watcherStops, stops),
+        check("asked to open", counts.openRequests, CountLines(log, "(watch) FromIdAsync done")),
+        check("paired", counts.pairings, CountLines(log, "PairAsync... GoIntent:")),
+        check("unsubscribed", counts.revocations, counts.subscriptions)}) {
+    if (!wrong.empty()) {
+      return wrong;
+    }
   }
   return {};
 }

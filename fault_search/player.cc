@@ -1,6 +1,7 @@
 #include "player.h"
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <fstream>
 #include <iterator>
@@ -22,7 +23,12 @@ namespace {
 
 constexpr char kWanted[] = "Cam";
 // Requests within which the host's loop has its link when nothing fails any more.
-constexpr unsigned kRequestsToLink = 4;
+constexpr unsigned kRequestsToLink = 5;
+// Between two of them: several connections that still run may wake one request after the other.
+constexpr std::uint32_t kRetryPauseMs = 3'000;
+// Operations that the host began in its callbacks keep their objects for so long at most.
+constexpr int kLastOperationS = 600;
+constexpr std::uint32_t kMsPerS = 1'000;
 // Events that are still on their way when the object is gone.
 constexpr std::uint32_t kSettleMs = 5'000;
 
@@ -180,15 +186,21 @@ class Player {
         witness_.Violate("no link after " + std::to_string(kRequestsToLink) + " requests");
         return;
       }
+      time_->Sleep(kRetryPauseMs);
     }
     witness_.Violate(Do({.operation = Operation::kGetDeviceIp, .argument = kWanted}) == address
                          ? ""
                          : "the link did not last");
+    const bool isUp = std::any_of(peers_.begin(), peers_.end(),
+                                  [](const auto& peer) { return peer.LinksUp() > 0; });
+    witness_.Violate(isUp ? "" : "the link that is reported is not up");
   }
 
   std::string Ask() {
-    Do({.operation = Operation::kPingCheck});
+    Check();
     const std::size_t before = witness_.InfoCount();
+    const std::int32_t begun = time_->Clock();
+    const bool hadOthers = running_ > 0;
     const std::string address = Do({.operation = Operation::kGetDeviceIp, .argument = kWanted});
     ++report_.requests;
     if (address.starts_with(",") || address.ends_with(",")) {
@@ -196,15 +208,31 @@ class Player {
       ++report_.reasons["a link without an address of both ends was up"];
       Do({.operation = Operation::kDisConnect});
     } else if (address.empty()) {
-      const std::string reason = ReasonOfFailure(witness_.InfosSince(before));
-      ++report_.reasons[reason.empty() ? "another reason, seed " + std::to_string(story_.seed)
-                                       : reason];
+      std::string reason = ReasonOfFailure(witness_.InfosSince(before), time_->Clock() - begun);
+      if (reason.empty() && hadOthers) {
+        reason = "an operation from one of the host's callbacks was under way";
+      }
+      witness_.Violate(reason.empty() ? "no link, and for no known reason" : "");
+      ++report_.reasons[reason];
     }
     return address;
   }
 
+  // A dead link that is not recovered would be reported on and on.
+  void Check() {
+    const std::size_t before = witness_.InfoCount();
+    Do({.operation = Operation::kPingCheck});
+    if (IsDeadAndKept(witness_.InfosSince(before))) {
+      ++report_.reasons["a dead link was given up or recovered before, so it is kept"];
+      Do({.operation = Operation::kDisConnect});
+    }
+  }
+
   void End() {
     LetGo();
+    for (int waitedS = 0; witness_.Objects() > 0 && waitedS < kLastOperationS; ++waitedS) {
+      time_->Sleep(kMsPerS);
+    }
     time_->Sleep(kSettleMs);
     currentPlatform = {};
     if (air_.LiveObjects() != 0) {
@@ -216,11 +244,24 @@ class Player {
     if (!MayThrow() && air_.EscapedExceptions() > 0) {
       witness_.Violate("an exception left a handler, although nothing raised one");
     }
+    if (!MayThrow()) {
+      witness_.Violate(CheckCounts(witness_.Infos(), CallCounts()));
+    }
     witness_.Violate(CheckOutput(TheOutput().Take(), witness_.Infos(), !free_));
     if (story_.reactions.empty() && !MayThrow() && !free_) {
       std::ifstream file(CachePath(), std::ios::binary);
       witness_.Violate(CheckCache({std::istreambuf_iterator<char>(file), {}}, witness_.Devices()));
     }
+  }
+
+  Counts CallCounts() {
+    const auto count = [this](simulated::Call call) { return air_.faults().Count(call); };
+    using simulated::Call;
+    return {.watcherStops = count(Call::kWatcherStop),
+            .openRequests = count(Call::kFromIdAsync),
+            .pairings = count(Call::kPairAsync),
+            .subscriptions = count(Call::kWatcherSubscribe),
+            .revocations = count(Call::kWatcherRevoke)};
   }
 
   // ---- The object and its operations
@@ -269,6 +310,7 @@ class Player {
     const std::int32_t begun = time_->Clock();
     const std::int64_t excused = witness_.ExcusedMs();
     witness_.Note(Tell(step) + " ...");
+    ++running_;
     std::string address;
     try {
       address = Call(lanvoss, step);
@@ -276,10 +318,15 @@ class Player {
       witness_.Note(Tell(step) + " throws: " + error.what());
       witness_.Violate(MayThrow() ? "" : Tell(step) + " throws, although nothing failed");
     }
+    --running_;
     witness_.Note(Tell(step) + " -> " + address);
     witness_.Violate(CheckAddress(address, story_));
-    witness_.Violate(CheckDuration(step, time_->Clock() - begun,
-                                   LongestMs(step, story_) + witness_.ExcusedMs() - excused));
+    const std::int64_t took = time_->Clock() - begun;
+    const std::int64_t excuse = witness_.ExcusedMs() - excused;
+    witness_.Violate(CheckDuration(step, took, LongestMs(step, story_) + excuse));
+    if (story_.hosts.size() == 1 && story_.reactions.empty()) {
+      witness_.Violate(CheckWait(step, address, took, excuse));
+    }
     const std::lock_guard lock(mutex_);
     ++report_.operations;
     return address;
@@ -317,7 +364,7 @@ class Player {
     });
   }
 
-  // Whether something in the story raises exceptions.
+  // Whether something in the story raises exceptions. The wanted device fails in nothing by itself.
   bool MayThrow() const {
     const bool refuses = story_.habits.stopElsewhere == simulated::StopElsewhere::kRefused;
     return refuses || !story_.faults.empty() || !story_.reactions.empty() ||
@@ -354,7 +401,8 @@ class Player {
   simulated::Neighbourhood air_;
   Witness witness_;
   std::vector<simulated::PeerHandle> peers_;
-  std::mutex mutex_;  // guards everything below
+  std::atomic<int> running_ = 0;  // operations
+  std::mutex mutex_;              // guards everything below
   std::mt19937_64 random_;
   Report report_;
   std::shared_ptr<Held> object_;

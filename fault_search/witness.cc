@@ -46,6 +46,11 @@ void Witness::OnObjectEnds() {
   --objects_;
 }
 
+int Witness::Objects() const {
+  const std::lock_guard lock(mutex_);
+  return objects_;
+}
+
 void Witness::Excuse(std::int64_t milliseconds) {
   const std::lock_guard lock(mutex_);
   excusedMs_ += milliseconds;

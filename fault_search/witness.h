@@ -22,6 +22,7 @@ class Witness {
 
   void OnObjectBegins();
   void OnObjectEnds();
+  int Objects() const;
   // Time that the library is not to blame for: late platform calls, the host's own callbacks.
   void Excuse(std::int64_t milliseconds);
   std::int64_t ExcusedMs() const;
