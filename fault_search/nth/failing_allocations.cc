@@ -1,0 +1,16 @@
+// The product's operator new. The linker leads every call of it here that is made in this module;
+// the product uses no other form.
+#include <cstddef>
+
+#include "failing_product.h"
+
+void* RealNew(std::size_t size) __asm__("__real__Znwm");
+void* FailingNew(std::size_t size) __asm__("__wrap__Znwm");
+
+void* FailingNew(std::size_t size) {
+  using namespace lanvoss::nth;
+  if (IsDue(Failure::kAllocation)) {
+    throw PlantedBadAlloc();
+  }
+  return RealNew(size);
+}

@@ -1,0 +1,273 @@
+#include "world.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
+#include "watcher/limits.h"
+
+namespace lanvoss::nth {
+namespace {
+
+constexpr char kAddress[] = "192.168.49.1,192.168.49.20";
+constexpr char kCachedLine[] =
+    "1|WiFiDirect#02:00:00:00:00:0c|02:00:00:00:00:0c|Cached|2024-01-02 03:04:05.006\n";
+
+// The devices' latencies in milliseconds.
+constexpr std::int32_t kAppearMs = 300;
+constexpr std::int32_t kPairMs = 800;
+constexpr std::int32_t kOpenMs = 400;
+// Events on their way arrive, passes end.
+constexpr std::uint32_t kSettleMs = 5'000;
+
+// The longest that each operation may block, in milliseconds.
+constexpr std::int32_t kAtOnceMs = 0;
+constexpr std::int32_t kStartBoundMs = kStartLimitMs + std::int32_t{kStartPauseMs};
+constexpr std::int32_t kStopBoundMs = kStopTries * std::int32_t{kStopWaitMs + kStopPauseMs};
+constexpr std::int32_t kCloseBoundMs = kCloseTries * std::int32_t{kCloseWaitMs};
+constexpr std::int32_t kProbeBoundMs = kEchoTries * std::int32_t{kEchoTimeoutMs};
+// A connection on the caller's thread, or in a handler that the destruction waits for.
+constexpr std::int32_t kConnectBoundMs = std::int32_t{kUnpairWaitMs} + kPairMs +
+                                         std::int32_t{kPairingFailedPauseMs} + kCloseBoundMs +
+                                         kOpenTries * (kOpenMs + std::int32_t{kOpenPauseMs});
+constexpr std::int32_t kRequestBoundMs = std::int32_t{kDoneWaitMs};
+constexpr std::int32_t kPingCheckBoundMs = kProbeBoundMs + kConnectBoundMs + kRequestBoundMs;
+constexpr std::int32_t kDestructionBoundMs = kStopBoundMs + kConnectBoundMs;
+
+// The simulation copies the product's handlers on the thread of its agenda. What that allocates
+// looks like the product's, but a platform holds handlers by reference. No handler runs there.
+class ExemptAgenda final : public simulated::Threads {
+ public:
+  explicit ExemptAgenda(std::shared_ptr<simulated::Threads> threads)
+      : threads_(std::move(threads)) {}
+
+  std::unique_ptr<simulated::Thread> Start(std::string name, std::function<void()> body) override {
+    if (name == "agenda") {
+      body = [run = std::move(body)] {
+        ExemptThisThread();
+        run();
+      };
+    }
+    return threads_->Start(std::move(name), std::move(body));
+  }
+
+ private:
+  const std::shared_ptr<simulated::Threads> threads_;
+};
+
+// The host's callback is a plain function, so the world it belongs to has to be found.
+World* current = nullptr;
+
+void Raise(Failure failure) {
+  const std::u16string text(std::begin(kPlantedText), std::end(kPlantedText) - 1);
+  if (failure == Failure::kRadioError) {
+    throw platform::Error(platform::kErrorFail, text);
+  }
+  if (failure == Failure::kRadioCancelled) {
+    throw platform::CancelledError(text);
+  }
+  throw std::runtime_error(kPlantedText);
+}
+
+}  // namespace
+
+World::World(const Plan& plan, std::filesystem::path directory)
+    : plan_(plan),
+      directory_(std::move(directory)),
+      time_(simulated::VirtualTime::Seeded(plan.seed)),
+      air_(time_, std::make_shared<ExemptAgenda>(time_), {}, plan.seed),
+      camera_(air_.Add({.name = u"Cam",
+                        .id = u"WiFiDirect#02:00:00:00:00:0a",
+                        .appearMs = kAppearMs,
+                        .pairMs = kPairMs,
+                        .openMs = kOpenMs})) {
+  current = this;
+  air_.Add({.name = u"Other", .id = u"WiFiDirect#02:00:00:00:00:0b", .appearMs = kAppearMs});
+  std::ofstream(directory_ / "deviceinfo.bin", std::ios::binary) << kCachedLine;
+  StandOn({air_.System(), air_.Radio()});
+}
+
+World::~World() {
+  StandOn({});
+  current = nullptr;
+}
+
+Result World::Play(Story story) {
+  LetRadioFail();
+  Plant(plan_.failure, plan_.nth, plan_.lasts);
+  Open();
+  if (lanvoss_ != nullptr) {
+    story(*this);
+    if (!HasFailed()) {
+      Close();  // which may fail as well
+    }
+  }
+  result_.failed = HasFailed();
+  Unplant();
+  air_.faults().Clear();
+  isPlanted_ = false;
+  std::puts("== nothing fails any more");
+
+  Do(simulated::Act::kAppear);
+  Do(simulated::Act::kAnswer);
+  if (lanvoss_ == nullptr) {
+    Open();
+  }
+  Recover();
+  MeetNewcomer();
+  Close();
+  Open();
+  CheckCache();
+  Close();
+  return result_;
+}
+
+void World::LetRadioFail() {
+  using simulated::Call;
+  const Failure failure = plan_.failure;
+  if (failure == Failure::kFile || failure == Failure::kAllocation) {
+    return;
+  }
+  for (int call = 0; call <= static_cast<int>(Call::kDeviceClose); ++call) {
+    air_.faults().OnCall(static_cast<Call>(call), [failure, call] {
+      if (IsDue(failure)) {
+        std::printf("== radio call %d fails\n", call);
+        Raise(failure);
+      }
+    });
+  }
+}
+
+void World::Open() {
+  loaded_.clear();
+  mayNotify_ = true;
+  Within("getLanvossPtr", kAtOnceMs,
+         [this] { lanvoss_ = getLanvossPtr(&World::OnNotify, directory_.string()); });
+  mayNotify_ = lanvoss_ != nullptr;
+}
+
+void World::Close() {
+  Within("the destruction", kDestructionBoundMs, [this] { lanvoss_.reset(); });
+  mayNotify_ = false;
+  Pass(kSettleMs);
+  Require(air_.LiveObjects() == 0,
+          std::to_string(air_.LiveObjects()) + " platform objects are left");
+}
+
+// The host's loop. A dead link that the check does not recover is handed out on and on, until the
+// host closes it.
+void World::Recover() {
+  while (result_.requests < kMostRequests) {
+    ++result_.requests;
+    isDeadAndKept_ = false;
+    PingCheck();
+    if (isDeadAndKept_) {
+      DisConnect();
+    }
+    if (GetDeviceIp(kCameraName) == kAddress && camera_.LinksUp() == 1) {
+      return;
+    }
+  }
+  Require(false, "no link after so many requests");
+}
+
+// A device that nobody knew yet, so that the whole cache is written.
+void World::MeetNewcomer() {
+  Pass(kSettleMs);
+  air_.Add({.name = u"New", .id = u"WiFiDirect#02:00:00:00:00:0d", .appearMs = kAppearMs});
+  StartWatch("");
+  Pass(kSettleMs);
+}
+
+// The object that has just been made has loaded each line of it.
+void World::CheckCache() {
+  std::ifstream file(directory_ / "deviceinfo.bin", std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  Require(std::cmp_equal(std::ranges::count(bytes, '\n'), loaded_.size()),
+          "not every line of the cache file parses:\n" + bytes);
+  if (plan_.failure == Failure::kFile) {
+    loaded_.insert("Cached");  // forgotten, when the cache could not be read
+  }
+  Require(loaded_ == std::set<std::string>{"Cached", kCameraName, "New", kOtherName},
+          "the cache file does not hold the devices:\n" + bytes);
+}
+
+void World::OnNotify(std::string kind, std::string message) {
+  std::printf("<%s %s>\n", kind.c_str(), message.c_str());
+  current->Require(current->mayNotify_, "notified although there is no object");
+  if (kind == "watch") {
+    current->loaded_.insert(message);
+  } else if (message.starts_with("(watch) ping done ret:0 ")) {
+    current->isDeadAndKept_ = true;
+  } else if (message.find("Re Pair... ") != std::string::npos) {
+    current->isDeadAndKept_ = false;
+  }
+}
+
+void World::Do(simulated::Act act) {
+  air_.After(0, [camera = camera_, act] { camera.Do(act); });
+  Pass(1);  // by then it has happened
+}
+
+void World::StartWatch(const std::string& name) {
+  Within("StartWatch", kStartBoundMs, [&] { lanvoss_->StartWatch(name); });
+}
+void World::StopWatch() {
+  Within("StopWatch", kStopBoundMs, [&] { lanvoss_->StopWatch(); });
+}
+void World::AbortConnect() {
+  Within("AbortConnect", kAtOnceMs, [&] { lanvoss_->AbortConnect(""); });
+}
+void World::DisConnect() {
+  Within("DisConnect", kCloseBoundMs, [&] { lanvoss_->DisConnect(""); });
+}
+void World::Unpair(const std::string& name) {
+  Within("Unpair", kAtOnceMs, [&] { lanvoss_->Unpair(name); });
+}
+void World::PingCheck() {
+  Within("PingCheck", kPingCheckBoundMs, [&] { lanvoss_->PingCheck(); });
+}
+
+std::string World::GetDeviceIp(const std::string& request) {
+  const bool isDirect = request.starts_with('\n');
+  const std::int32_t boundMs =
+      kRequestBoundMs + (isDirect ? kConnectBoundMs : std::atoi(request.c_str()));
+  std::string address;
+  Within("GetDeviceIp", boundMs, [&] { address = lanvoss_->GetDeviceIp(request); });
+  return address;
+}
+
+// Runs an operation. What leaves it is what was planted, and it comes in time.
+void World::Within(const char* operation, std::int32_t boundMs, const std::function<void()>& body) {
+  std::printf("== %s\n", operation);
+  const std::int32_t begun = time_->Clock();
+  std::string thrown;
+  try {
+    body();
+  } catch (const std::exception& error) {
+    thrown = error.what();
+  } catch (...) {
+    thrown = "something that is not a std::exception";
+  }
+  if (!thrown.empty()) {
+    ++result_.errors;
+    std::printf("== %s throws: %s\n", operation, thrown.c_str());
+    Require(isPlanted_ && thrown == kPlantedText, "it was not planted");
+  }
+  const std::int32_t took = time_->Clock() - begun;
+  Require(took <= boundMs, std::string(operation) + " took " + std::to_string(took) +
+                               " ms, more than " + std::to_string(boundMs));
+}
+
+void World::Require(bool holds, const std::string& what) {
+  if (!holds) {
+    std::printf("VIOLATED: %s\n", what.c_str());
+    result_.violated = true;
+  }
+}
+
+}  // namespace lanvoss::nth

@@ -1,0 +1,89 @@
+// One run: a host with its object among devices, and what has to hold whatever fails.
+//
+// Standard output is the log of the run; what does not hold is a line in it too.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+
+#include "backends/simulated/neighbourhood.h"
+#include "backends/simulated/virtual_time.h"
+#include "failing_product.h"
+
+namespace lanvoss::nth {
+
+inline constexpr char kCameraName[] = "Cam";
+inline constexpr char kOtherName[] = "Other";
+
+// How often the host's loop, a check and a request, may have to be run until there is a link: a
+// device still held from before is closed by the first request, which ends there.
+inline constexpr unsigned kMostRequests = 2;
+
+struct Plan {
+  Failure failure = Failure::kRadioError;
+  unsigned nth = 1;
+  bool lasts = false;  // all later steps fail too
+  std::uint64_t seed = 1;
+};
+
+struct Result {
+  bool failed = false;  // the story has reached the n-th step
+  bool violated = false;
+  unsigned errors = 0;    // exceptions that reached the host
+  unsigned requests = 0;  // until there was a link again
+};
+
+class World {
+ public:
+  using Story = void (*)(World& world);
+
+  // Starts with a cache of one device in `directory`.
+  World(const Plan& plan, std::filesystem::path directory);
+  ~World();
+  World(const World&) = delete;
+  World& operator=(const World&) = delete;
+
+  Result Play(Story story);
+
+  // For stories: the object's operations, each within its bound of time.
+  void StartWatch(const std::string& name);
+  void StopWatch();
+  std::string GetDeviceIp(const std::string& request);
+  void AbortConnect();
+  void DisConnect();
+  void Unpair(const std::string& name);
+  void PingCheck();
+  void Pass(std::uint32_t milliseconds) { time_->Sleep(milliseconds); }
+  // And what the camera does.
+  void Do(simulated::Act act);
+
+ private:
+  static void OnNotify(std::string kind, std::string message);
+
+  void LetRadioFail();
+  void Open();
+  void Close();
+  void Recover();
+  void MeetNewcomer();
+  void CheckCache();
+  void Within(const char* operation, std::int32_t boundMs, const std::function<void()>& body);
+  void Require(bool holds, const std::string& what);
+
+  const Plan plan_;
+  const std::filesystem::path directory_;
+  const std::shared_ptr<simulated::VirtualTime> time_;
+  simulated::Neighbourhood air_;
+  const simulated::PeerHandle camera_;
+  std::shared_ptr<LanvossInterface> lanvoss_;
+  bool isPlanted_ = true;         // else nothing may fail any more
+  bool mayNotify_ = false;        // there is an object
+  bool isDeadAndKept_ = false;    // what the latest check said of the link
+  std::set<std::string> loaded_;  // the devices that the latest object knew from its cache
+  Result result_;
+};
+
+}  // namespace lanvoss::nth
