@@ -11,7 +11,8 @@
 //    answer has one of the known reasons.
 //  - Where nothing fails, the calls to the platform are those that the log tells of, and every
 //    subscription to the watcher is ended.
-//  - A link that is reported in the end is up.
+//  - Within a number of requests the host's loop has the address of a link that is up, and keeps
+//  it.
 //  - The cache file holds the devices that were reported, under their last names.
 #pragma once
 

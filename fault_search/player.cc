@@ -181,7 +181,7 @@ class Player {
     }
     Make();
     const std::string address = "192.168.49.1,192.168.49.20";
-    while (Ask() != address) {
+    while (Ask() != address || !IsLinkUp()) {
       if (report_.requests == kRequestsToLink) {
         witness_.Violate("no link after " + std::to_string(kRequestsToLink) + " requests");
         return;
@@ -191,9 +191,17 @@ class Player {
     witness_.Violate(Do({.operation = Operation::kGetDeviceIp, .argument = kWanted}) == address
                          ? ""
                          : "the link did not last");
+  }
+
+  // A link that went down while its address was being stored, or before, may be reported all the
+  // same; the next check finds out.
+  bool IsLinkUp() {
     const bool isUp = std::any_of(peers_.begin(), peers_.end(),
                                   [](const auto& peer) { return peer.LinksUp() > 0; });
-    witness_.Violate(isUp ? "" : "the link that is reported is not up");
+    if (!isUp) {
+      ++report_.reasons["the address of a link that is down was reported"];
+    }
+    return isUp;
   }
 
   std::string Ask() {
