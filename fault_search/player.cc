@@ -95,6 +95,7 @@ class Player {
     report_.events = witness_.Events();
     report_.virtualMs = time_->Clock();
     report_.linkUps = witness_.LinkUps();
+    report_.faults += air_.faults().Failures();
     for (int call = 0; call <= static_cast<int>(simulated::Call::kDeviceClose); ++call) {
       report_.calls += air_.faults().Count(static_cast<simulated::Call>(call));
     }
@@ -126,36 +127,25 @@ class Player {
 
   void Plant() {
     for (const PlannedFault& fault : story_.faults) {
-      air_.faults().OnCall(fault.call, [this, fault] { Fail(fault); });
-      if (fault.delayMs == 0 && fault.failure.kind == simulated::Failure::Kind::kNone) {
+      if (fault.delayMs > 0) {
+        air_.faults().OnCall(fault.call, [this, fault] { Delay(fault); });
+      } else {
         air_.faults().FailShare(fault.call, fault.share, fault.failure);
       }
     }
   }
 
   // In the call, before it takes effect.
-  void Fail(const PlannedFault& fault) {
-    using Kind = simulated::Failure::Kind;
-    if (!Falls(fault.share)) {
-      return;
+  void Delay(const PlannedFault& fault) {
+    {
+      const std::lock_guard lock(mutex_);
+      if (std::generate_canonical<double, 32>(random_) >= fault.share) {
+        return;
+      }
+      ++report_.faults;
     }
-    if (fault.delayMs > 0) {
-      witness_.Excuse(fault.delayMs);
-      time_->Sleep(fault.delayMs);
-    } else if (fault.failure.kind == Kind::kError) {
-      throw platform::Error(fault.failure.hresult, fault.failure.message);
-    } else if (fault.failure.kind == Kind::kCancelled) {
-      throw platform::CancelledError();
-    } else if (fault.failure.kind == Kind::kOther) {
-      throw std::runtime_error("planted");
-    }
-  }
-
-  bool Falls(double share) {
-    const std::lock_guard lock(mutex_);
-    const bool falls = std::generate_canonical<double, 32>(random_) < share;
-    report_.faults += falls ? 1 : 0;
-    return falls;
+    witness_.Excuse(fault.delayMs);
+    time_->Sleep(fault.delayMs);
   }
 
   // ---- Nothing fails any more: the host's loop has to bring the link up

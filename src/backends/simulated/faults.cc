@@ -62,6 +62,11 @@ unsigned Faults::Count(Call call) const {
   return count == counts_.end() ? 0 : count->second;
 }
 
+unsigned Faults::Failures() const {
+  const std::lock_guard lock(mutex_);
+  return failures_;
+}
+
 bool Faults::Pass(Call call) {
   std::function<void()> hook;
   Order due;
@@ -76,6 +81,7 @@ bool Faults::Pass(Call call) {
       due = order->second;
       fails = number >= due.from && number <= due.to &&
               std::generate_canonical<double, 32>(random_) < due.probability;
+      failures_ += fails ? 1 : 0;
     }
   }
   if (hook) {

@@ -74,6 +74,8 @@ class Faults {
 
   // How often the call was made, failures included.
   unsigned Count(Call call) const;
+  // How many calls have failed by order.
+  unsigned Failures() const;
 
   // Made by the simulation at the start of each call. Raises the failure that is due; false: the
   // call has to return none.
@@ -91,6 +93,7 @@ class Faults {
   mutable std::mutex mutex_;  // guards everything below
   std::mt19937_64 random_;
   std::map<Call, unsigned> counts_;
+  unsigned failures_ = 0;
   std::map<Call, Order> orders_;
   std::map<Call, std::function<void()>> hooks_;
 };

@@ -19,10 +19,6 @@ class WinrtString {
     Check(WindowsCreateString(AsWide(text.data()), static_cast<UINT32>(text.size()), &string_));
   }
   WinrtString(WinrtString&& other) noexcept : string_(std::exchange(other.string_, nullptr)) {}
-  WinrtString& operator=(WinrtString&& other) noexcept {
-    std::swap(string_, other.string_);
-    return *this;
-  }
   ~WinrtString() { WindowsDeleteString(string_); }
 
   // Takes over a text that the caller owns.
