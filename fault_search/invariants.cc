@@ -5,9 +5,11 @@
 #include <regex>
 #include <string_view>
 
+#include "host_loop.h"
 #include "registry/cache_file.h"
 #include "registry/split_text.h"
 #include "watcher/limits.h"
+#include "worst_case.h"
 
 namespace lanvoss::search {
 namespace {
@@ -16,20 +18,13 @@ namespace {
 constexpr std::int64_t kNobodyAnswersMs = 500;
 constexpr std::int64_t kOneOpenMs = kLongestLatencyMs + kNobodyAnswersMs;
 
-constexpr std::int64_t kStartMs = kStartLimitMs + kStartPauseMs;
-constexpr std::int64_t kStopMs = kStopTries * std::int64_t{kStopWaitMs + kStopPauseMs};
-constexpr std::int64_t kCloseMs = kCloseTries * std::int64_t{kCloseWaitMs};
-// Unpairing, pairing, closing the old link, opening.
-constexpr std::int64_t kConnectMs = kUnpairWaitMs + kLongestLatencyMs + kPairingFailedPauseMs +
-                                    kCloseMs + kOpenTries * (kOneOpenMs + kOpenPauseMs);
-constexpr std::int64_t kAttemptMs = kConnectMs + kStartMs + kDoneWaitMs + kStopMs;
-constexpr std::int64_t kProbeMs = kEchoTries * std::int64_t{kEchoTimeoutMs};
+constexpr std::int64_t kConnectMs = worst_case::ConnectMs(kLongestLatencyMs, kOneOpenMs);
+constexpr std::int64_t kAttemptMs =
+    kConnectMs + worst_case::kStartMs + worst_case::kDoneMs + worst_case::kStopMs;
 
-std::string AddressesOf(const simulated::Peer& peer) {
-  const auto text = [](const std::optional<std::u16string>& address) {
-    return address ? platform::Utf16ToUtf8(*address) : std::string();
-  };
-  return text(peer.localAddress) + "," + text(peer.remoteAddress);
+// A side whose host name the platform did not give is empty.
+bool IsSide(std::string_view text, const std::optional<std::u16string>& address) {
+  return text.empty() || (address && text == platform::Utf16ToUtf8(*address));
 }
 
 // The stamped lines of standard output, without their stamps. A bare line may end in a blank, which
@@ -49,12 +44,6 @@ Lines StampedLines(const std::string& printed) {
   return lines;
 }
 
-bool HasLine(const Lines& log, std::string_view part) {
-  return std::any_of(log.begin(), log.end(), [part](const std::string& line) {
-    return line.find(part) != std::string::npos;
-  });
-}
-
 std::size_t CountLines(const Lines& log, std::string_view start) {
   return static_cast<std::size_t>(
       std::count_if(log.begin(), log.end(),
@@ -67,15 +56,15 @@ std::int64_t LongestMs(const Step& step, const Story& story) {
   const std::int64_t hanging = Hangs(story) ? kScriptsEndMs : 0;
   switch (step.operation) {
     case Operation::kStartWatch:
-      return kStartMs;
+      return worst_case::kStartMs;
     case Operation::kStopWatch:
-      return kStopMs;
+      return worst_case::kStopMs;
     case Operation::kGetDeviceIp:
       return std::strtoll(step.argument.c_str(), nullptr, 10) + kAttemptMs + hanging;
     case Operation::kDisConnect:
-      return kCloseMs;
+      return worst_case::kCloseMs;
     case Operation::kPingCheck:
-      return kProbeMs + kAttemptMs + hanging;
+      return worst_case::kProbeMs + kAttemptMs + hanging;
     case Operation::kAbortConnect:
     case Operation::kUnpair:
       return 0;
@@ -99,13 +88,31 @@ std::string CheckWait(const Step& step, const std::string& address, std::int64_t
              : std::string();
 }
 
-std::string CheckAddress(const std::string& address, const Story& story) {
-  const bool isKnown = address.empty() ||
-                       std::any_of(story.peers.begin(), story.peers.end(),
-                                   [&](const auto& peer) { return AddressesOf(peer) == address; });
-  // A side whose host name the platform did not give is empty.
-  const bool hasGap = address.starts_with(",") || address.ends_with(",");
-  return isKnown || hasGap ? std::string() : "no device has the addresses " + address;
+std::string CheckAddress(const std::string& address, const std::vector<simulated::Peer>& opened) {
+  const std::size_t comma = address.find(',');
+  const std::string local = address.substr(0, comma);
+  const std::string remote = comma == std::string::npos ? "" : address.substr(comma + 1);
+  const bool isKnown =
+      address.empty() || std::any_of(opened.begin(), opened.end(), [&](const auto& peer) {
+        return IsSide(local, peer.localAddress) && IsSide(remote, peer.remoteAddress);
+      });
+  return isKnown ? std::string() : "no link was opened that has the addresses " + address;
+}
+
+bool EndsWaits(const std::string& info) {
+  return info.starts_with("(watch) Devices connected on L2 layer") ||
+         info == "(watch) wfdDevice is null, return" || info == "(watch) Stop Watcher done" ||
+         info.starts_with("(watch) DeviceWatcher stopped. no Dev=");
+}
+
+bool BeginsWait(const std::string& info) { return info == "(watch) Start Watcher done"; }
+
+std::string CheckRelease(std::int64_t waitedMs, std::int64_t untilSignalMs) {
+  const bool timedOut = untilSignalMs >= kDoneWaitMs;
+  return timedOut || waitedMs == untilSignalMs
+             ? std::string()
+             : "a wait that was to end after " + std::to_string(untilSignalMs) + " ms took " +
+                   std::to_string(waitedMs);
 }
 
 std::string CheckOutput(const std::string& printed, Lines infos, bool inOrder) {
@@ -136,6 +143,16 @@ std::string CheckLine(const std::string& info) {
   return number(1) <= number(2) ? std::string() : "longer than the longest: " + info;
 }
 
+std::string CheckCacheSoFar(const std::string& file,
+                            const std::map<std::string, std::string>& devices) {
+  for (const std::string& text : SplitText(file, "\n")) {
+    if (const auto line = ParseCacheLine(text); !line || !devices.contains(line->id)) {
+      return "a line of the cache is no device that was reported: " + text;
+    }
+  }
+  return {};
+}
+
 std::string CheckCache(const std::string& file, const std::map<std::string, std::string>& devices) {
   std::map<std::string, std::string> held;
   for (const std::string& text : SplitText(file, "\n")) {
@@ -153,10 +170,6 @@ std::string CheckCache(const std::string& file, const std::map<std::string, std:
     }
   }
   return held.size() == devices.size() ? std::string() : "the cache holds devices nobody reported";
-}
-
-bool IsDeadAndKept(const Lines& log) {
-  return HasLine(log, "(watch) ping done ret:0 ") && !HasLine(log, "Re Pair... ");
 }
 
 std::string ReasonOfFailure(const Lines& log, std::int64_t tookMs) {
@@ -193,11 +206,12 @@ std::string ReasonOfFailure(const Lines& log, std::int64_t tookMs) {
   return {};
 }
 
-std::string CheckCounts(const Lines& log, const Counts& counts) {
-  const auto check = [](const char* what, unsigned calls, std::size_t told) {
-    return calls == told ? std::string()
-                         : std::to_string(calls) + " times " + what + ", but the log tells of " +
-                               std::to_string(told);
+std::string CheckCounts(const Lines& log, const Counts& counts, bool failed) {
+  const auto check = [failed](const char* what, std::size_t calls, std::size_t told) {
+    return calls == told || (failed && told < calls)
+               ? std::string()
+               : std::to_string(calls) + " times " + what + ", but the log tells of " +
+                     std::to_string(told);
   };
   const std::size_t stops =
       CountLines(log, "(watch) DeviceWatcher ok Dev=") +

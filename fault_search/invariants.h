@@ -2,18 +2,20 @@
 //
 // Each check returns what is wrong, or nothing. The rules:
 //  - An operation ends within its stated worst case, which grows only by what hangs or is late in
-//  the
-//    platform and by what the host does in its callbacks.
-//  - An address text is empty, or the pair of addresses of a device of the story.
+//    the platform and by what the host does in its callbacks.
+//  - Whoever waits for the end of an attempt is released the moment that one ends, or the watcher
+//    was stopped.
+//  - An address text is empty, or the pair of addresses of a device to which a link was opened.
 //  - Every stamped line is told to the host as "info", in the same order, and nothing else is.
 //  - The numbers in a line about a link agree with each other.
 //  - A request that waits out its time comes back empty, and when nothing fails any more an empty
 //    answer has one of the known reasons.
-//  - Where nothing fails, the calls to the platform are those that the log tells of, and every
-//    subscription to the watcher is ended.
-//  - Within a number of requests the host's loop has the address of a link that is up, and keeps
-//  it.
-//  - The cache file holds the devices that were reported, under their last names.
+//  - The log tells of no call to the platform that was not made. Where nothing fails it tells of
+//    all of them, and every subscription to the watcher is ended.
+//  - When nothing fails any more, the host's loop has the address of a link that is up within a
+//    number of requests and a time, and keeps it.
+//  - At any time every line of the cache file is a device that was reported, and in the end all are
+//    there, under their last names.
 #pragma once
 
 #include <cstdint>
@@ -31,13 +33,22 @@ using Lines = std::vector<std::string>;
 std::int64_t LongestMs(const Step& step, const Story& story);
 
 std::string CheckDuration(const Step& step, std::int64_t tookMs, std::int64_t allowedMs);
-std::string CheckAddress(const std::string& address, const Story& story);
+// `opened`: the devices to which a link has been opened so far.
+std::string CheckAddress(const std::string& address, const std::vector<simulated::Peer>& opened);
 std::string CheckWait(const Step& step, const std::string& address, std::int64_t tookMs,
                       std::int64_t excusedMs);
 // `inOrder`: threads did not run side by side.
 std::string CheckOutput(const std::string& printed, Lines infos, bool inOrder);
 std::string CheckLine(const std::string& info);
+// Whether this line comes with a signal to all that wait for the end of an attempt.
+bool EndsWaits(const std::string& info);
+// Whether the thread that logged this line waits for that from now on.
+bool BeginsWait(const std::string& info);
+std::string CheckRelease(std::int64_t waitedMs, std::int64_t untilSignalMs);
+
 // `devices`: names by id, as the log told of them.
+std::string CheckCacheSoFar(const std::string& file,
+                            const std::map<std::string, std::string>& devices);
 std::string CheckCache(const std::string& file, const std::map<std::string, std::string>& devices);
 
 // Calls to the platform in a whole story.
@@ -48,10 +59,8 @@ struct Counts {
   unsigned subscriptions = 0;  // to the watcher's events
   unsigned revocations = 0;
 };
-std::string CheckCounts(const Lines& log, const Counts& counts);
-
-// Whether a check found the link dead and did not recover it.
-bool IsDeadAndKept(const Lines& log);
+// `failed`: calls may have failed, and then some have no line.
+std::string CheckCounts(const Lines& log, const Counts& counts, bool failed);
 
 // Why a request that began a new attempt came back empty, by the lines that it logged: the name of
 // a known story, or nothing.

@@ -1,5 +1,6 @@
 // Searches for stories in which the library breaks one of its rules.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -32,6 +33,7 @@ struct Sums {
   std::uint64_t operations = 0;
   std::uint64_t linkUps = 0;
   std::int64_t virtualMs = 0;
+  std::int32_t mostToLinkMs = 0;
   std::map<unsigned, unsigned> requests;
   std::map<std::string, unsigned> reasons;
 };
@@ -57,6 +59,7 @@ void Add(const Report& report, Sums& sums) {
   sums.operations += report.operations;
   sums.linkUps += report.linkUps;
   sums.virtualMs += report.virtualMs;
+  sums.mostToLinkMs = std::max(sums.mostToLinkMs, report.toLinkMs);
   ++sums.requests[report.requests];
   for (const auto& [reason, count] : report.reasons) {
     sums.reasons[reason] += count;
@@ -87,6 +90,7 @@ void SaySums(const Sums& sums, std::chrono::steady_clock::duration took) {
               " virtual hours, " + text(sums.operations) + " operations, " + text(sums.calls) +
               " calls to the radio, " + text(sums.faults) + " of them failed or late, " +
               text(sums.linkUps) + " links up");
+  search::Say("  the longest way back to a link: " + text(sums.mostToLinkMs) + " ms");
   for (const auto& [requests, stories] : sums.requests) {
     search::Say("  a link after " + text(requests) + " requests: " + text(stories) + " stories");
   }
@@ -104,6 +108,8 @@ Report PlaySeed(const Story& story, bool free) {
 }
 
 int Search(const Options& options) {
+  search::Say("stories of the seeds " + std::to_string(options.seed) + " to " +
+              std::to_string(options.seed + options.seeds - 1));
   const auto begun = std::chrono::steady_clock::now();
   Sums sums;
   for (std::uint64_t seed = options.seed; seed < options.seed + options.seeds; ++seed) {

@@ -15,6 +15,7 @@
 
 #include "backends/simulated/neighbourhood.h"
 #include "backends/simulated/virtual_time.h"
+#include "host_loop.h"
 #include "output.h"
 #include "witness.h"
 
@@ -24,6 +25,7 @@ namespace {
 constexpr char kWanted[] = "Cam";
 // Requests within which the host's loop has its link when nothing fails any more.
 constexpr unsigned kRequestsToLink = 5;
+constexpr std::int32_t kTimeToLinkMs = 10 * 60'000;
 // Between two of them: several connections that still run may wake one request after the other.
 constexpr std::uint32_t kRetryPauseMs = 3'000;
 // Operations that the host began in its callbacks keep their objects for so long at most.
@@ -61,6 +63,18 @@ class Held {
   std::shared_ptr<LanvossInterface> lanvoss_;
 };
 
+// Counts what is under way.
+class UnderWay {
+ public:
+  explicit UnderWay(std::atomic<int>& count) : count_(count) { ++count_; }
+  ~UnderWay() { --count_; }
+  UnderWay(const UnderWay&) = delete;
+  UnderWay& operator=(const UnderWay&) = delete;
+
+ private:
+  std::atomic<int>& count_;
+};
+
 class Player;
 // The host's callback is a plain function, so the story it belongs to has to be found.
 Player* current = nullptr;
@@ -96,7 +110,7 @@ class Player {
     report_.virtualMs = time_->Clock();
     report_.linkUps = witness_.LinkUps();
     report_.faults += air_.faults().Failures();
-    for (int call = 0; call <= static_cast<int>(simulated::Call::kDeviceClose); ++call) {
+    for (int call = 0; call <= static_cast<int>(simulated::Call::kOpenIcmpSocket); ++call) {
       report_.calls += air_.faults().Count(static_cast<simulated::Call>(call));
     }
     return report_;
@@ -166,54 +180,75 @@ class Player {
     wanted.Appear();
     wanted.Answer();
     witness_.Note("nothing fails any more");
+    const std::int32_t begun = time_->Clock();
     if (MayLackWatcher()) {
       LetGo();
     }
     Make();
-    const std::string address = "192.168.49.1,192.168.49.20";
-    while (Ask() != address || !IsLinkUp()) {
+    std::string address = Ask();
+    while (!IsLinkTo(address)) {
       if (report_.requests == kRequestsToLink) {
         witness_.Violate("no link after " + std::to_string(kRequestsToLink) + " requests");
         return;
       }
       time_->Sleep(kRetryPauseMs);
+      address = Ask();
     }
+    report_.toLinkMs = time_->Clock() - begun;
+    witness_.Violate(report_.toLinkMs <= kTimeToLinkMs ? "" : "the link took too long");
     witness_.Violate(Do({.operation = Operation::kGetDeviceIp, .argument = kWanted}) == address
                          ? ""
                          : "the link did not last");
   }
 
-  // A link that went down while its address was being stored, or before, may be reported all the
-  // same; the next check finds out.
-  bool IsLinkUp() {
-    const bool isUp = std::any_of(peers_.begin(), peers_.end(),
-                                  [](const auto& peer) { return peer.LinksUp() > 0; });
-    if (!isUp) {
-      ++report_.reasons["the address of a link that is down was reported"];
+  // Whether the address is that of a device of the wanted name whose link is up. A link that went
+  // down while its address was being stored, or before, may be reported all the same; the next
+  // check finds out.
+  bool IsLinkTo(const std::string& address) {
+    if (address.empty() || address.starts_with(",") || address.ends_with(",")) {
+      return false;
     }
-    return isUp;
+    bool otherIsUp = false;
+    for (std::size_t i = 0; i < peers_.size(); ++i) {
+      const bool isUp = peers_[i].LinksUp() > 0 && CheckAddress(address, {story_.peers[i]}).empty();
+      if (isUp && story_.peers[i].name == u"Cam") {
+        return true;
+      }
+      otherIsUp = otherIsUp || isUp;
+    }
+    CountReason(otherIsUp ? "the address of another device's link was reported"
+                          : "the address of a link that is down was reported");
+    if (otherIsUp) {
+      Do({.operation = Operation::kDisConnect});
+    }
+    return false;
   }
 
   std::string Ask() {
     Check();
     const std::size_t before = witness_.InfoCount();
     const std::int32_t begun = time_->Clock();
-    const bool hadOthers = running_ > 0;
+    const bool hadOthers = underWay_ > 0;
     const std::string address = Do({.operation = Operation::kGetDeviceIp, .argument = kWanted});
     ++report_.requests;
     if (address.starts_with(",") || address.ends_with(",")) {
       // Of use to nobody, and kept until the host closes it.
-      ++report_.reasons["a link without an address of both ends was up"];
+      CountReason("a link without an address of both ends was up");
       Do({.operation = Operation::kDisConnect});
     } else if (address.empty()) {
       std::string reason = ReasonOfFailure(witness_.InfosSince(before), time_->Clock() - begun);
       if (reason.empty() && hadOthers) {
-        reason = "an operation from one of the host's callbacks was under way";
+        reason = "one of the host's callbacks was under way";
       }
       witness_.Violate(reason.empty() ? "no link, and for no known reason" : "");
-      ++report_.reasons[reason];
+      CountReason(reason);
     }
     return address;
+  }
+
+  void CountReason(const std::string& reason) {
+    witness_.Note("no link at once: " + reason);
+    ++report_.reasons[reason];
   }
 
   // A dead link that is not recovered would be reported on and on.
@@ -221,7 +256,7 @@ class Player {
     const std::size_t before = witness_.InfoCount();
     Do({.operation = Operation::kPingCheck});
     if (IsDeadAndKept(witness_.InfosSince(before))) {
-      ++report_.reasons["a dead link was given up or recovered before, so it is kept"];
+      CountReason("a dead link was given up or recovered before, so it is kept");
       Do({.operation = Operation::kDisConnect});
     }
   }
@@ -242,14 +277,29 @@ class Player {
     if (!MayThrow() && air_.EscapedExceptions() > 0) {
       witness_.Violate("an exception left a handler, although nothing raised one");
     }
-    if (!MayThrow()) {
-      witness_.Violate(CheckCounts(witness_.Infos(), CallCounts()));
+    if (story_.reactions.empty() && !MayLackWatcher()) {
+      witness_.Violate(CheckCounts(witness_.Infos(), CallCounts(), MayThrow()));
     }
     witness_.Violate(CheckOutput(TheOutput().Take(), witness_.Infos(), !free_));
-    if (story_.reactions.empty() && !MayThrow() && !free_) {
-      std::ifstream file(CachePath(), std::ios::binary);
-      witness_.Violate(CheckCache({std::istreambuf_iterator<char>(file), {}}, witness_.Devices()));
+    if (story_.reactions.empty() && !free_) {
+      witness_.Violate(CheckCache(CacheFile(), witness_.Devices()));
     }
+  }
+
+  static std::string CacheFile() {
+    std::ifstream file(CachePath(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  // Devices to which a link has been opened.
+  std::vector<simulated::Peer> Opened() const {
+    std::vector<simulated::Peer> opened;
+    for (std::size_t i = 0; i < peers_.size(); ++i) {
+      if (peers_[i].LinksOpened() > 0) {
+        opened.push_back(story_.peers[i]);
+      }
+    }
+    return opened;
   }
 
   Counts CallCounts() {
@@ -308,7 +358,8 @@ class Player {
     const std::int32_t begun = time_->Clock();
     const std::int64_t excused = witness_.ExcusedMs();
     witness_.Note(Tell(step) + " ...");
-    ++running_;
+    const UnderWay underWay(underWay_);
+    witness_.OnOperationBegins();
     std::string address;
     try {
       address = Call(lanvoss, step);
@@ -316,9 +367,10 @@ class Player {
       witness_.Note(Tell(step) + " throws: " + error.what());
       witness_.Violate(MayThrow() ? "" : Tell(step) + " throws, although nothing failed");
     }
-    --running_;
     witness_.Note(Tell(step) + " -> " + address);
-    witness_.Violate(CheckAddress(address, story_));
+    CheckWaits();
+    CheckCacheSoFar();
+    witness_.Violate(CheckAddress(address, Opened()));
     const std::int64_t took = time_->Clock() - begun;
     const std::int64_t excuse = witness_.ExcusedMs() - excused;
     witness_.Violate(CheckDuration(step, took, LongestMs(step, story_) + excuse));
@@ -328,6 +380,21 @@ class Player {
     const std::lock_guard lock(mutex_);
     ++report_.operations;
     return address;
+  }
+
+  // A reaction would keep the signal back.
+  void CheckWaits() {
+    const std::string wrong = witness_.OnOperationEnds();
+    if (story_.reactions.empty() && !free_) {
+      witness_.Violate(wrong);
+    }
+  }
+
+  // While no thread of the library's runs, none is inside a write.
+  void CheckCacheSoFar() {
+    if (!free_) {
+      witness_.Violate(search::CheckCacheSoFar(CacheFile(), witness_.Devices()));
+    }
   }
 
   static std::string Call(LanvossInterface& lanvoss, const Step& step) {
@@ -370,12 +437,17 @@ class Player {
   }
 
   static void OnNotify(std::string kind, std::string message) {
-    if (const auto reaction = current->witness_.OnNotify(kind, message)) {
+    const auto reaction = current->witness_.OnNotify(kind, message);
+    if (current->Hold() != nullptr) {
+      current->CheckCacheSoFar();
+    }
+    if (reaction) {
       current->React(*reaction);
     }
   }
 
   void React(const Reaction& reaction) {
+    const UnderWay underWay(underWay_);
     const std::int32_t begun = time_->Clock();
     witness_.Note("in the callback:");
     switch (reaction.kind) {
@@ -399,8 +471,8 @@ class Player {
   simulated::Neighbourhood air_;
   Witness witness_;
   std::vector<simulated::PeerHandle> peers_;
-  std::atomic<int> running_ = 0;  // operations
-  std::mutex mutex_;              // guards everything below
+  std::atomic<int> underWay_ = 0;  // operations, and callbacks in which the host does something
+  std::mutex mutex_;               // guards everything below
   std::mt19937_64 random_;
   Report report_;
   std::shared_ptr<Held> object_;

@@ -19,6 +19,7 @@ struct Report {
   std::uint64_t operations = 0;
   unsigned linkUps = 0;
   unsigned requests = 0;                    // until the link was up in the end
+  std::int32_t toLinkMs = 0;                // that these took
   std::map<std::string, unsigned> reasons;  // of requests that did not bring it up
 };
 

@@ -46,6 +46,10 @@ bool ShrinkOnce(Story& story, bool free) {
   for (std::size_t peer = 0; peer < story.peers.size(); ++peer) {
     shrink(
         0, [peer](Story & each) -> auto& { return each.peers[peer].script; });
+    shrink(
+        0, [peer](Story & each) -> auto& { return each.peers[peer].openings; });
+    shrink(
+        0, [peer](Story & each) -> auto& { return each.peers[peer].pairings; });
   }
   Story ordinary = story;
   ordinary.habits = {};

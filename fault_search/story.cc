@@ -45,8 +45,9 @@ constexpr std::array kCallNames = {"GetDeviceSelector",
                                    "endpoint pair GetAt",
                                    "LocalHostName or RemoteHostName",
                                    "DisplayName",
-                                   "device Close"};
-static_assert(kCallNames.size() == static_cast<std::size_t>(Call::kDeviceClose) + 1);
+                                   "device Close",
+                                   "opening of an ICMP socket"};
+static_assert(kCallNames.size() == static_cast<std::size_t>(Call::kOpenIcmpSocket) + 1);
 
 // What is thrown for a story, in a fixed order.
 class Dice {
@@ -70,6 +71,10 @@ class Dice {
 
 std::string NameOf(Dice& dice) {
   return dice.Pick<std::string>({"Cam", "Cam", "Cam", "Cam2", "B\xC3\xBCro", "A|B", "Nobody"});
+}
+
+std::u16string Digit(std::size_t number) {
+  return std::u16string(1, static_cast<char16_t>(u'0' + number));
 }
 
 std::uint32_t PauseOf(Dice& dice) {
@@ -119,7 +124,7 @@ simulated::Peer InventPeer(Dice& dice, std::size_t index) {
   simulated::Peer peer;
   peer.name =
       index == 0 ? u"Cam" : dice.Pick<std::u16string>({u"Cam", u"Cam2", u"B\u00fcro", u"A|B"});
-  peer.id = u"P2P#02:00:00:00:00:0" + std::u16string(1, static_cast<char16_t>(u'0' + index));
+  peer.id = u"P2P#02:00:00:00:00:0" + Digit(index);
   peer.present = dice.Chance(0.85);
   peer.paired = dice.Chance(0.4);
   peer.appearMs = dice.Between(0, 1'500);
@@ -131,6 +136,7 @@ simulated::Peer InventPeer(Dice& dice, std::size_t index) {
   if (index == 0) {
     return peer;
   }
+  peer.remoteAddress = u"192.168.49.3" + Digit(index);
   peer.hasPairingObject = dice.Chance(0.9);
   peer.hasEndpointPairs = dice.Chance(0.9);
   if (dice.Chance(0.1)) {
@@ -178,6 +184,8 @@ PlannedFault InventFault(Dice& dice, Call call) {
   PlannedFault fault{.call = call, .share = dice.Pick({0.03, 0.2, 0.5, 1.0})};
   if (dice.Chance(0.3)) {
     fault.delayMs = dice.Between(1, kLongestDelayMs);
+  } else if (call == Call::kOpenIcmpSocket) {
+    fault.failure.kind = Failure::Kind::kNone;
   } else {
     fault.failure.kind =
         dice.Pick({Failure::Kind::kError, Failure::Kind::kError, Failure::Kind::kCancelled,
@@ -222,15 +230,31 @@ std::string Tell(const PlannedFault& fault) {
          ", share " + std::to_string(fault.share);
 }
 
+std::string Tell(const std::vector<Outcome>& outcomes, const std::string& what) {
+  constexpr std::array kNames = {"succeeds", "gives none", "fails", "is cancelled", "hangs"};
+  std::string text;
+  for (const Outcome outcome : outcomes) {
+    text += ", " + what + " " + kNames[static_cast<std::size_t>(outcome)];
+  }
+  return text;
+}
+
+std::string Tell(const simulated::ScriptStep& step) {
+  constexpr std::array kActs = {"appears",     "disappears",    "is renamed",
+                                "goes silent", "answers again", "drops its links"};
+  return "; at " + std::to_string(step.atMs) + " ms " + kActs[static_cast<std::size_t>(step.act)] +
+         (step.act == Act::kRename ? " " + platform::Utf16ToUtf8(step.newName) : "");
+}
+
 std::string Tell(const simulated::Peer& peer) {
-  std::string text = "device " + platform::Utf16ToUtf8(peer.name) + " " +
-                     platform::Utf16ToUtf8(peer.id) + (peer.present ? "" : ", absent") +
-                     (peer.paired ? ", paired" : "") + ", appears " +
-                     std::to_string(peer.appearMs) + " pairs " + std::to_string(peer.pairMs) +
-                     " opens " + std::to_string(peer.openMs) + " ms";
+  std::string text =
+      "device " + platform::Utf16ToUtf8(peer.name) + " " + platform::Utf16ToUtf8(peer.id) +
+      (peer.present ? "" : ", absent") + (peer.paired ? ", paired" : "") + ", appears " +
+      std::to_string(peer.appearMs) + " pairs " + std::to_string(peer.pairMs) + " opens " +
+      std::to_string(peer.openMs) + " ms, answers a share of " + std::to_string(peer.echoShare) +
+      Tell(peer.pairings, "a pairing") + Tell(peer.openings, "an opening");
   for (const simulated::ScriptStep& step : peer.script) {
-    text += "; at " + std::to_string(step.atMs) + " ms act " +
-            std::to_string(static_cast<int>(step.act));
+    text += Tell(step);
   }
   return text;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <regex>
 
 namespace lanvoss::search {
@@ -15,6 +16,7 @@ std::optional<Reaction> Witness::OnNotify(const std::string& kind, const std::st
   if (kind == "info") {
     infos_.push_back(message);
     Learn(message);
+    FollowWaits(message);
   } else if (kind == "deviceip") {
     ++linkUps_;
   }
@@ -35,6 +37,43 @@ void Witness::Learn(const std::string& info) {
   if (const std::string wrong = CheckLine(info); !wrong.empty()) {
     violations_.push_back(wrong);
   }
+}
+
+// The calling thread's innermost operation, or the end. The lock must be held.
+std::vector<Witness::Wait>::iterator Witness::OwnWait() {
+  const auto own = std::find_if(waits_.rbegin(), waits_.rend(), [](const Wait& wait) {
+    return wait.thread == std::this_thread::get_id();
+  });
+  return own == waits_.rend() ? waits_.end() : std::prev(own.base());
+}
+
+// The lock must be held.
+void Witness::FollowWaits(const std::string& info) {
+  const auto own = OwnWait();
+  if (own != waits_.end() && BeginsWait(info)) {
+    own->begunAt = time_.Clock();
+  } else if (EndsWaits(info)) {
+    for (Wait& wait : waits_) {
+      if (wait.thread != std::this_thread::get_id() && wait.begunAt && !wait.signalledAt) {
+        wait.signalledAt = time_.Clock();
+      }
+    }
+  }
+}
+
+void Witness::OnOperationBegins() {
+  const std::lock_guard lock(mutex_);
+  waits_.push_back({.thread = std::this_thread::get_id()});
+}
+
+std::string Witness::OnOperationEnds() {
+  const std::lock_guard lock(mutex_);
+  const auto own = OwnWait();
+  const Wait wait = *own;
+  waits_.erase(own);
+  return wait.signalledAt
+             ? CheckRelease(time_.Clock() - *wait.begunAt, *wait.signalledAt - *wait.begunAt)
+             : std::string();
 }
 
 void Witness::OnObjectBegins() {

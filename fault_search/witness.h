@@ -6,6 +6,8 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "backends/simulated/virtual_time.h"
 #include "invariants.h"
@@ -37,13 +39,28 @@ class Witness {
   Lines InfosSince(std::size_t count) const;
   std::size_t InfoCount() const;
   unsigned LinkUps() const;
+
+  // The calling thread's operation may have to wait for the end of an attempt. From the end of it
+  // comes what was wrong with the wait, or nothing.
+  void OnOperationBegins();
+  std::string OnOperationEnds();
+
   // Names by id, as the log told of them.
   std::map<std::string, std::string> Devices() const;
   Lines Violations() const;
   Lines Events() const;
 
  private:
+  // A thread inside an operation, that may wait for the end of an attempt.
+  struct Wait {
+    std::thread::id thread;
+    std::optional<std::int32_t> begunAt = {};
+    std::optional<std::int32_t> signalledAt = {};
+  };
+
   void Learn(const std::string& info);
+  void FollowWaits(const std::string& info);
+  std::vector<Wait>::iterator OwnWait();
 
   const Story& story_;
   simulated::VirtualTime& time_;
@@ -57,6 +74,7 @@ class Witness {
   Lines events_;
   Lines violations_;
   std::map<std::string, std::string> devices_;
+  std::vector<Wait> waits_;  // of operations inside another's callback too
 };
 
 }  // namespace lanvoss::search

@@ -8,7 +8,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "watcher/limits.h"
+#include "host_loop.h"
+#include "worst_case.h"
 
 namespace lanvoss::nth {
 namespace {
@@ -25,18 +26,12 @@ constexpr std::int32_t kOpenMs = 400;
 constexpr std::uint32_t kSettleMs = 5'000;
 
 // The longest that each operation may block, in milliseconds.
-constexpr std::int32_t kAtOnceMs = 0;
-constexpr std::int32_t kStartBoundMs = kStartLimitMs + std::int32_t{kStartPauseMs};
-constexpr std::int32_t kStopBoundMs = kStopTries * std::int32_t{kStopWaitMs + kStopPauseMs};
-constexpr std::int32_t kCloseBoundMs = kCloseTries * std::int32_t{kCloseWaitMs};
-constexpr std::int32_t kProbeBoundMs = kEchoTries * std::int32_t{kEchoTimeoutMs};
-// A connection on the caller's thread, or in a handler that the destruction waits for.
-constexpr std::int32_t kConnectBoundMs = std::int32_t{kUnpairWaitMs} + kPairMs +
-                                         std::int32_t{kPairingFailedPauseMs} + kCloseBoundMs +
-                                         kOpenTries * (kOpenMs + std::int32_t{kOpenPauseMs});
-constexpr std::int32_t kRequestBoundMs = std::int32_t{kDoneWaitMs};
-constexpr std::int32_t kPingCheckBoundMs = kProbeBoundMs + kConnectBoundMs + kRequestBoundMs;
-constexpr std::int32_t kDestructionBoundMs = kStopBoundMs + kConnectBoundMs;
+constexpr std::int64_t kAtOnceMs = 0;
+constexpr std::int64_t kConnectBoundMs = worst_case::ConnectMs(kPairMs, kOpenMs);
+constexpr std::int64_t kPingCheckBoundMs =
+    worst_case::kProbeMs + kConnectBoundMs + worst_case::kDoneMs;
+// A connection may run in a handler, which the destruction waits for.
+constexpr std::int64_t kDestructionBoundMs = worst_case::kStopMs + kConnectBoundMs;
 
 // The simulation copies the product's handlers on the thread of its agenda. What that allocates
 // looks like the product's, but a platform holds handlers by reference. No handler runs there.
@@ -163,9 +158,9 @@ void World::Close() {
 void World::Recover() {
   while (result_.requests < kMostRequests) {
     ++result_.requests;
-    isDeadAndKept_ = false;
+    infos_.clear();
     PingCheck();
-    if (isDeadAndKept_) {
+    if (IsDeadAndKept(infos_)) {
       DisConnect();
     }
     if (GetDeviceIp(kCameraName) == kAddress && camera_.LinksUp() == 1) {
@@ -201,10 +196,8 @@ void World::OnNotify(std::string kind, std::string message) {
   current->Require(current->mayNotify_, "notified although there is no object");
   if (kind == "watch") {
     current->loaded_.insert(message);
-  } else if (message.starts_with("(watch) ping done ret:0 ")) {
-    current->isDeadAndKept_ = true;
-  } else if (message.find("Re Pair... ") != std::string::npos) {
-    current->isDeadAndKept_ = false;
+  } else if (kind == "info") {
+    current->infos_.push_back(message);
   }
 }
 
@@ -214,16 +207,16 @@ void World::Do(simulated::Act act) {
 }
 
 void World::StartWatch(const std::string& name) {
-  Within("StartWatch", kStartBoundMs, [&] { lanvoss_->StartWatch(name); });
+  Within("StartWatch", worst_case::kStartMs, [&] { lanvoss_->StartWatch(name); });
 }
 void World::StopWatch() {
-  Within("StopWatch", kStopBoundMs, [&] { lanvoss_->StopWatch(); });
+  Within("StopWatch", worst_case::kStopMs, [&] { lanvoss_->StopWatch(); });
 }
 void World::AbortConnect() {
   Within("AbortConnect", kAtOnceMs, [&] { lanvoss_->AbortConnect(""); });
 }
 void World::DisConnect() {
-  Within("DisConnect", kCloseBoundMs, [&] { lanvoss_->DisConnect(""); });
+  Within("DisConnect", worst_case::kCloseMs, [&] { lanvoss_->DisConnect(""); });
 }
 void World::Unpair(const std::string& name) {
   Within("Unpair", kAtOnceMs, [&] { lanvoss_->Unpair(name); });
@@ -234,15 +227,15 @@ void World::PingCheck() {
 
 std::string World::GetDeviceIp(const std::string& request) {
   const bool isDirect = request.starts_with('\n');
-  const std::int32_t boundMs =
-      kRequestBoundMs + (isDirect ? kConnectBoundMs : std::atoi(request.c_str()));
+  const std::int64_t boundMs =
+      worst_case::kDoneMs + (isDirect ? kConnectBoundMs : std::atoi(request.c_str()));
   std::string address;
   Within("GetDeviceIp", boundMs, [&] { address = lanvoss_->GetDeviceIp(request); });
   return address;
 }
 
 // Runs an operation. What leaves it is what was planted, and it comes in time.
-void World::Within(const char* operation, std::int32_t boundMs, const std::function<void()>& body) {
+void World::Within(const char* operation, std::int64_t boundMs, const std::function<void()>& body) {
   std::printf("== %s\n", operation);
   const std::int32_t begun = time_->Clock();
   std::string thrown;

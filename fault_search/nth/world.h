@@ -9,6 +9,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "backends/simulated/neighbourhood.h"
 #include "backends/simulated/virtual_time.h"
@@ -70,7 +71,7 @@ class World {
   void Recover();
   void MeetNewcomer();
   void CheckCache();
-  void Within(const char* operation, std::int32_t boundMs, const std::function<void()>& body);
+  void Within(const char* operation, std::int64_t boundMs, const std::function<void()>& body);
   void Require(bool holds, const std::string& what);
 
   const Plan plan_;
@@ -79,10 +80,10 @@ class World {
   simulated::Neighbourhood air_;
   const simulated::PeerHandle camera_;
   std::shared_ptr<LanvossInterface> lanvoss_;
-  bool isPlanted_ = true;         // else nothing may fail any more
-  bool mayNotify_ = false;        // there is an object
-  bool isDeadAndKept_ = false;    // what the latest check said of the link
-  std::set<std::string> loaded_;  // the devices that the latest object knew from its cache
+  bool isPlanted_ = true;           // else nothing may fail any more
+  bool mayNotify_ = false;          // there is an object
+  std::vector<std::string> infos_;  // the lines logged since the latest check began
+  std::set<std::string> loaded_;    // the devices that the latest object knew from its cache
   Result result_;
 };
 

@@ -33,6 +33,7 @@ struct PeerState {
   bool pairing = false;  // a ceremony is under way
   unsigned pairings = 0;
   unsigned openRequests = 0;
+  unsigned linksOpened = 0;
   unsigned echoRequests = 0;
   PairingRequest latestPairing = {};
 };

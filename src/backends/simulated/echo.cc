@@ -156,6 +156,9 @@ class EchoSystem final : public platform::System {
     if (!air_->CurrentHabits().simulatesEcho) {
       return beneath_->OpenIcmpSocket();
     }
+    if (!air_->faults.Pass(Call::kOpenIcmpSocket)) {
+      return nullptr;
+    }
     return std::make_unique<SimulatedIcmpSocket>(air_);
   }
 

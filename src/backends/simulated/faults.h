@@ -1,5 +1,5 @@
-// Lets any call across the seam to the radio fail on demand: the n-th, all from the n-th on, or a
-// share of them.
+// Lets any call across the seam to the radio fail on demand, and the opening of an ICMP socket: the
+// n-th, all from the n-th on, or a share of them.
 #pragma once
 
 #include <cstdint>
@@ -44,6 +44,8 @@ enum class Call {
   kHostNameOf,
   kDisplayName,
   kDeviceClose,
+  // Of the system beneath, which can give none and raises nothing.
+  kOpenIcmpSocket,
 };
 
 struct Failure {

@@ -55,6 +55,7 @@ void PeerHandle::Do(Act act, std::u16string newName) const {
 bool PeerHandle::IsPaired() const { return air_->StateOf(index_).peer.paired; }
 unsigned PeerHandle::Pairings() const { return air_->StateOf(index_).pairings; }
 unsigned PeerHandle::OpenRequests() const { return air_->StateOf(index_).openRequests; }
+unsigned PeerHandle::LinksOpened() const { return air_->StateOf(index_).linksOpened; }
 PairingRequest PeerHandle::LatestPairing() const { return air_->StateOf(index_).latestPairing; }
 std::string PeerHandle::Id() const { return platform::Utf16ToUtf8(air_->StateOf(index_).peer.id); }
 unsigned PeerHandle::LinksUp() const {

@@ -51,6 +51,7 @@ class PeerHandle {
   bool IsPaired() const;
   unsigned Pairings() const;      // pairings begun
   unsigned OpenRequests() const;  // open requests begun
+  unsigned LinksOpened() const;   // open requests that gave a link
   unsigned LinksUp() const;       // links to it that are up now
   PairingRequest LatestPairing() const;
   std::string Id() const;  // in UTF-8

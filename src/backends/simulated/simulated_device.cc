@@ -149,6 +149,7 @@ std::shared_ptr<platform::WiFiDirectDevice> Open(const std::shared_ptr<Air>& air
     return nullptr;
   }
   auto device = std::make_shared<SimulatedDevice>(air, index);
+  air->Update(index, [](PeerState& state) { ++state.linksOpened; });
   air->Register(device);
   return device;
 }
