@@ -68,15 +68,20 @@ std::string CDeviceWatcherWinRT::CachePath(std::string directory) {
 // What construction built up, in the order of destruction. After it no handler touches the object.
 void CDeviceWatcherWinRT::Release() {
   if (deviceWatcher != nullptr) {
-    try {
-      deviceWatcher->RevokeAdded(tokAdded);
-      deviceWatcher->RevokeRemoved(tokRemoved);
-      deviceWatcher->RevokeUpdated(tokUpdated);
-      deviceWatcher->RevokeEnumerationCompleted(tokEnumCompleted);
-      deviceWatcher->RevokeStopped(tokStopped);
-    } catch (...) {
-      // Nobody to tell. The gate keeps out what a subscription that stayed would still bring.
-    }
+    // Each by itself, so that one that fails leaves the others. There is nobody to tell; the gate
+    // keeps out what a subscription that stayed would still bring.
+    const auto revoke = [this](auto how, platform::EventToken token) {
+      try {
+        ((*deviceWatcher).*how)(token);
+      } catch (...) {
+      }
+    };
+    using Watcher = platform::DeviceWatcher;
+    revoke(&Watcher::RevokeAdded, tokAdded);
+    revoke(&Watcher::RevokeRemoved, tokRemoved);
+    revoke(&Watcher::RevokeUpdated, tokUpdated);
+    revoke(&Watcher::RevokeEnumerationCompleted, tokEnumCompleted);
+    revoke(&Watcher::RevokeStopped, tokStopped);
   }
   gate->Close();
   deviceWatcher.reset();
