@@ -128,7 +128,7 @@ class Player {
     Plant();
     Make();
     air_.After(kScriptsEndMs, [this] { air_.ReleaseHangs(); });
-    std::vector<std::unique_ptr<simulated::Thread>> hosts;
+    std::vector<std::unique_ptr<events::Thread>> hosts;
     for (const std::vector<Step>& steps : story_.hosts) {
       hosts.push_back(time_->Start("host", [this, &steps] {
         for (const Step& step : steps) {

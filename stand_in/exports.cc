@@ -34,7 +34,7 @@ HRESULT GetFactory(HSTRING className, IActivationFactory** factory) {
 
 }  // namespace
 
-void Use(std::shared_ptr<platform::WiFiDirect> radio, std::shared_ptr<simulated::Threads> threads) {
+void Use(std::shared_ptr<platform::WiFiDirect> radio, std::shared_ptr<events::Threads> threads) {
   BeginSession(std::move(radio), std::move(threads));
 }
 

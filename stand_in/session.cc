@@ -21,7 +21,7 @@ program::Scenario OwnScenario() {
 
 std::unique_ptr<Session> OwnNeighbourhood() {
   const program::Scenario scenario = OwnScenario();
-  auto threads = simulated::RealThreads();
+  auto threads = events::RealThreads();
   simulated::Neighbourhood air(windows::CreateSystem(), threads, scenario.habits, scenario.seed);
   for (const simulated::Peer& peer : scenario.peers) {
     air.Add(peer);
@@ -51,7 +51,7 @@ Session& Enter(Stage& stage, std::unique_ptr<Session> session) {
 }  // namespace
 
 Session::Session(std::shared_ptr<platform::WiFiDirect> radio,
-                 std::shared_ptr<simulated::Threads> threads)
+                 std::shared_ptr<events::Threads> threads)
     : radio_(std::move(radio)), threads_(std::move(threads)) {}
 
 std::shared_ptr<platform::WiFiDirect> Session::Radio() {
@@ -65,7 +65,7 @@ void Session::Keep(std::unique_ptr<Shell> shell) {
 }
 
 void Session::StartThread(std::string name, std::function<void()> body) {
-  std::shared_ptr<simulated::Threads> threads;
+  std::shared_ptr<events::Threads> threads;
   {
     const std::lock_guard lock(mutex_);
     threads = threads_;
@@ -81,7 +81,7 @@ void Session::AddFault(std::string fault) {
 }
 
 void Session::JoinThreads() {
-  std::vector<std::unique_ptr<simulated::Thread>> running;
+  std::vector<std::unique_ptr<events::Thread>> running;
   const std::lock_guard lock(mutex_);
   running.swap(running_);
 }
@@ -103,7 +103,7 @@ Ledger Session::Finish() {
     leaked->Abandon();
   }
   std::shared_ptr<platform::WiFiDirect> radio;
-  std::shared_ptr<simulated::Threads> threads;
+  std::shared_ptr<events::Threads> threads;
   {
     const std::lock_guard lock(mutex_);
     radio.swap(radio_);
@@ -118,7 +118,7 @@ Ledger Session::Finish() {
 }
 
 void BeginSession(std::shared_ptr<platform::WiFiDirect> radio,
-                  std::shared_ptr<simulated::Threads> threads) {
+                  std::shared_ptr<events::Threads> threads) {
   Stage& stage = TheStage();
   const std::lock_guard lock(stage.mutex);
   Enter(stage, std::make_unique<Session>(std::move(radio), std::move(threads)));

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "backends/simulated/threads.h"
+#include "backends/events/threads.h"
 #include "backends/windows/com_pointer.h"
 #include "object.h"
 #include "platform/wifi_direct.h"
@@ -20,7 +20,7 @@ namespace lanvoss::stand_in {
 // A session is never destroyed: what somebody failed to release may still be called after its end.
 class Session {
  public:
-  Session(std::shared_ptr<platform::WiFiDirect> radio, std::shared_ptr<simulated::Threads> threads);
+  Session(std::shared_ptr<platform::WiFiDirect> radio, std::shared_ptr<events::Threads> threads);
 
   // The radio; none once the session has ended.
   std::shared_ptr<platform::WiFiDirect> Radio();
@@ -57,15 +57,15 @@ class Session {
 
   std::mutex mutex_;  // guards everything below
   std::shared_ptr<platform::WiFiDirect> radio_;
-  std::shared_ptr<simulated::Threads> threads_;
-  std::vector<std::unique_ptr<simulated::Thread>> running_;
+  std::shared_ptr<events::Threads> threads_;
+  std::vector<std::unique_ptr<events::Thread>> running_;
   std::vector<std::unique_ptr<Shell>> shells_;  // the dead among them wait for the end
   std::vector<std::string> faults_;
 };
 
 // Starts a session, which is the current one from now on.
 void BeginSession(std::shared_ptr<platform::WiFiDirect> radio,
-                  std::shared_ptr<simulated::Threads> threads);
+                  std::shared_ptr<events::Threads> threads);
 // The current session; the process's own neighbourhood when there never was one. Raises when the
 // last one has ended.
 Session& CurrentSession();

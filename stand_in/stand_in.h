@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "backends/simulated/threads.h"
+#include "backends/events/threads.h"
 #include "platform/wifi_direct.h"
 
 #ifdef LANVOSS_STAND_IN_BUILD
@@ -39,7 +39,7 @@ struct Ledger {
 // From now on the classes stand on this radio. The threads of asynchronous operations come from
 // `threads`.
 LANVOSS_STAND_IN_API void Use(std::shared_ptr<platform::WiFiDirect> radio,
-                              std::shared_ptr<simulated::Threads> threads);
+                              std::shared_ptr<events::Threads> threads);
 
 // Waits for the asynchronous operations to end, drops the radio, and tells what was seen. The
 // library must have let go of everything: what is still referenced counts as leaked.

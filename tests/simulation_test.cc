@@ -36,7 +36,7 @@ TEST(VirtualTime, TheSeedDecidesWhoIsNext) {
     const auto time = VirtualTime::Seeded(seed);
     std::string names;
     {
-      std::vector<std::unique_ptr<simulated::Thread>> threads;
+      std::vector<std::unique_ptr<events::Thread>> threads;
       for (const char name : {'a', 'b', 'c'}) {
         threads.push_back(time->Start({name}, [&names, name, &time] {
           for (int i = 0; i < 5; ++i) {

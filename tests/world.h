@@ -93,7 +93,7 @@ class World : public testing::Test {
   // Lets time pass.
   void Pass(std::uint32_t milliseconds) { time->Sleep(milliseconds); }
   // Runs a host thread; the returned handle waits for it.
-  std::unique_ptr<simulated::Thread> Host(std::function<void()> body) {
+  std::unique_ptr<events::Thread> Host(std::function<void()> body) {
     return time->Start("host", std::move(body));
   }
   Duration TimeOf(const std::function<void()>& operation);

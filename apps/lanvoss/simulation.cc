@@ -3,9 +3,9 @@
 #include <optional>
 #include <utility>
 
+#include "backends/events/threads.h"
 #include "backends/simulated/demo.h"
 #include "backends/simulated/neighbourhood.h"
-#include "backends/simulated/threads.h"
 
 namespace lanvoss::program {
 namespace {
@@ -27,7 +27,7 @@ bool IsSimulationWanted() { return WantedScenario().has_value(); }
 
 platform::Platform SimulatedPlatform(std::shared_ptr<platform::System> system) {
   const Scenario scenario = WantedScenario().value_or(BuiltInScenario());
-  simulated::Neighbourhood air(std::move(system), simulated::RealThreads(), scenario.habits,
+  simulated::Neighbourhood air(std::move(system), events::RealThreads(), scenario.habits,
                                scenario.seed);
   for (const simulated::Peer& peer : scenario.peers) {
     air.Add(peer);

@@ -35,12 +35,11 @@ constexpr std::int64_t kDestructionBoundMs = worst_case::kStopMs + kConnectBound
 
 // The simulation copies the product's handlers on the thread of its agenda. What that allocates
 // looks like the product's, but a platform holds handlers by reference. No handler runs there.
-class ExemptAgenda final : public simulated::Threads {
+class ExemptAgenda final : public events::Threads {
  public:
-  explicit ExemptAgenda(std::shared_ptr<simulated::Threads> threads)
-      : threads_(std::move(threads)) {}
+  explicit ExemptAgenda(std::shared_ptr<events::Threads> threads) : threads_(std::move(threads)) {}
 
-  std::unique_ptr<simulated::Thread> Start(std::string name, std::function<void()> body) override {
+  std::unique_ptr<events::Thread> Start(std::string name, std::function<void()> body) override {
     if (name == "agenda") {
       body = [run = std::move(body)] {
         ExemptThisThread();
@@ -51,7 +50,7 @@ class ExemptAgenda final : public simulated::Threads {
   }
 
  private:
-  const std::shared_ptr<simulated::Threads> threads_;
+  const std::shared_ptr<events::Threads> threads_;
 };
 
 // The host's callback is a plain function, so the world it belongs to has to be found.

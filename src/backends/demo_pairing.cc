@@ -7,7 +7,7 @@
 namespace lanvoss::platform {
 
 Platform CreatePlatform() {
-  simulated::Neighbourhood air(posix::CreateSystem(), simulated::RealThreads(),
+  simulated::Neighbourhood air(posix::CreateSystem(), events::RealThreads(),
                                simulated::DemoHabits());
   for (simulated::Peer& peer : simulated::DemoPeers()) {
     air.Add(std::move(peer));

@@ -33,7 +33,7 @@ struct Agenda::Entries {
   }
 };
 
-Agenda::Agenda(std::shared_ptr<platform::System> system, Threads& threads)
+Agenda::Agenda(std::shared_ptr<platform::System> system, events::Threads& threads)
     : entries_(std::make_shared<Entries>(std::move(system))),
       thread_(threads.Start("agenda", [entries = entries_] { entries->Run(); })) {}
 

@@ -5,14 +5,14 @@
 #include <functional>
 #include <memory>
 
-#include "backends/simulated/threads.h"
+#include "backends/events/threads.h"
 #include "platform/system.h"
 
 namespace lanvoss::simulated {
 
 class Agenda {
  public:
-  Agenda(std::shared_ptr<platform::System> system, Threads& threads);
+  Agenda(std::shared_ptr<platform::System> system, events::Threads& threads);
   // What has not happened yet never will. Waits for the action that runs, unless called by it.
   ~Agenda();
 
@@ -24,7 +24,7 @@ class Agenda {
   struct Entries;
 
   const std::shared_ptr<Entries> entries_;
-  const std::unique_ptr<Thread> thread_;
+  const std::unique_ptr<events::Thread> thread_;
 };
 
 }  // namespace lanvoss::simulated

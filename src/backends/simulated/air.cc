@@ -27,8 +27,8 @@ void ForgetTheDead(std::vector<std::weak_ptr<Object>>& objects) {
 
 }  // namespace
 
-Air::Air(std::shared_ptr<platform::System> owner, std::shared_ptr<Threads> threads, Habits habits,
-         std::uint64_t seed)
+Air::Air(std::shared_ptr<platform::System> owner, std::shared_ptr<events::Threads> threads,
+         Habits habits, std::uint64_t seed)
     : system(std::move(owner)),
       faults(seed),
       hangsReleased_(system->CreateManualResetEvent(false)),

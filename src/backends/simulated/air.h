@@ -13,12 +13,12 @@
 #include <utility>
 #include <vector>
 
+#include "backends/events/courier.h"
+#include "backends/events/threads.h"
 #include "backends/simulated/agenda.h"
-#include "backends/simulated/courier.h"
 #include "backends/simulated/faults.h"
 #include "backends/simulated/neighbourhood.h"
 #include "backends/simulated/peer.h"
-#include "backends/simulated/threads.h"
 #include "platform/platform.h"
 
 namespace lanvoss::simulated {
@@ -40,8 +40,8 @@ struct PeerState {
 
 class Air : public std::enable_shared_from_this<Air> {
  public:
-  Air(std::shared_ptr<platform::System> owner, std::shared_ptr<Threads> threads, Habits habits,
-      std::uint64_t seed);
+  Air(std::shared_ptr<platform::System> owner, std::shared_ptr<events::Threads> threads,
+      Habits habits, std::uint64_t seed);
 
   // ---- What happens to the devices
   std::size_t Add(Peer peer);
@@ -72,7 +72,7 @@ class Air : public std::enable_shared_from_this<Air> {
   // Sends `handler(sender, args...)` to each subscriber, on a thread of the courier's. The sender
   // and what the handlers hold are released on that thread.
   template <typename Handlers, typename Invoke>
-  void Raise(const std::shared_ptr<Lane>& lane, Handlers handlers, Invoke invoke) {
+  void Raise(const std::shared_ptr<events::Lane>& lane, Handlers handlers, Invoke invoke) {
     const auto own = CurrentHabits().handlersOverlap ? nullptr : lane;
     for (auto& handler : handlers) {
       courier.Send(own, [air = shared_from_this(), handler = std::move(handler), invoke] {
@@ -119,7 +119,7 @@ class Air : public std::enable_shared_from_this<Air> {
 
  public:
   // Last, so that their threads end before the rest goes.
-  Courier courier;
+  events::Courier courier;
   Agenda agenda;
 };
 

@@ -65,7 +65,8 @@ unsigned PeerHandle::LinksUp() const {
 }
 
 Neighbourhood::Neighbourhood(std::shared_ptr<platform::System> system,
-                             std::shared_ptr<Threads> threads, Habits habits, std::uint64_t seed)
+                             std::shared_ptr<events::Threads> threads, Habits habits,
+                             std::uint64_t seed)
     : air_(std::make_shared<Air>(std::move(system), std::move(threads), habits, seed)) {}
 
 Neighbourhood::~Neighbourhood() = default;

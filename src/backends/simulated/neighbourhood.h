@@ -17,9 +17,9 @@
 #include <memory>
 #include <string>
 
+#include "backends/events/threads.h"
 #include "backends/simulated/faults.h"
 #include "backends/simulated/peer.h"
-#include "backends/simulated/threads.h"
 #include "platform/platform.h"
 
 namespace lanvoss::simulated {
@@ -64,7 +64,7 @@ class PeerHandle {
 class Neighbourhood {
  public:
   // `seed` decides the faults that come by chance and the echoes that are answered.
-  Neighbourhood(std::shared_ptr<platform::System> system, std::shared_ptr<Threads> threads,
+  Neighbourhood(std::shared_ptr<platform::System> system, std::shared_ptr<events::Threads> threads,
                 Habits habits = {}, std::uint64_t seed = 1);
   // The neighbourhood itself lives, and its script runs, as long as this or anything of its radio
   // is held.

@@ -6,8 +6,8 @@
 #include <memory>
 #include <mutex>
 
+#include "backends/events/event_source.h"
 #include "backends/simulated/air.h"
-#include "backends/simulated/event_source.h"
 
 namespace lanvoss::simulated {
 
@@ -33,11 +33,11 @@ class SimulatedDevice final : public platform::WiFiDirectDevice,
   void RaiseStatus();
 
   const std::size_t index_;
-  const std::shared_ptr<Lane> lane_;
+  const std::shared_ptr<events::Lane> lane_;
 
   std::mutex mutex_;  // guards everything below
   bool up_ = true;
-  EventSource<platform::PlainHandler<platform::WiFiDirectDevice>> statusChanged_;
+  events::EventSource<platform::PlainHandler<platform::WiFiDirectDevice>> statusChanged_;
 };
 
 // Asks for a link to the device with this id. Blocks as the platform does; may be none.

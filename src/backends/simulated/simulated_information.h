@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "backends/events/event_source.h"
 #include "backends/simulated/air.h"
-#include "backends/simulated/event_source.h"
 
 namespace lanvoss::simulated {
 
@@ -69,10 +69,10 @@ class SimulatedCustomPairing final : public platform::DeviceInformationCustomPai
   bool AskHandlers(platform::DevicePairingKinds ceremony);
 
   const std::size_t index_;
-  const std::shared_ptr<Lane> lane_;
+  const std::shared_ptr<events::Lane> lane_;
 
   std::mutex mutex_;  // guards everything below
-  EventSource<PairingRequestedHandler> requested_;
+  events::EventSource<PairingRequestedHandler> requested_;
 };
 
 class SimulatedParameters final : public platform::WiFiDirectConnectionParameters, public Counted {

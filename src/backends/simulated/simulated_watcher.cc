@@ -146,12 +146,13 @@ void SimulatedWatcher::Report(std::size_t index) {
              [self, info](const AddedHandler& handler) { handler(*self, info); });
 }
 
-void SimulatedWatcher::RaisePlain(const EventSource<PassHandler>& source) {
+void SimulatedWatcher::RaisePlain(const events::EventSource<PassHandler>& source) {
   air->Raise(lane_, source.Subscribers(),
              [self = shared_from_this()](const PassHandler& handler) { handler(*self); });
 }
 
-void SimulatedWatcher::RaiseUpdate(const EventSource<UpdateHandler>& source, std::size_t index) {
+void SimulatedWatcher::RaiseUpdate(const events::EventSource<UpdateHandler>& source,
+                                   std::size_t index) {
   const auto update =
       std::make_shared<SimulatedInformationUpdate>(air, air->StateOf(index).peer.id);
   air->Raise(lane_, source.Subscribers(),
@@ -159,43 +160,5 @@ void SimulatedWatcher::RaiseUpdate(const EventSource<UpdateHandler>& source, std
                handler(*self, *update);
              });
 }
-
-template <typename Handler>
-platform::EventToken SimulatedWatcher::Subscribe(EventSource<Handler>& source, Handler handler) {
-  air->faults.Pass(Call::kWatcherSubscribe);
-  const std::lock_guard lock(mutex_);
-  return source.Subscribe(std::move(handler));
-}
-
-template <typename Handler>
-void SimulatedWatcher::Revoke(EventSource<Handler>& source, platform::EventToken token) {
-  air->faults.Pass(Call::kWatcherRevoke);
-  Handler revoked;  // released after the lock
-  const std::lock_guard lock(mutex_);
-  revoked = source.Revoke(token);
-}
-
-platform::EventToken SimulatedWatcher::Added(AddedHandler handler) {
-  return Subscribe(added_, std::move(handler));
-}
-platform::EventToken SimulatedWatcher::Removed(UpdateHandler handler) {
-  return Subscribe(removed_, std::move(handler));
-}
-platform::EventToken SimulatedWatcher::Updated(UpdateHandler handler) {
-  return Subscribe(updated_, std::move(handler));
-}
-platform::EventToken SimulatedWatcher::EnumerationCompleted(PassHandler handler) {
-  return Subscribe(completed_, std::move(handler));
-}
-platform::EventToken SimulatedWatcher::Stopped(PassHandler handler) {
-  return Subscribe(stopped_, std::move(handler));
-}
-void SimulatedWatcher::RevokeAdded(platform::EventToken token) { Revoke(added_, token); }
-void SimulatedWatcher::RevokeRemoved(platform::EventToken token) { Revoke(removed_, token); }
-void SimulatedWatcher::RevokeUpdated(platform::EventToken token) { Revoke(updated_, token); }
-void SimulatedWatcher::RevokeEnumerationCompleted(platform::EventToken token) {
-  Revoke(completed_, token);
-}
-void SimulatedWatcher::RevokeStopped(platform::EventToken token) { Revoke(stopped_, token); }
 
 }  // namespace lanvoss::simulated

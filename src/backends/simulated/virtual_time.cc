@@ -244,7 +244,7 @@ class VirtualTime::TimedEvent final : public platform::Event {
   bool set_;  // guarded by the scheduler's mutex
 };
 
-class VirtualTime::TimedThread final : public Thread {
+class VirtualTime::TimedThread final : public events::Thread {
  public:
   TimedThread(Scheduler& scheduler, std::string name, std::function<void()> body)
       : ended_(std::make_shared<TimedEvent>(scheduler, false)),
@@ -370,7 +370,7 @@ std::optional<platform::Ipv4Address> VirtualTime::ResolveHost(const std::string&
   return address;
 }
 
-std::unique_ptr<Thread> VirtualTime::Start(std::string name, std::function<void()> body) {
+std::unique_ptr<events::Thread> VirtualTime::Start(std::string name, std::function<void()> body) {
   return std::make_unique<TimedThread>(*scheduler_, std::move(name), std::move(body));
 }
 

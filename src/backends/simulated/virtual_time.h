@@ -16,7 +16,7 @@
 #include <optional>
 #include <string>
 
-#include "backends/simulated/threads.h"
+#include "backends/events/threads.h"
 #include "platform/system.h"
 
 namespace lanvoss::simulated {
@@ -26,7 +26,7 @@ enum class AnsiCodePage {
   kLatin1,  // one byte a character, '?' for what it lacks
 };
 
-class VirtualTime final : public platform::System, public Threads {
+class VirtualTime final : public platform::System, public events::Threads {
  public:
   static std::shared_ptr<VirtualTime> Seeded(std::uint64_t seed);
   static std::shared_ptr<VirtualTime> Free();
@@ -55,7 +55,7 @@ class VirtualTime final : public platform::System, public Threads {
   std::unique_ptr<platform::IcmpSocket> OpenIcmpSocket() override { return nullptr; }
 
   // Threads
-  std::unique_ptr<Thread> Start(std::string name, std::function<void()> body) override;
+  std::unique_ptr<events::Thread> Start(std::string name, std::function<void()> body) override;
 
  private:
   class Scheduler;

@@ -40,7 +40,7 @@ std::unique_ptr<platform::IcmpSocket> StageTime::OpenIcmpSocket() {
   return system_->OpenIcmpSocket();
 }
 
-std::unique_ptr<simulated::Thread> StageTime::Start(std::string name, std::function<void()> body) {
+std::unique_ptr<events::Thread> StageTime::Start(std::string name, std::function<void()> body) {
   return threads_->Start(std::move(name), std::move(body));
 }
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "backends/simulated/threads.h"
+#include "backends/events/threads.h"
 #include "backends/simulated/virtual_time.h"
 #include "platform/system.h"
 
@@ -13,7 +13,7 @@ namespace lanvoss::test {
 
 // The system itself. What a test cannot set in it fails the test, but for its clock: scenarios that
 // look at stamps, or at how long something took, are not for this stage.
-class StageTime final : public platform::System, public simulated::Threads {
+class StageTime final : public platform::System, public events::Threads {
  public:
   explicit StageTime(std::shared_ptr<platform::System> system);
 
@@ -34,11 +34,11 @@ class StageTime final : public platform::System, public simulated::Threads {
   std::optional<platform::Ipv4Address> ResolveHost(const std::string& host) override;
   std::unique_ptr<platform::IcmpSocket> OpenIcmpSocket() override;
 
-  std::unique_ptr<simulated::Thread> Start(std::string name, std::function<void()> body) override;
+  std::unique_ptr<events::Thread> Start(std::string name, std::function<void()> body) override;
 
  private:
   const std::shared_ptr<platform::System> system_;
-  const std::shared_ptr<simulated::Threads> threads_ = simulated::RealThreads();
+  const std::shared_ptr<events::Threads> threads_ = events::RealThreads();
 };
 
 std::shared_ptr<StageTime> NewTime();

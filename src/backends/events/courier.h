@@ -4,10 +4,10 @@
 #include <functional>
 #include <memory>
 
-#include "backends/simulated/threads.h"
+#include "backends/events/threads.h"
 #include "platform/system.h"
 
-namespace lanvoss::simulated {
+namespace lanvoss::events {
 
 // Events of one lane are delivered one after the other; different lanes run side by side.
 class Lane;
@@ -29,4 +29,4 @@ class Courier {
   const std::shared_ptr<Office> office_;
 };
 
-}  // namespace lanvoss::simulated
+}  // namespace lanvoss::events

@@ -8,7 +8,7 @@
 
 #include "platform/wifi_direct.h"
 
-namespace lanvoss::simulated {
+namespace lanvoss::events {
 
 // Not safe by itself: its owner locks it.
 template <typename Handler>
@@ -44,4 +44,4 @@ class EventSource {
   std::map<platform::EventToken, Handler> handlers_;
 };
 
-}  // namespace lanvoss::simulated
+}  // namespace lanvoss::events

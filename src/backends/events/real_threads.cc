@@ -1,9 +1,9 @@
 #include <thread>
 #include <utility>
 
-#include "backends/simulated/threads.h"
+#include "backends/events/threads.h"
 
-namespace lanvoss::simulated {
+namespace lanvoss::events {
 namespace {
 
 class RealThread final : public Thread {
@@ -32,4 +32,4 @@ class RealThreadsImpl final : public Threads {
 
 std::shared_ptr<Threads> RealThreads() { return std::make_shared<RealThreadsImpl>(); }
 
-}  // namespace lanvoss::simulated
+}  // namespace lanvoss::events

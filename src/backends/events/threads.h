@@ -1,4 +1,4 @@
-// Threads that a simulation starts. Whoever owns time must know them, so nothing here starts a
+// Threads that a backend starts. Whoever owns time must know them, so no simulation starts a
 // std::thread by itself.
 #pragma once
 
@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace lanvoss::simulated {
+namespace lanvoss::events {
 
 class Thread {
  public:
@@ -25,4 +25,4 @@ class Threads {
 // Ordinary threads in real time.
 std::shared_ptr<Threads> RealThreads();
 
-}  // namespace lanvoss::simulated
+}  // namespace lanvoss::events

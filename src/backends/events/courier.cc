@@ -1,11 +1,11 @@
-#include "backends/simulated/courier.h"
+#include "backends/events/courier.h"
 
 #include <deque>
 #include <mutex>
 #include <utility>
 #include <vector>
 
-namespace lanvoss::simulated {
+namespace lanvoss::events {
 
 class Lane {
  public:
@@ -129,4 +129,4 @@ std::function<void()> Courier::Office::Next(Worker& worker) {
   return deliver;
 }
 
-}  // namespace lanvoss::simulated
+}  // namespace lanvoss::events
