@@ -14,6 +14,9 @@
 namespace lanvoss::search {
 namespace {
 
+// The beginning of the line that tells of a new link.
+constexpr char kLinkUpText[] = "(watch) Devices connected on L2 layer";
+
 // The platform looks for a device that is not there for this long.
 constexpr std::int64_t kNobodyAnswersMs = 500;
 constexpr std::int64_t kOneOpenMs = kLongestLatencyMs + kNobodyAnswersMs;
@@ -99,9 +102,20 @@ std::string CheckAddress(const std::string& address, const std::vector<simulated
   return isKnown ? std::string() : "no link was opened that has the addresses " + address;
 }
 
+std::string CheckConnected(const std::string& info, bool& isDown) {
+  if (info.starts_with(kLinkUpText)) {
+    isDown = false;
+  } else if (info == "(watch) Connection status changed: Disconnected") {
+    isDown = true;
+  }
+  return isDown && info.find(" is Connected,return ip=") != std::string::npos
+             ? "called connected after the link went down: " + info
+             : std::string();
+}
+
 bool EndsWaits(const std::string& info) {
-  return info.starts_with("(watch) Devices connected on L2 layer") ||
-         info == "(watch) wfdDevice is null, return" || info == "(watch) Stop Watcher done" ||
+  return info.starts_with(kLinkUpText) || info == "(watch) wfdDevice is null, return" ||
+         info == "(watch) Stop Watcher done" ||
          info.starts_with("(watch) DeviceWatcher stopped. no Dev=");
 }
 
@@ -216,8 +230,7 @@ std::string CheckCounts(const Lines& log, const Counts& counts, bool failed) {
   const std::size_t stops =
       CountLines(log, "(watch) DeviceWatcher ok Dev=") +
       CountLines(log, "(watch) DeviceWatcher enumeration completed") +
-      CountLines(log, "(watch) Devices connected on L2 layer") +
-      CountLines(log, "(watch) wfdDevice is null, return") +
+      CountLines(log, kLinkUpText) + CountLines(log, "(watch) wfdDevice is null, return") +
       CountLines(log, "(watch) stop watch ok") + CountLines(log, "(watch) stop watch no") +
       CountLines(log, "(watch) Error StopWatch: ") + CountLines(log, "(watch) Start Watcher Err:");
   for (const std::string& wrong :

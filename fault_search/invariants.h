@@ -6,6 +6,7 @@
 //  - Whoever waits for the end of an attempt is released the moment that one ends, or the watcher
 //    was stopped.
 //  - An address text is empty, or the pair of addresses of a device to which a link was opened.
+//  - A link that was reported down is not called connected before another one was up.
 //  - Every stamped line is told to the host as "info", in the same order, and nothing else is.
 //  - The numbers in a line about a link agree with each other.
 //  - A request that waits out its time comes back empty, and when nothing fails any more an empty
@@ -40,6 +41,9 @@ std::string CheckWait(const Step& step, const std::string& address, std::int64_t
 // `inOrder`: threads did not run side by side.
 std::string CheckOutput(const std::string& printed, Lines infos, bool inOrder);
 std::string CheckLine(const std::string& info);
+// Follows what the log tells of the link: `isDown` is the state from line to line.
+std::string CheckConnected(const std::string& info, bool& isDown);
+
 // Whether this line comes with a signal to all that wait for the end of an attempt.
 bool EndsWaits(const std::string& info);
 // Whether the thread that logged this line waits for that from now on.

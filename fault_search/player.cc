@@ -87,7 +87,7 @@ class Player {
         free_(free),
         time_(free ? simulated::VirtualTime::Free() : simulated::VirtualTime::Seeded(story.seed)),
         air_(time_, time_, story.habits, story.seed),
-        witness_(story, *time_),
+        witness_(story, *time_, IsToldAtOnce()),
         random_(story.seed) {
     current = this;
     currentPlatform = {air_.System(), air_.Radio()};
@@ -368,7 +368,7 @@ class Player {
       witness_.Violate(MayThrow() ? "" : Tell(step) + " throws, although nothing failed");
     }
     witness_.Note(Tell(step) + " -> " + address);
-    CheckWaits();
+    witness_.Violate(witness_.OnOperationEnds());
     CheckCacheSoFar();
     witness_.Violate(CheckAddress(address, Opened()));
     const std::int64_t took = time_->Clock() - begun;
@@ -380,14 +380,6 @@ class Player {
     const std::lock_guard lock(mutex_);
     ++report_.operations;
     return address;
-  }
-
-  // A reaction would keep the signal back.
-  void CheckWaits() {
-    const std::string wrong = witness_.OnOperationEnds();
-    if (story_.reactions.empty() && !free_) {
-      witness_.Violate(wrong);
-    }
   }
 
   // While no thread of the library's runs, none is inside a write.
@@ -423,10 +415,17 @@ class Player {
   }
 
   // An object that got no watcher when it was made never has one.
-  bool MayLackWatcher() const {
-    return std::any_of(story_.faults.begin(), story_.faults.end(), [](const PlannedFault& fault) {
-      return fault.call == simulated::Call::kCreateWatcher;
-    });
+  bool MayLackWatcher() const { return HasFault(simulated::Call::kCreateWatcher); }
+
+  // Threads that run side by side, what the host does in a callback, or a late status of a device,
+  // comes between a step and its line.
+  bool IsToldAtOnce() const {
+    return !free_ && story_.reactions.empty() && !HasFault(simulated::Call::kConnectionStatus);
+  }
+
+  bool HasFault(simulated::Call call) const {
+    return std::any_of(story_.faults.begin(), story_.faults.end(),
+                       [call](const PlannedFault& fault) { return fault.call == call; });
   }
 
   // Whether something in the story raises exceptions. The wanted device fails in nothing by itself.

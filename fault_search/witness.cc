@@ -37,6 +37,9 @@ void Witness::Learn(const std::string& info) {
   if (const std::string wrong = CheckLine(info); !wrong.empty()) {
     violations_.push_back(wrong);
   }
+  if (const std::string wrong = CheckConnected(info, isDown_); !wrong.empty() && toldAtOnce_) {
+    violations_.push_back(wrong);
+  }
 }
 
 // The calling thread's innermost operation, or the end. The lock must be held.
@@ -71,7 +74,7 @@ std::string Witness::OnOperationEnds() {
   const auto own = OwnWait();
   const Wait wait = *own;
   waits_.erase(own);
-  return wait.signalledAt
+  return wait.signalledAt && toldAtOnce_
              ? CheckRelease(time_.Clock() - *wait.begunAt, *wait.signalledAt - *wait.begunAt)
              : std::string();
 }

@@ -17,7 +17,9 @@ namespace lanvoss::search {
 
 class Witness {
  public:
-  Witness(const Story& story, simulated::VirtualTime& time) : story_(story), time_(time) {}
+  // `toldAtOnce`: nothing can happen between a step of the library and its line.
+  Witness(const Story& story, simulated::VirtualTime& time, bool toldAtOnce)
+      : story_(story), time_(time), toldAtOnce_(toldAtOnce) {}
 
   // What the host is told, and what it then does in its callback.
   std::optional<Reaction> OnNotify(const std::string& kind, const std::string& message);
@@ -64,12 +66,14 @@ class Witness {
 
   const Story& story_;
   simulated::VirtualTime& time_;
+  const bool toldAtOnce_;
   mutable std::mutex mutex_;  // guards everything below
   int objects_ = 0;           // that live, or are being made
   unsigned notifications_ = 0;
   bool reacts_ = true;
   std::int64_t excusedMs_ = 0;
   unsigned linkUps_ = 0;
+  bool isDown_ = false;  // the latest that was told of a link
   Lines infos_;
   Lines events_;
   Lines violations_;
