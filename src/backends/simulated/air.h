@@ -13,9 +13,9 @@
 #include <utility>
 #include <vector>
 
+#include "backends/events/agenda.h"
 #include "backends/events/courier.h"
 #include "backends/events/threads.h"
-#include "backends/simulated/agenda.h"
 #include "backends/simulated/faults.h"
 #include "backends/simulated/neighbourhood.h"
 #include "backends/simulated/peer.h"
@@ -120,7 +120,7 @@ class Air : public std::enable_shared_from_this<Air> {
  public:
   // Last, so that their threads end before the rest goes.
   events::Courier courier;
-  Agenda agenda;
+  events::Agenda agenda;
 };
 
 // What the `begun`-th request, counted from 1, comes to; success when the list is used up.

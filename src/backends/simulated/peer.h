@@ -6,12 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "backends/events/agenda.h"
 #include "platform/wifi_direct.h"
 
 namespace lanvoss::simulated {
 
 // As a duration: it does not happen.
-inline constexpr std::uint32_t kNever = 0xFFFFFFFF;
+using events::kNever;
 
 // Longer than anybody waits for an echo.
 inline constexpr std::uint32_t kLateMs = 3'100;

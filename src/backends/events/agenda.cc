@@ -1,12 +1,10 @@
-#include "backends/simulated/agenda.h"
+#include "backends/events/agenda.h"
 
 #include <map>
 #include <mutex>
 #include <utility>
 
-#include "backends/simulated/peer.h"
-
-namespace lanvoss::simulated {
+namespace lanvoss::events {
 
 // Shared with the thread, which outlives the Agenda when one of its actions destroys it.
 struct Agenda::Entries {
@@ -33,7 +31,7 @@ struct Agenda::Entries {
   }
 };
 
-Agenda::Agenda(std::shared_ptr<platform::System> system, events::Threads& threads)
+Agenda::Agenda(std::shared_ptr<platform::System> system, Threads& threads)
     : entries_(std::make_shared<Entries>(std::move(system))),
       thread_(threads.Start("agenda", [entries = entries_] { entries->Run(); })) {}
 
@@ -93,4 +91,4 @@ std::function<void()> Agenda::Entries::NextOrWait(std::uint32_t& waitMs) {
   return action;
 }
 
-}  // namespace lanvoss::simulated
+}  // namespace lanvoss::events

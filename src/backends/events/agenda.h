@@ -1,4 +1,4 @@
-// What is going to happen in a neighbourhood, and when. One thread carries it out, in order.
+// What a backend is going to do, and when. One thread carries it out, in order.
 #pragma once
 
 #include <cstdint>
@@ -8,11 +8,14 @@
 #include "backends/events/threads.h"
 #include "platform/system.h"
 
-namespace lanvoss::simulated {
+namespace lanvoss::events {
+
+// As a duration: it does not happen.
+inline constexpr std::uint32_t kNever = 0xFFFFFFFF;
 
 class Agenda {
  public:
-  Agenda(std::shared_ptr<platform::System> system, events::Threads& threads);
+  Agenda(std::shared_ptr<platform::System> system, Threads& threads);
   // What has not happened yet never will. Waits for the action that runs, unless called by it.
   ~Agenda();
 
@@ -24,7 +27,7 @@ class Agenda {
   struct Entries;
 
   const std::shared_ptr<Entries> entries_;
-  const std::unique_ptr<events::Thread> thread_;
+  const std::unique_ptr<Thread> thread_;
 };
 
-}  // namespace lanvoss::simulated
+}  // namespace lanvoss::events
