@@ -6,6 +6,7 @@
 
 #include "console.h"
 #include "outcome.h"
+#include "radio.h"
 
 namespace lanvoss::program {
 namespace {
@@ -42,12 +43,18 @@ void AddCommonOptions(CLI::App& command, CommandLine& line) {
       .add_option("--dir", line.directory,
                   "Where the device cache lives (default: the current directory)")
       ->type_name("DIR");
-  command.add_flag("--simulated", line.simulated,
-                   "Stand on a built-in simulated radio, the only one on Linux for now");
   command
       .add_option("--scenario", line.scenarioFile,
                   "Stand on the simulated neighbourhood of this JSON file")
       ->type_name("FILE");
+}
+
+// The program's own, before the command or behind it.
+void AddRadioOption(CLI::App& app, CommandLine& line) {
+  app.add_option("--radio", line.radio, "Stand on this radio: " + RadioNames())->type_name("RADIO");
+  for (CLI::App* command : app.get_subcommands(nullptr)) {
+    command->fallthrough();
+  }
 }
 
 void AddIpCommand(CLI::App& app, CommandLine& line) {
@@ -90,6 +97,12 @@ void AddRunCommand(CLI::App& app, CommandLine& line, std::vector<std::string>& o
   command.callback([&line] { line.command = Command::kRun; });
 }
 
+void AddDoctorCommand(CLI::App& app, CommandLine& line) {
+  CLI::App& command = *app.add_subcommand(
+      "doctor", "Say what this machine lacks for reaching devices, and how to mend it");
+  command.callback([&line] { line.command = Command::kDoctor; });
+}
+
 std::vector<Operation> ParseOperations(const std::vector<std::string>& texts) {
   std::vector<Operation> operations;
   operations.reserve(texts.size());
@@ -107,6 +120,12 @@ std::string FaultOf(const CommandLine& line) {
   }
   if (line.name && line.name->find('\n') != std::string::npos) {
     return "NAME has a line feed in it";
+  }
+  if (line.radio && line.scenarioFile) {
+    return "a scenario brings a radio of its own";
+  }
+  if (line.radio && !ChooseRadio(*line.radio)) {
+    return "no radio \"" + *line.radio + "\"; there is " + RadioNames();
   }
   return {};
 }
@@ -127,6 +146,8 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
   AddWatchCommand(app, line);
   std::vector<std::string> operations;
   AddRunCommand(app, line, operations);
+  AddDoctorCommand(app, line);
+  AddRadioOption(app, line);
   try {
     app.parse(argc, argv);
     line.operations = ParseOperations(operations);

@@ -10,7 +10,7 @@
 
 namespace lanvoss::program {
 
-enum class Command { kIp, kPing, kWatch, kRun };
+enum class Command { kIp, kPing, kWatch, kRun, kDoctor };
 
 struct CommandLine {
   Command command = Command::kIp;
@@ -21,8 +21,8 @@ struct CommandLine {
   bool keep = false;                        // of kWatch
   std::vector<Operation> operations;        // of kRun; none: they stand on standard input
   std::string directory;                    // empty: the current one
-  bool simulated = false;                   // the built-in neighbourhood, not the radio
-  std::optional<std::string> scenarioFile;  // a neighbourhood instead of both
+  std::optional<std::string> radio;         // its name; none: the system's default
+  std::optional<std::string> scenarioFile;  // a simulated neighbourhood instead
 };
 
 // Fills `line`. A number: the program is to end with this exit code, and what there is to say (the

@@ -6,6 +6,7 @@
 
 #include "command_line.h"
 #include "console.h"
+#include "doctor.h"
 #include "farewell.h"
 #include "interruption.h"
 #include "ip_command.h"
@@ -25,6 +26,7 @@ namespace {
 NotifyCallback ListenerFor(Command command) {
   switch (command) {
     case Command::kIp:
+    case Command::kDoctor:
       return nullptr;
     case Command::kWatch:
       return &HearWatch;
@@ -46,6 +48,8 @@ Outcome RunCommand(LanvossInterface& object, const CommandLine& line,
       return RunWatch(object, line, interruption.Token());
     case Command::kRun:
       return RunOperations(object, line, interruption.Token());
+    case Command::kDoctor:
+      break;  // it needs no object
   }
   return {};
 }
@@ -86,10 +90,8 @@ int Main(int argc, char** argv) {
   try {
     if (line.scenarioFile) {
       Simulate(LoadScenario(*line.scenarioFile));
-    } else if (line.simulated) {
-      Simulate(BuiltInScenario());
     }
-    return Report(Run(line));
+    return Report(line.command == Command::kDoctor ? RunDoctor() : Run(line));
   } catch (const ScenarioError& error) {
     return Report({kExitUsage, {}, error.what()});
   } catch (const std::exception& error) {

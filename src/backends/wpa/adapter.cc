@@ -1,0 +1,93 @@
+#include "backends/wpa/adapter.h"
+
+#include <filesystem>
+#include <set>
+#include <system_error>
+#include <unistd.h>
+#include <vector>
+
+#include "backends/wpa/control_socket.h"
+#include "backends/wpa/message.h"
+#include "platform/error.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A driver that keeps peer-to-peer apart from the rest has an interface of its own for it.
+constexpr char kDevicePrefix[] = "p2p-dev-";
+
+// The names of all control sockets, those for peer-to-peer alone first.
+std::vector<std::string> SocketNames() {
+  std::set<std::string> devices;
+  std::set<std::string> others;
+  std::error_code none;
+  for (const auto& entry : fs::directory_iterator(kControlDirectory, none)) {
+    const std::string name = entry.path().filename();
+    (name.starts_with(kDevicePrefix) ? devices : others).insert(name);
+  }
+  std::vector<std::string> names(devices.begin(), devices.end());
+  names.insert(names.end(), others.begin(), others.end());
+  return names;
+}
+
+// The right to the directory is that to the sockets in it.
+bool MayLook() {
+  return access(kControlDirectory, F_OK) != 0 || access(kControlDirectory, R_OK | X_OK) == 0;
+}
+
+Lack LackOf(const std::string& socketPath) {
+  std::string status;
+  try {
+    status = Ask(socketPath, "STATUS");
+  } catch (const platform::Error&) {
+    return access(socketPath.c_str(), W_OK) == 0 ? Lack::kControl : Lack::kRight;
+  }
+  if (LineOf(status, "p2p_device_address").empty()) {
+    return Lack::kPeerToPeer;
+  }
+  return LineOf(status, "wpa_state") == "INTERFACE_DISABLED" ? Lack::kSwitchedOn : Lack::kNothing;
+}
+
+}  // namespace
+
+Adapter LookForAdapter(const std::string& interface) {
+  if (!MayLook()) {
+    return {.lack = Lack::kRight};
+  }
+  const std::vector<std::string> names = SocketNames();
+  Adapter best{.lack = names.empty() ? Lack::kControl : Lack::kInterface, .name = interface};
+  for (const std::string& name : names) {
+    if (!interface.empty() && name != interface && name != kDevicePrefix + interface) {
+      continue;
+    }
+    const std::string path = fs::path(kControlDirectory) / name;
+    best = {.lack = LackOf(path), .name = name, .socketPath = path};
+    if (best.lack == Lack::kNothing) {
+      break;
+    }
+  }
+  return best;
+}
+
+std::string Explain(const Adapter& adapter) {
+  const std::string directory = kControlDirectory;
+  switch (adapter.lack) {
+    case Lack::kNothing:
+      return adapter.name + " is ready for Wi-Fi Direct";
+    case Lack::kControl:
+      return "no wpa_supplicant answers in " + directory;
+    case Lack::kRight:
+      return "this user may not speak to the wpa_supplicant in " + directory;
+    case Lack::kInterface:
+      return "the wpa_supplicant in " + directory + " has no interface " + adapter.name;
+    case Lack::kPeerToPeer:
+      return adapter.name + " has no Wi-Fi Direct, or it is disabled";
+    case Lack::kSwitchedOn:
+      return "the radio of " + adapter.name + " is switched off";
+  }
+  return {};
+}
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,33 @@
+// Which adapter is there for Wi-Fi Direct, and where wpa_supplicant takes commands for it.
+#pragma once
+
+#include <string>
+
+namespace lanvoss::wpa {
+
+// Where Debian's wpa_supplicant has its control sockets.
+inline constexpr char kControlDirectory[] = "/run/wpa_supplicant";
+
+// What can be in the way of using an adapter.
+enum class Lack {
+  kNothing,
+  kControl,     // nobody has a control socket in the directory
+  kRight,       // this user may not speak to it
+  kInterface,   // wpa_supplicant does not look after an interface of that name
+  kPeerToPeer,  // the adapter has no Wi-Fi Direct
+  kSwitchedOn,  // the radio is switched off
+};
+
+struct Adapter {
+  Lack lack = Lack::kNothing;
+  std::string name = {};  // of the interface, where it got that far
+  std::string socketPath = {};
+};
+
+// The adapter with this network interface; for an empty text, the first one that can.
+Adapter LookForAdapter(const std::string& interface);
+
+// One sentence for people.
+std::string Explain(const Adapter& adapter);
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,55 @@
+#include "backends/wpa/interface_address.h"
+
+#include <arpa/inet.h>
+#include <cerrno>
+#include <cstring>
+#include <net/if.h>
+#include <netinet/in.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "platform/error.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+// Any IPv4 socket takes the requests to interfaces.
+class RequestSocket {
+ public:
+  RequestSocket() : socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {}
+  ~RequestSocket() { close(socket_); }
+  RequestSocket(const RequestSocket&) = delete;
+  RequestSocket& operator=(const RequestSocket&) = delete;
+
+  void Set(unsigned long request, const std::string& interface, const std::string& address) const {
+    ifreq what{};
+    interface.copy(what.ifr_name, sizeof what.ifr_name - 1);
+    sockaddr_in value{};
+    value.sin_family = AF_INET;
+    errno = EINVAL;
+    if (inet_pton(AF_INET, address.c_str(), &value.sin_addr) == 1) {
+      std::memcpy(&what.ifr_addr, &value, sizeof value);
+      if (ioctl(socket_, request, &what) == 0) {
+        return;
+      }
+    }
+    const std::string text =
+        "address " + address + " for " + interface + ": " + std::strerror(errno);
+    throw platform::Error(platform::kErrorFail, platform::Utf8ToUtf16(text));
+  }
+
+ private:
+  const int socket_;
+};
+
+}  // namespace
+
+void SetInterfaceAddress(const std::string& interface, const std::string& address,
+                         const std::string& mask) {
+  const RequestSocket requests;
+  requests.Set(SIOCSIFADDR, interface, address);
+  requests.Set(SIOCSIFNETMASK, interface, mask);
+}
+
+}  // namespace lanvoss::wpa

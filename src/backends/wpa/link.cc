@@ -1,0 +1,101 @@
+#include "backends/wpa/link.h"
+
+#include <utility>
+
+#include "backends/wpa/dhcp.h"
+#include "backends/wpa/interface_address.h"
+#include "backends/wpa/limits.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+// The names of interfaces: of groups, and of what is no group.
+constexpr char kGroupPrefix[] = "p2p-";
+constexpr char kDevicePrefix[] = "p2p-dev-";
+
+// In P2P-GROUP-STARTED: the interface, and the part that this machine plays in the group.
+constexpr std::size_t kInterfaceWord = 0;
+constexpr std::size_t kRoleWord = 1;
+constexpr char kOwnerRole[] = "GO";
+// In AP-STA-CONNECTED: the hardware address that the device has in the group.
+constexpr std::size_t kStationWord = 0;
+
+// This machine owns the group: the device joins it and is given an address.
+bool AwaitClient(Inbox& inbox, Link& link) {
+  SetInterfaceAddress(link.interface, kOwnerAddress, kNetworkMask);
+  link.local = kOwnerAddress;
+  const auto deadline = After(kGroupMs);
+  while (const auto message = inbox.Next(deadline)) {
+    if (message->name == "P2P-GROUP-REMOVED" && message->Word(kInterfaceWord) == link.interface) {
+      return false;
+    }
+    if (message->name != "AP-STA-CONNECTED" || message->Field("p2p_dev_addr") != link.peer) {
+      continue;
+    }
+    link.remote = message->Field("ip_addr");
+    if (link.remote.empty()) {
+      const auto server = std::make_shared<DhcpServer>(link.interface);
+      link.remote = server->AwaitLease(message->Word(kStationWord), After(kLeaseMs));
+      link.dhcp = server;
+    }
+    return !link.remote.empty();
+  }
+  return false;
+}
+
+// The device owns the group and gives this machine an address.
+bool JoinOwner(const Message& started, Link& link) {
+  link.local = started.Field("ip_addr");
+  link.remote = started.Field("go_ip_addr");
+  if (!link.local.empty() && !link.remote.empty()) {
+    SetInterfaceAddress(link.interface, link.local, started.Field("ip_mask"));
+    return true;
+  }
+  const auto client = std::make_shared<DhcpClient>(link.interface);
+  const auto lease = client->AwaitLease(After(kLeaseMs));
+  if (!lease) {
+    return false;
+  }
+  SetInterfaceAddress(link.interface, lease->address, lease->mask);
+  link.local = lease->address;
+  link.remote = lease->server;
+  link.dhcp = client;
+  return true;
+}
+
+}  // namespace
+
+bool IsGroupStart(const Message& message) { return message.name == "P2P-GROUP-STARTED"; }
+
+std::optional<Link> AwaitLink(const Supplicant& supplicant, Inbox& inbox, const Message& started,
+                              const std::string& peer) {
+  Link link{.interface = started.Word(kInterfaceWord), .peer = peer};
+  try {
+    const bool isUp =
+        started.Word(kRoleWord) == kOwnerRole ? AwaitClient(inbox, link) : JoinOwner(started, link);
+    if (isUp) {
+      return link;
+    }
+  } catch (...) {
+    RemoveGroup(supplicant, link.interface);
+    throw;
+  }
+  RemoveGroup(supplicant, link.interface);
+  return std::nullopt;
+}
+
+void RemoveLeftOver(const Supplicant& supplicant, const std::string& storedGroup) {
+  const std::string ssid = supplicant.Ask("GET_NETWORK " + storedGroup + " ssid");  // in quotes
+  for (const std::string& interface : Lines(supplicant.Ask("INTERFACES"))) {
+    if (interface.starts_with(kGroupPrefix) && !interface.starts_with(kDevicePrefix) &&
+        '"' + LineOf(supplicant.AskAbout(interface, "STATUS"), "ssid") + '"' == ssid) {
+      RemoveGroup(supplicant, interface);
+    }
+  }
+}
+
+void RemoveGroup(const Supplicant& supplicant, const std::string& interface) {
+  supplicant.Do("P2P_GROUP_REMOVE " + interface);
+}
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,36 @@
+// A group that is up, with one device in it, and the addresses of both ends.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "backends/wpa/supplicant.h"
+
+namespace lanvoss::wpa {
+
+struct Link {
+  std::string interface;   // of the group; a new name for every group
+  std::string peer;        // the device's address
+  std::string local = {};  // IP addresses
+  std::string remote = {};
+  // The DHCP server or client of the group, where the handshake gave no addresses.
+  std::shared_ptr<const void> dhcp = {};
+};
+
+// From a group that has just started to a link with addresses. None: the device did not come, or
+// there were no addresses; the group has been removed then.
+std::optional<Link> AwaitLink(const Supplicant& supplicant, Inbox& inbox, const Message& started,
+                              const std::string& peer);
+
+// Whether this event tells of the start of a group.
+bool IsGroupStart(const Message& message);
+
+// Takes down what a process that crashed has left of a stored group: a device that is still in it
+// listens to nobody.
+void RemoveLeftOver(const Supplicant& supplicant, const std::string& storedGroup);
+
+// Takes the group down.
+void RemoveGroup(const Supplicant& supplicant, const std::string& interface);
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,372 @@
+#include "backends/wpa/station.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "backends/wpa/credentials.h"
+#include "backends/wpa/limits.h"
+#include "backends/wpa/wpa_device.h"
+#include "backends/wpa/wpa_watcher.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+using Status = platform::DevicePairingResultStatus;
+
+constexpr char kFoundEvent[] = "P2P-DEVICE-FOUND";
+// The device's own address, which unlike that of its interface in a group is always the same.
+constexpr char kAddressField[] = "p2p_dev_addr";
+
+// How a negotiation ends, as the protocol numbers it.
+constexpr char kRejectedByUser[] = "11";
+constexpr char kNoAnswer[] = "-1";
+// And an invitation.
+constexpr char kAccepted[] = "0";
+constexpr char kUnknownGroup[] = "8";
+
+Status FailureOf(const Message& message) {
+  const std::string status = message.Field("status");
+  return status == kRejectedByUser ? Status::ConnectionRejected
+         : status == kNoAnswer     ? Status::AuthenticationTimeout
+                                   : Status::Failed;
+}
+
+bool IsFailedFormation(const Message& message) {
+  return message.name == "P2P-GROUP-FORMATION-FAILURE";
+}
+
+// Whether the event tells of the end of the link.
+bool IsEndOf(const Link& link, const Message& message) {
+  return message.name == kGoneEvent ||
+         (message.name == "P2P-GROUP-REMOVED" && message.Word(0) == link.interface) ||
+         (message.name == "AP-STA-DISCONNECTED" && message.Field(kAddressField) == link.peer);
+}
+
+template <typename Object>
+std::vector<std::shared_ptr<Object>> Living(std::vector<std::weak_ptr<Object>>& objects) {
+  std::erase_if(objects, [](const auto& object) { return object.expired(); });
+  std::vector<std::shared_ptr<Object>> living;
+  for (const auto& object : objects) {
+    if (auto held = object.lock()) {
+      living.push_back(std::move(held));
+    }
+  }
+  return living;
+}
+
+// What this machine expects of wpa_supplicant, whatever its configuration says.
+void Configure(const Supplicant& supplicant) {
+  for (const std::string& setting :
+       {std::string("config_methods virtual_push_button"), std::string("persistent_reconnect 1"),
+        std::string("p2p_go_max_inactivity ") + kClientInactivityS,
+        std::string("ip_addr_go ") + kOwnerAddress, std::string("ip_addr_mask ") + kNetworkMask,
+        std::string("ip_addr_start ") + kFirstAddress,
+        std::string("ip_addr_end ") + kLastAddress}) {
+    supplicant.Do("SET " + setting);
+  }
+}
+
+}  // namespace
+
+// One negotiation at a time, and nothing is looked for meanwhile.
+class Station::Turn {
+ public:
+  explicit Turn(Station& station) : lock_(Take(station.turn_)), pause_(*station.finder_) {}
+
+ private:
+  static std::unique_lock<std::timed_mutex> Take(std::timed_mutex& turn) {
+    std::unique_lock lock(turn, std::chrono::milliseconds(kTurnMs));
+    if (!lock) {
+      throw platform::Error(platform::kErrorFail, u"The adapter is busy with another device.");
+    }
+    return lock;
+  }
+
+  const std::unique_lock<std::timed_mutex> lock_;
+  const Finder::Pause pause_;
+};
+
+std::shared_ptr<Station> Station::Create(const std::shared_ptr<platform::System>& system,
+                                         const std::string& socketPath) {
+  auto station = std::make_shared<Station>(system);
+  station->supplicant_.emplace(socketPath, [raw = station.get()](const Message& message) {
+    raw->Later(raw->messages_, [message](Station& self) { self.OnMessage(message); });
+  });
+  station->finder_.emplace(*station->supplicant_);
+  Configure(*station->supplicant_);
+  return station;
+}
+
+Station::Station(const std::shared_ptr<platform::System>& system)
+    : courier(system, events::RealThreads()),
+      agenda(system, *events::RealThreads()),
+      messages_(courier.NewLane()),
+      chores_(courier.NewLane()) {}
+
+// What nobody holds any more has nobody to take it down.
+Station::~Station() {
+  for (const std::string& interface : groups_) {
+    try {
+      RemoveGroup(*supplicant_, interface);
+    } catch (const platform::Error&) {
+      return;  // there is no wpa_supplicant any more, and no group
+    }
+  }
+}
+
+void Station::Register(const std::shared_ptr<WpaWatcher>& watcher) {
+  const std::lock_guard lock(mutex_);
+  watchers_.push_back(watcher);
+}
+
+// ---- Pairing
+
+bool Station::IsPaired(const std::string& address) const {
+  return StoredGroupWith(*supplicant_, address).has_value();
+}
+
+Status Station::Pair(const std::string& address, int ownerIntent) {
+  const Turn turn(*this);
+  if (IsPaired(address)) {
+    return Status::AlreadyPaired;
+  }
+  if (!Seek(address)) {
+    return Status::AuthenticationTimeout;
+  }
+  Inbox inbox(*supplicant_);
+  if (!supplicant_->Do("P2P_CONNECT " + address +
+                       " pbc persistent go_intent=" + std::to_string(ownerIntent))) {
+    return Status::Failed;
+  }
+  const auto deadline = After(kNegotiationMs);
+  while (const auto message = inbox.Next(deadline)) {
+    if (message->name == "P2P-GO-NEG-FAILURE" || IsFailedFormation(*message)) {
+      return FailureOf(*message);
+    }
+    if (message->name == kGoneEvent) {
+      return Status::HardwareFailure;
+    }
+    if (IsGroupStart(*message)) {
+      const auto link = AwaitLink(*supplicant_, inbox, *message, address);
+      return link && Keep(inbox, *link) ? Status::Paired : Status::Failed;
+    }
+  }
+  supplicant_->Do("P2P_CANCEL");
+  return Status::AuthenticationTimeout;
+}
+
+void Station::Unpair(const std::string& address) {
+  Later(chores_, [address](Station& self) { self.ForgetDevice(address); });
+}
+
+// Takes the links with it down as well.
+void Station::ForgetDevice(const std::string& address) {
+  const Turn turn(*this);
+  while (const auto group = StoredGroupWith(*supplicant_, address)) {
+    Forget(*supplicant_, *group);
+  }
+  OnDeviceLeft(address);
+}
+
+// wpa_supplicant pairs and links only with devices that it has heard of within the last minute.
+bool Station::Seek(const std::string& address) {
+  if (supplicant_->Ask("P2P_PEER " + address).starts_with(address)) {
+    return true;
+  }
+  Inbox inbox(*supplicant_);
+  const auto findsWithin = [&](const char* find, std::uint32_t limitMs) {
+    supplicant_->Do(find);
+    const auto deadline = After(limitMs);
+    while (const auto message = inbox.Next(deadline)) {
+      if (message->name == kFoundEvent && message->Field(kAddressField) == address) {
+        return true;
+      }
+    }
+    return false;
+  };
+  const bool found = findsWithin(kQuickFind, kQuickFindMs) || findsWithin(kWideFind, kSeekMs);
+  supplicant_->Do(kStopFind);
+  return found;
+}
+
+// ---- Links
+
+std::shared_ptr<WpaDevice> Station::Open(const std::string& address) {
+  const Turn turn(*this);
+  if (auto device = TakeKept(address)) {
+    return device;
+  }
+  Inbox inbox(*supplicant_);
+  const auto link = Invite(inbox, address);
+  return link && Keep(inbox, *link) ? TakeKept(address) : nullptr;
+}
+
+// Brings the stored group with the device up again.
+std::optional<Link> Station::Invite(Inbox& inbox, const std::string& address) {
+  const auto group = StoredGroupWith(*supplicant_, address);
+  if (!group) {
+    return std::nullopt;
+  }
+  RemoveLeftOver(*supplicant_, *group);
+  if (!Seek(address) || !supplicant_->Do("P2P_INVITE persistent=" + *group + " peer=" + address)) {
+    return std::nullopt;
+  }
+  auto deadline = After(kInvitationMs);
+  while (const auto message = inbox.Next(deadline)) {
+    if (message->name == "P2P-INVITATION-RESULT") {
+      const std::string status = message->Field("status");
+      if (status == kUnknownGroup) {
+        Forget(*supplicant_, *group);  // so that it is paired anew
+      }
+      if (status != kAccepted) {
+        return std::nullopt;
+      }
+      deadline = After(kGroupMs);
+    } else if (IsFailedFormation(*message) || message->name == kGoneEvent) {
+      return std::nullopt;
+    } else if (IsGroupStart(*message)) {
+      return AwaitLink(*supplicant_, inbox, *message, address);
+    }
+  }
+  supplicant_->Do("P2P_CANCEL");
+  return std::nullopt;
+}
+
+// Keeps a new link until a device object takes it. What happened to it before it was kept is in the
+// inbox; what happens from then on the station itself hears. False: it has gone already.
+bool Station::Keep(Inbox& inbox, const Link& link) {
+  {
+    const std::lock_guard lock(mutex_);
+    kept_[link.peer] = link;
+    groups_.insert(link.interface);
+  }
+  while (const auto message = inbox.Next(Clock::now())) {
+    if (IsEndOf(link, *message)) {
+      OnDeviceLeft(link.peer);
+      return false;
+    }
+  }
+  return true;
+}
+
+std::shared_ptr<WpaDevice> Station::TakeKept(const std::string& address) {
+  const std::lock_guard lock(mutex_);
+  const auto found = kept_.find(address);
+  if (found == kept_.end()) {
+    return nullptr;
+  }
+  auto device = std::make_shared<WpaDevice>(shared_from_this(), std::move(found->second));
+  kept_.erase(found);
+  devices_.push_back(device);
+  return device;
+}
+
+void Station::Close(const std::string& interface) {
+  Later(chores_, [interface](Station& self) { self.TakeDown(interface); });
+}
+
+void Station::TakeDown(const std::string& interface) {
+  RemoveGroup(*supplicant_, interface);
+  OnGroupGone(interface);
+}
+
+// ---- Events
+
+void Station::OnMessage(const Message& message) {
+  const std::string address = message.Field(kAddressField);
+  if (message.name == kFoundEvent) {
+    OnFound(address);
+  } else if (message.name == "P2P-DEVICE-LOST") {
+    for (const auto& watcher : Watchers()) {
+      watcher->Lost(address);
+    }
+  } else if (message.name == "AP-STA-DISCONNECTED") {
+    OnDeviceLeft(address);
+  } else if (message.name == "P2P-GROUP-REMOVED") {
+    OnGroupGone(message.Word(0));
+  } else if (message.name == kGoneEvent) {
+    OnGone();
+  }
+}
+
+void Station::OnFound(const std::string& address) {
+  // A name may hold anything, field names too; here it has a line of its own.
+  const std::string name = LineOf(supplicant_->Ask("P2P_PEER " + address), "device_name");
+  for (const auto& watcher : Watchers()) {
+    watcher->Found(address, name);
+  }
+}
+
+// The device has left its groups, or has to.
+void Station::OnDeviceLeft(const std::string& address) {
+  std::vector<std::string> interfaces;
+  {
+    const std::lock_guard lock(mutex_);
+    if (const auto kept = kept_.extract(address)) {
+      interfaces.push_back(kept.mapped().interface);
+    }
+  }
+  for (const auto& device : Devices()) {
+    if (device->TheLink().peer == address && device->End()) {
+      interfaces.push_back(device->TheLink().interface);
+    }
+  }
+  // A group that this machine owns would stay up, empty.
+  for (const std::string& interface : interfaces) {
+    RemoveGroup(*supplicant_, interface);
+  }
+}
+
+void Station::OnGroupGone(const std::string& interface) {
+  {
+    const std::lock_guard lock(mutex_);
+    groups_.erase(interface);
+    std::erase_if(kept_, [&](const auto& kept) { return kept.second.interface == interface; });
+  }
+  for (const auto& device : Devices()) {
+    if (device->TheLink().interface == interface) {
+      device->End();
+    }
+  }
+}
+
+// wpa_supplicant has taken all groups with it.
+void Station::OnGone() {
+  {
+    const std::lock_guard lock(mutex_);
+    groups_.clear();
+    kept_.clear();
+  }
+  for (const auto& device : Devices()) {
+    device->End();
+  }
+  for (const auto& watcher : Watchers()) {
+    watcher->Abort();
+  }
+}
+
+// Carries out a step on a thread of the courier's, after what was sent to that lane before. There
+// is nobody to tell of an error: what was to be taken down is gone, or is told of later.
+void Station::Later(const std::shared_ptr<events::Lane>& lane, std::function<void(Station&)> step) {
+  courier.Send(lane, [weak = weak_from_this(), step = std::move(step)] {
+    if (const auto self = weak.lock()) {
+      try {
+        step(*self);
+      } catch (const platform::Error&) {
+      }
+    }
+  });
+}
+
+std::vector<std::shared_ptr<WpaWatcher>> Station::Watchers() {
+  const std::lock_guard lock(mutex_);
+  return Living(watchers_);
+}
+
+std::vector<std::shared_ptr<WpaDevice>> Station::Devices() {
+  const std::lock_guard lock(mutex_);
+  return Living(devices_);
+}
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,114 @@
+// One Wi-Fi Direct adapter: what its watchers, pairings and links share.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "backends/events/agenda.h"
+#include "backends/events/courier.h"
+#include "backends/wpa/finder.h"
+#include "backends/wpa/link.h"
+#include "backends/wpa/supplicant.h"
+#include "platform/system.h"
+#include "platform/wifi_direct.h"
+
+namespace lanvoss::wpa {
+
+class WpaDevice;
+class WpaWatcher;
+
+class Station : public std::enable_shared_from_this<Station> {
+ public:
+  // Raises platform::Error when wpa_supplicant does not answer at that control socket.
+  static std::shared_ptr<Station> Create(const std::shared_ptr<platform::System>& system,
+                                         const std::string& socketPath);
+
+  explicit Station(const std::shared_ptr<platform::System>& system);
+  ~Station();
+  Station(const Station&) = delete;
+  Station& operator=(const Station&) = delete;
+
+  void Register(const std::shared_ptr<WpaWatcher>& watcher);
+
+  // ---- Pairing with the device of this address
+  bool IsPaired(const std::string& address) const;
+  // Blocks for kTurnMs, kSeekMs, kNegotiationMs, kGroupMs and kLeaseMs at most. The group that
+  // comes of it stays up for the open request that follows.
+  platform::DevicePairingResultStatus Pair(const std::string& address, int ownerIntent);
+  // Returns at once.
+  void Unpair(const std::string& address);
+
+  // ---- Links
+  // None: the device is not paired, or does not come. Blocks for kTurnMs, kSeekMs, kInvitationMs,
+  // kGroupMs and kLeaseMs at most.
+  std::shared_ptr<WpaDevice> Open(const std::string& address);
+  // Takes a link down. Returns at once; its device object is told.
+  void Close(const std::string& interface);
+
+  Finder& TheFinder() { return *finder_; }
+
+  // Sends an event to each handler, in the lane's order. What leaves a handler as an exception ends
+  // there.
+  template <typename Handler, typename Invoke>
+  void Raise(const std::shared_ptr<events::Lane>& lane, std::vector<Handler> handlers,
+             Invoke invoke) {
+    for (Handler& handler : handlers) {
+      courier.Send(lane, [self = shared_from_this(), handler = std::move(handler), invoke] {
+        try {
+          invoke(handler);
+        } catch (...) {
+        }
+      });
+    }
+  }
+
+  events::Courier courier;
+  events::Agenda agenda;
+
+ private:
+  class Turn;
+
+  // On a thread of the courier's, one after the other.
+  void OnMessage(const Message& message);
+  void OnFound(const std::string& address);
+  void OnLost(const std::string& address);
+  void OnDeviceLeft(const std::string& address);
+  void OnGroupGone(const std::string& interface);
+  void OnGone();
+
+  void Later(const std::shared_ptr<events::Lane>& lane, std::function<void(Station&)> step);
+  void ForgetDevice(const std::string& address);
+  void TakeDown(const std::string& interface);
+
+  bool Seek(const std::string& address);
+  std::optional<Link> Invite(Inbox& inbox, const std::string& address);
+  bool Keep(Inbox& inbox, const Link& link);
+  std::shared_ptr<WpaDevice> TakeKept(const std::string& address);
+
+  std::vector<std::shared_ptr<WpaWatcher>> Watchers();
+  std::vector<std::shared_ptr<WpaDevice>> Devices();
+
+  const std::shared_ptr<events::Lane> messages_;
+  const std::shared_ptr<events::Lane> chores_;
+
+  std::timed_mutex turn_;         // guards nothing: one negotiation at a time holds it
+  std::mutex mutex_;              // guards the four below
+  std::set<std::string> groups_;  // the interfaces of those that this object has brought up
+  // Links that no device object stands for yet, by the device's address.
+  std::map<std::string, Link> kept_;
+  std::vector<std::weak_ptr<WpaWatcher>> watchers_;
+  std::vector<std::weak_ptr<WpaDevice>> devices_;
+
+  // Made by Create and then always there. Last, so that no event comes when the rest has gone.
+  std::optional<Supplicant> supplicant_;
+  std::optional<Finder> finder_;
+};
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,148 @@
+#include "backends/wpa/supplicant.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+#include <utility>
+
+#include "backends/wpa/limits.h"
+#include "platform/error.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+constexpr char kEventMark = '<';  // an event begins with its level, "<3>"; a reply does not
+
+}  // namespace
+
+Supplicant::Supplicant(std::string socketPath, Listener listener)
+    : socketPath_(std::move(socketPath)),
+      listener_(std::move(listener)),
+      end_(eventfd(0, EFD_CLOEXEC)) {
+  try {
+    hearing_ = std::thread([this, events = Attach()]() mutable { HearAll(std::move(events)); });
+  } catch (...) {
+    close(end_);
+    throw;
+  }
+}
+
+Supplicant::~Supplicant() {
+  const std::uint64_t one = 1;
+  static_cast<void>(write(end_, &one, sizeof one));
+  hearing_.join();
+  close(end_);
+}
+
+std::string Supplicant::Ask(const std::string& command) const {
+  return wpa::Ask(socketPath_, command);
+}
+
+std::string Supplicant::AskAbout(const std::string& interface, const std::string& command) const {
+  return wpa::Ask(std::filesystem::path(socketPath_).replace_filename(interface), command);
+}
+
+bool Supplicant::Do(const std::string& command) const { return Ask(command).starts_with("OK"); }
+
+std::unique_ptr<ControlSocket> Supplicant::Attach() const {
+  auto events = std::make_unique<ControlSocket>(socketPath_);
+  events->Send("ATTACH");
+  if (!events->Receive(kReplyMs).value_or("").starts_with("OK")) {
+    throw platform::Error(platform::kErrorFail, u"wpa_supplicant does not answer");
+  }
+  return events;
+}
+
+// After wpa_supplicant has ended: waits for the next one. None: this object ends.
+std::unique_ptr<ControlSocket> Supplicant::AttachAgain() const {
+  while (!IsEnding(kReturnPauseMs)) {
+    try {
+      return Attach();
+    } catch (const platform::Error&) {
+      // Still gone.
+    }
+  }
+  return nullptr;
+}
+
+void Supplicant::HearAll(std::unique_ptr<ControlSocket> events) {
+  while (events != nullptr) {
+    HearUntilGone(*events);
+    if (!IsEnding(0)) {
+      Tell({.name = kGoneEvent, .words = {}, .fields = {}});
+    }
+    events = AttachAgain();
+  }
+}
+
+// A peer that is gone makes a datagram socket no sound, so silence has to be asked about.
+void Supplicant::HearUntilGone(ControlSocket& events) {
+  bool asked = false;
+  while (!IsEnding(0)) {
+    const auto text = events.Receive(kSilenceMs, end_);
+    if (text) {
+      asked = false;
+      const Message message = ParseMessage(*text);
+      if (message.name == kGoneEvent) {
+        return;
+      }
+      if (text->starts_with(kEventMark)) {
+        Tell(message);
+      }
+    } else if (asked) {
+      return;
+    } else {
+      try {
+        events.Send("PING");
+        asked = true;
+      } catch (const platform::Error&) {
+        return;
+      }
+    }
+  }
+}
+
+void Supplicant::Tell(const Message& message) {
+  {
+    const std::lock_guard lock(mutex_);
+    for (Inbox* inbox : inboxes_) {
+      inbox->Put(message);
+    }
+  }
+  listener_(message);
+}
+
+bool Supplicant::IsEnding(std::uint32_t withinMs) const {
+  pollfd end{end_, POLLIN, 0};
+  return poll(&end, 1, static_cast<int>(withinMs)) > 0;
+}
+
+Inbox::Inbox(Supplicant& supplicant) : supplicant_(supplicant) {
+  const std::lock_guard lock(supplicant_.mutex_);
+  supplicant_.inboxes_.push_back(this);
+}
+
+Inbox::~Inbox() {
+  const std::lock_guard lock(supplicant_.mutex_);
+  std::erase(supplicant_.inboxes_, this);
+}
+
+void Inbox::Put(const Message& message) {
+  const std::lock_guard lock(mutex_);
+  messages_.push_back(message);
+  arrived_.notify_one();
+}
+
+std::optional<Message> Inbox::Next(Clock::time_point deadline) {
+  std::unique_lock lock(mutex_);
+  if (!arrived_.wait_until(lock, deadline, [this] { return !messages_.empty(); })) {
+    return std::nullopt;
+  }
+  Message message = std::move(messages_.front());
+  messages_.pop_front();
+  return message;
+}
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,94 @@
+#include "backends/wpa/wpa_device.h"
+
+#include <string>
+#include <utility>
+
+#include "platform/error.h"
+#include "platform/unicode.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+using platform::WiFiDirectConnectionStatus;
+
+class WpaHostName final : public platform::HostName {
+ public:
+  explicit WpaHostName(const std::string& address) : address_(platform::Utf8ToUtf16(address)) {}
+
+  std::u16string DisplayName() override { return address_; }
+
+ private:
+  const std::u16string address_;
+};
+
+// The one pair of a link.
+class WpaEndpointPair final : public platform::EndpointPair {
+ public:
+  explicit WpaEndpointPair(const Link& link)
+      : local_(std::make_shared<WpaHostName>(link.local)),
+        remote_(std::make_shared<WpaHostName>(link.remote)) {}
+
+  std::shared_ptr<platform::HostName> LocalHostName() override { return local_; }
+  std::shared_ptr<platform::HostName> RemoteHostName() override { return remote_; }
+
+ private:
+  const std::shared_ptr<platform::HostName> local_;
+  const std::shared_ptr<platform::HostName> remote_;
+};
+
+class WpaEndpointPairView final : public platform::EndpointPairView {
+ public:
+  explicit WpaEndpointPairView(const Link& link) : pair_(std::make_shared<WpaEndpointPair>(link)) {}
+
+  std::shared_ptr<platform::EndpointPair> GetAt(std::uint32_t index) override {
+    if (index > 0) {
+      throw platform::Error(platform::kErrorBounds, u"A link has one pair of endpoints.");
+    }
+    return pair_;
+  }
+
+ private:
+  const std::shared_ptr<platform::EndpointPair> pair_;
+};
+
+}  // namespace
+
+WpaDevice::WpaDevice(std::shared_ptr<Station> station, Link link)
+    : station_(std::move(station)), link_(std::move(link)), lane_(station_->courier.NewLane()) {}
+
+WpaDevice::~WpaDevice() {
+  if (up_) {
+    station_->Close(link_.interface);
+  }
+}
+
+WiFiDirectConnectionStatus WpaDevice::ConnectionStatus() {
+  const std::lock_guard lock(mutex_);
+  return up_ ? WiFiDirectConnectionStatus::Connected : WiFiDirectConnectionStatus::Disconnected;
+}
+
+platform::EventToken WpaDevice::ConnectionStatusChanged(
+    platform::PlainHandler<platform::WiFiDirectDevice> handler) {
+  const std::lock_guard lock(mutex_);
+  return statusChanged_.Subscribe(std::move(handler));
+}
+
+std::shared_ptr<platform::EndpointPairView> WpaDevice::GetConnectionEndpointPairs() {
+  return std::make_shared<WpaEndpointPairView>(link_);
+}
+
+void WpaDevice::Close() { station_->Close(link_.interface); }
+
+bool WpaDevice::End() {
+  const std::lock_guard lock(mutex_);
+  if (!std::exchange(up_, false)) {
+    return false;
+  }
+  station_->Raise(
+      lane_, statusChanged_.Subscribers(),
+      [self = shared_from_this()](
+          const platform::PlainHandler<platform::WiFiDirectDevice>& handler) { handler(*self); });
+  return true;
+}
+
+}  // namespace lanvoss::wpa

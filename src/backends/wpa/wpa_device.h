@@ -1,0 +1,39 @@
+// An open link to a device.
+#pragma once
+
+#include <memory>
+#include <mutex>
+
+#include "backends/events/event_source.h"
+#include "backends/wpa/link.h"
+#include "backends/wpa/station.h"
+
+namespace lanvoss::wpa {
+
+class WpaDevice final : public platform::WiFiDirectDevice,
+                        public std::enable_shared_from_this<WpaDevice> {
+ public:
+  WpaDevice(std::shared_ptr<Station> station, Link link);
+  ~WpaDevice() override;
+
+  platform::WiFiDirectConnectionStatus ConnectionStatus() override;
+  platform::EventToken ConnectionStatusChanged(
+      platform::PlainHandler<platform::WiFiDirectDevice> handler) override;
+  std::shared_ptr<platform::EndpointPairView> GetConnectionEndpointPairs() override;
+  void Close() override;
+
+  const Link& TheLink() const { return link_; }
+  // The link is down from now on, and whoever is subscribed hears of it. False: it was already.
+  bool End();
+
+ private:
+  const std::shared_ptr<Station> station_;
+  const Link link_;
+  const std::shared_ptr<events::Lane> lane_;
+
+  std::mutex mutex_;  // guards everything below
+  bool up_ = true;
+  events::EventSource<platform::PlainHandler<platform::WiFiDirectDevice>> statusChanged_;
+};
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,114 @@
+#include "backends/wpa/wpa_information.h"
+
+#include <future>
+
+#include "platform/unicode.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+using platform::DevicePairingResultStatus;
+
+constexpr char16_t kIdStart[] = u"WiFiDirect#";
+
+// One request on its way through the handlers. It is answered when nobody holds it any more: the
+// handlers have returned and every deferral is released.
+class Ceremony final : public platform::DevicePairingRequestedEventArgs {
+ public:
+  struct Answer {
+    std::atomic<bool> accepted = false;
+    std::promise<void> given;
+  };
+
+  explicit Ceremony(std::shared_ptr<Answer> answer)
+      : answer_(std::move(answer)), open_(std::make_shared<Holder>(answer_)) {}
+
+  platform::DevicePairingKinds PairingKind() override {
+    return platform::DevicePairingKinds::ConfirmOnly;
+  }
+  std::shared_ptr<platform::Deferral> GetDeferral() override { return open_; }
+  void Accept() override { answer_->accepted = true; }
+
+ private:
+  class Holder final : public platform::Deferral {
+   public:
+    explicit Holder(std::shared_ptr<Answer> answer) : answer_(std::move(answer)) {}
+    ~Holder() override { answer_->given.set_value(); }
+    Holder(const Holder&) = delete;
+    Holder& operator=(const Holder&) = delete;
+
+   private:
+    const std::shared_ptr<Answer> answer_;
+  };
+
+  const std::shared_ptr<Answer> answer_;
+  const std::shared_ptr<Holder> open_;
+};
+
+}  // namespace
+
+std::u16string IdOf(const std::string& address) {
+  return kIdStart + platform::Utf8ToUtf16(address);
+}
+
+std::string AddressOf(const std::u16string& id) {
+  return id.starts_with(kIdStart)
+             ? platform::Utf16ToUtf8(id.substr(std::char_traits<char16_t>::length(kIdStart)))
+             : std::string();
+}
+
+WpaInformation::WpaInformation(std::shared_ptr<Station> station, std::string address,
+                               const std::string& name)
+    : station_(std::move(station)),
+      address_(std::move(address)),
+      name_(platform::Utf8ToUtf16(name)) {}
+
+std::shared_ptr<platform::DeviceInformationPairing> WpaInformation::Pairing() {
+  return std::make_shared<WpaPairing>(station_, address_);
+}
+
+std::shared_ptr<platform::DeviceInformationCustomPairing> WpaPairing::Custom() {
+  return std::make_shared<WpaCustomPairing>(station_, address_);
+}
+
+platform::EventToken WpaCustomPairing::PairingRequested(PairingRequestedHandler handler) {
+  const std::lock_guard lock(mutex_);
+  return requested_.Subscribe(std::move(handler));
+}
+
+DevicePairingResultStatus WpaCustomPairing::PairAsync(
+    platform::DevicePairingKinds kinds, platform::DevicePairingProtectionLevel,
+    std::shared_ptr<platform::WiFiDirectConnectionParameters> settings) {
+  if (kinds != platform::DevicePairingKinds::ConfirmOnly) {
+    return DevicePairingResultStatus::NoSupportedProfiles;
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    if (requested_.IsEmpty()) {
+      return DevicePairingResultStatus::RequiredHandlerNotRegistered;
+    }
+  }
+  if (!AskHandlers()) {
+    return DevicePairingResultStatus::RejectedByHandler;
+  }
+  const auto parameters = std::dynamic_pointer_cast<WpaConnectionParameters>(settings);
+  return station_->Pair(address_, parameters == nullptr ? 0 : parameters->Intent());
+}
+
+// Whether the handlers accept the ceremony.
+bool WpaCustomPairing::AskHandlers() {
+  const auto answer = std::make_shared<Ceremony::Answer>();
+  const auto given = answer->given.get_future();
+  {
+    const auto args = std::make_shared<Ceremony>(answer);
+    const std::lock_guard lock(mutex_);
+    station_->Raise(lane_, requested_.Subscribers(),
+                    [self = shared_from_this(), args](const PairingRequestedHandler& handler) {
+                      handler(*self, *args);
+                    });
+  }
+  given.wait();
+  return answer->accepted;
+}
+
+}  // namespace lanvoss::wpa

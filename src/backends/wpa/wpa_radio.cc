@@ -1,0 +1,66 @@
+#include "backends/wpa/wpa_radio.h"
+
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "backends/wpa/adapter.h"
+#include "backends/wpa/station.h"
+#include "backends/wpa/wpa_device.h"
+#include "backends/wpa/wpa_information.h"
+#include "backends/wpa/wpa_watcher.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+class WpaRadio final : public platform::WiFiDirect {
+ public:
+  WpaRadio(std::shared_ptr<platform::System> system, std::string interface)
+      : system_(std::move(system)), interface_(std::move(interface)) {}
+
+  // There is one kind of device here, so nothing to select by.
+  std::u16string GetDeviceSelector(platform::WiFiDirectDeviceSelectorType) override { return {}; }
+
+  std::shared_ptr<platform::DeviceWatcher> CreateWatcher(
+      const std::u16string&, const std::vector<std::u16string>&) override {
+    const auto station = TheStation();
+    auto watcher = std::make_shared<WpaWatcher>(station);
+    station->Register(watcher);
+    return watcher;
+  }
+
+  std::shared_ptr<platform::WiFiDirectConnectionParameters> CreateConnectionParameters() override {
+    return std::make_shared<WpaConnectionParameters>();
+  }
+
+  std::shared_ptr<platform::WiFiDirectDevice> FromIdAsync(const std::u16string& deviceId) override {
+    const std::string address = AddressOf(deviceId);
+    return address.empty() ? nullptr : TheStation()->Open(address);
+  }
+
+ private:
+  std::shared_ptr<Station> TheStation() {
+    std::call_once(made_, [this] {
+      const Adapter adapter = LookForAdapter(interface_);
+      if (adapter.lack != Lack::kNothing) {
+        throw platform::Error(platform::kErrorFail, platform::Utf8ToUtf16(Explain(adapter)));
+      }
+      station_ = Station::Create(system_, adapter.socketPath);
+    });
+    return station_;
+  }
+
+  const std::shared_ptr<platform::System> system_;
+  const std::string interface_;
+  std::once_flag made_;  // again after a failure
+  std::shared_ptr<Station> station_;
+};
+
+}  // namespace
+
+std::shared_ptr<platform::WiFiDirect> CreateRadio(std::shared_ptr<platform::System> system,
+                                                  std::string interface) {
+  return std::make_shared<WpaRadio>(std::move(system), std::move(interface));
+}
+
+}  // namespace lanvoss::wpa

@@ -1,0 +1,138 @@
+#include "backends/wpa/wpa_watcher.h"
+
+#include <utility>
+
+#include "backends/wpa/limits.h"
+#include "backends/wpa/wpa_information.h"
+#include "platform/error.h"
+
+namespace lanvoss::wpa {
+
+using platform::DeviceWatcherStatus;
+
+WpaWatcher::WpaWatcher(std::shared_ptr<Station> station)
+    : station_(std::move(station)), lane_(station_->courier.NewLane()) {}
+
+WpaWatcher::~WpaWatcher() {
+  if (status_ == DeviceWatcherStatus::Started) {
+    station_->TheFinder().EndPass();
+  }
+}
+
+DeviceWatcherStatus WpaWatcher::Status() {
+  const std::lock_guard lock(mutex_);
+  return status_;
+}
+
+void WpaWatcher::Start() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (IsRunning()) {
+      throw platform::Error(platform::kErrorIllegalMethodCall, u"The watcher is running.");
+    }
+    status_ = DeviceWatcherStatus::Started;
+    ++pass_;
+    seen_.clear();
+  }
+  if (!station_->TheFinder().BeginPass()) {
+    Abort();
+    throw platform::Error(platform::kErrorFail, u"wpa_supplicant does not look for devices.");
+  }
+  Later(kQuickFindMs, &WpaWatcher::Widen);
+  Later(kPassMs, &WpaWatcher::CompletePass);
+}
+
+// Runs a step of this pass on a thread of its own, unless the pass has ended by then.
+void WpaWatcher::Later(std::uint32_t delayMs, void (WpaWatcher::*step)()) {
+  unsigned pass = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    pass = pass_;
+  }
+  station_->agenda.After(delayMs, [weak = weak_from_this(), pass, step, station = station_] {
+    station->courier.Send(nullptr, [weak, pass, step] {
+      const auto watcher = weak.lock();
+      if (watcher != nullptr && watcher->IsInPass(pass)) {
+        ((*watcher).*step)();
+      }
+    });
+  });
+}
+
+bool WpaWatcher::IsInPass(unsigned pass) {
+  const std::lock_guard lock(mutex_);
+  return pass == pass_ && status_ == DeviceWatcherStatus::Started;
+}
+
+void WpaWatcher::Widen() { station_->TheFinder().Widen(); }
+
+void WpaWatcher::Stop() { LeaveFor(DeviceWatcherStatus::Stopped); }
+void WpaWatcher::Abort() { LeaveFor(DeviceWatcherStatus::Aborted); }
+
+// Ends what runs. The search needs no time to end, so there is no Stopping in between.
+void WpaWatcher::LeaveFor(DeviceWatcherStatus status) {
+  bool finds = false;
+  {
+    const std::lock_guard lock(mutex_);
+    if (!IsRunning()) {
+      return;
+    }
+    finds = status_ == DeviceWatcherStatus::Started;
+    status_ = status;
+    RaisePlain(stopped_);
+  }
+  if (finds) {
+    station_->TheFinder().EndPass();
+  }
+}
+
+void WpaWatcher::CompletePass() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (status_ != DeviceWatcherStatus::Started) {
+      return;
+    }
+    status_ = DeviceWatcherStatus::EnumerationCompleted;
+    RaisePlain(completed_);
+  }
+  station_->TheFinder().EndPass();
+}
+
+void WpaWatcher::Found(const std::string& address, const std::string& name) {
+  const std::lock_guard lock(mutex_);
+  if (!IsRunning()) {
+    return;
+  }
+  const auto [seen, isNew] = seen_.try_emplace(address, name);
+  if (isNew) {
+    const auto info = std::make_shared<WpaInformation>(station_, address, name);
+    station_->Raise(
+        lane_, added_.Subscribers(),
+        [self = shared_from_this(), info](const AddedHandler& handler) { handler(*self, info); });
+  } else if (std::exchange(seen->second, name) != name) {
+    RaiseUpdate(updated_, address);
+  }
+}
+
+void WpaWatcher::Lost(const std::string& address) {
+  const std::lock_guard lock(mutex_);
+  if (IsRunning() && seen_.erase(address) == 1) {
+    RaiseUpdate(removed_, address);
+  }
+}
+
+void WpaWatcher::RaisePlain(const events::EventSource<PassHandler>& source) {
+  station_->Raise(lane_, source.Subscribers(),
+                  [self = shared_from_this()](const PassHandler& handler) { handler(*self); });
+}
+
+void WpaWatcher::RaiseUpdate(const events::EventSource<UpdateHandler>& source,
+                             const std::string& address) {
+  const auto update = std::make_shared<WpaInformationUpdate>(address);
+  station_->Raise(lane_, source.Subscribers(),
+                  [self = shared_from_this(), update](const UpdateHandler& handler) {
+                    handler(*self, *update);
+                  });
+}
+
+}  // namespace lanvoss::wpa

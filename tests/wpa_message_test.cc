@@ -1,0 +1,45 @@
+// What wpa_supplicant tells: names come from the air and may imitate anything.
+#include <gtest/gtest.h>
+
+#include "backends/wpa/message.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+TEST(WpaMessage, HasItsWordsAndFields) {
+  const Message message = ParseMessage(
+      "<3>P2P-GROUP-STARTED p2p-wlan0-0 GO ssid=\"DIRECT-a b\" freq=2437 passphrase=\"qD tC\" "
+      "psk=441e go_dev_addr=42:00:00:00:00:00 [PERSISTENT]");
+  EXPECT_EQ(message.name, "P2P-GROUP-STARTED");
+  EXPECT_EQ(message.Word(0), "p2p-wlan0-0");
+  EXPECT_EQ(message.Word(1), "GO");
+  EXPECT_EQ(message.Word(2), "[PERSISTENT]");
+  EXPECT_EQ(message.Word(3), "");
+  EXPECT_EQ(message.Field("ssid"), "DIRECT-a b");
+  EXPECT_EQ(message.Field("go_dev_addr"), "42:00:00:00:00:00");
+  EXPECT_EQ(message.Field("freq"), "2437");
+  for (const char* secret : {"passphrase", "psk"}) {
+    EXPECT_EQ(message.Field(secret), "") << secret;
+  }
+}
+
+TEST(WpaMessage, IsNotMisledByAName) {
+  const Message message = ParseMessage(
+      "<3>P2P-DEVICE-FOUND 46:00:00:00:01:00 p2p_dev_addr=42:00:00:00:01:00 "
+      "name='it's' p2p_dev_addr=66:66:66:66:66:66 x='' config_methods=0x80 new=1");
+  EXPECT_EQ(message.Word(0), "46:00:00:00:01:00");
+  EXPECT_EQ(message.Field("p2p_dev_addr"), "42:00:00:00:01:00");
+  EXPECT_EQ(LineOf("42:00:00:00:01:00\ndevice_name=a device_name=b|'\nage=3\n", "device_name"),
+            "a device_name=b|'");
+}
+
+TEST(WpaMessage, TakesWhateverComes) {
+  for (const char* text : {"", "<", "<3>", "<3> ", "=", "<3>A =", "<3>A b='", "<3>A b='c", " "}) {
+    EXPECT_NO_THROW(ParseMessage(text)) << text;
+  }
+  EXPECT_EQ(ParseMessage("<3>A b='c d").Field("b"), "'c d");
+  EXPECT_EQ(ParseMessage("CTRL-EVENT-TERMINATING ").name, "CTRL-EVENT-TERMINATING");
+}
+
+}  // namespace
+}  // namespace lanvoss::wpa
