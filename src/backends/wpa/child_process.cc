@@ -1,13 +1,12 @@
 #include "backends/wpa/child_process.h"
 
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/error.h"
+#include "backends/wpa/fail.h"
 
 namespace lanvoss::wpa {
 namespace {
@@ -51,10 +50,10 @@ bool IsInstalled(const std::string& program) { return !PathOf(program).empty(); 
 ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
   const std::string path = PathOf(arguments.front());
   if (path.empty()) {
-    throw platform::Error(platform::kErrorFail,
-                          platform::Utf8ToUtf16("there is no program " + arguments.front()));
+    Fail("there is no program " + arguments.front());
   }
   std::vector<char*> words;
+  words.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) {
     words.push_back(const_cast<char*>(argument.c_str()));
   }
@@ -62,8 +61,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
   if (const int error =
           posix_spawn(&process_, path.c_str(), Silence().Actions(), nullptr, words.data(), environ);
       error != 0) {
-    throw platform::Error(platform::kErrorFail,
-                          platform::Utf8ToUtf16(path + ": " + std::strerror(error)));
+    Fail(path, error);
   }
 }
 

@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
-#include <cstring>
 #include <poll.h>
 #include <string>
 #include <sys/socket.h>
@@ -11,8 +10,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
-#include "platform/error.h"
 
 namespace lanvoss::wpa {
 namespace {
@@ -20,9 +19,8 @@ namespace {
 // The longest reply of wpa_supplicant.
 constexpr std::size_t kLongestDatagram = 8192;
 
-[[noreturn]] void Raise(const std::string& path) {
-  const std::string text = "wpa_supplicant at " + path + ": " + std::strerror(errno);
-  throw platform::Error(platform::kErrorFail, platform::Utf8ToUtf16(text));
+[[noreturn]] void FailAt(const std::string& path, int error) {
+  Fail("wpa_supplicant at " + path, error);
 }
 
 }  // namespace
@@ -43,15 +41,14 @@ ControlSocket::ControlSocket(const std::string& path)
   }
   const int error = errno;
   close(socket_);
-  errno = error;
-  Raise(path_);
+  FailAt(path_, error);
 }
 
 ControlSocket::~ControlSocket() { close(socket_); }
 
 void ControlSocket::Send(std::string_view text) {
   if (send(socket_, text.data(), text.size(), MSG_NOSIGNAL) < 0) {
-    Raise(path_);
+    FailAt(path_, errno);
   }
 }
 
@@ -75,8 +72,7 @@ std::string Ask(const std::string& path, std::string_view command) {
   conversation.Send(command);
   auto reply = conversation.Receive(kReplyMs);
   if (!reply) {
-    errno = ETIMEDOUT;
-    Raise(path);
+    FailAt(path, ETIMEDOUT);
   }
   return *std::move(reply);
 }

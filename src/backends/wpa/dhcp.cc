@@ -3,15 +3,14 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <sys/stat.h>
 #include <system_error>
 #include <thread>
 
+#include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
-#include "platform/error.h"
 
 namespace lanvoss::wpa {
 namespace {
@@ -22,8 +21,7 @@ constexpr char kScriptFile[] = "script";
 std::filesystem::path NewDirectory() {
   std::string path = std::filesystem::temp_directory_path() / "lanvoss-dhcp-XXXXXX";
   if (mkdtemp(path.data()) == nullptr) {
-    throw platform::Error(platform::kErrorFail,
-                          platform::Utf8ToUtf16(path + ": " + std::strerror(errno)));
+    Fail(path, errno);
   }
   return path;
 }
@@ -65,7 +63,7 @@ std::vector<std::string> ServerArguments(const std::string& interface,
 
 // udhcpc tells what it has got by calling a script.
 std::string WriteScript(const PrivateDirectory& directory) {
-  const std::string path = directory / kScriptFile;
+  std::string path = directory / kScriptFile;
   const std::string leases = directory / kLeaseFile;
   std::ofstream(path) << "#!/bin/sh\n"
                       << "[ -z \"$ip\" ] || echo \"$ip $subnet $serverid\" > '" << leases << "'\n";

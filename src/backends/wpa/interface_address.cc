@@ -9,7 +9,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "platform/error.h"
+#include "backends/wpa/fail.h"
 
 namespace lanvoss::wpa {
 namespace {
@@ -34,9 +34,7 @@ class RequestSocket {
         return;
       }
     }
-    const std::string text =
-        "address " + address + " for " + interface + ": " + std::strerror(errno);
-    throw platform::Error(platform::kErrorFail, platform::Utf8ToUtf16(text));
+    Fail("the address " + address + " for " + interface, errno);
   }
 
  private:

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "backends/wpa/credentials.h"
+#include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
 #include "backends/wpa/wpa_device.h"
 #include "backends/wpa/wpa_watcher.h"
@@ -78,7 +79,7 @@ class Station::Turn {
   static std::unique_lock<std::timed_mutex> Take(std::timed_mutex& turn) {
     std::unique_lock lock(turn, std::chrono::milliseconds(kTurnMs));
     if (!lock) {
-      throw platform::Error(platform::kErrorFail, u"The adapter is busy with another device.");
+      Fail("the adapter is busy with another device");
     }
     return lock;
   }

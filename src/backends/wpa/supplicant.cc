@@ -7,8 +7,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
-#include "platform/error.h"
 
 namespace lanvoss::wpa {
 namespace {
@@ -50,7 +50,7 @@ std::unique_ptr<ControlSocket> Supplicant::Attach() const {
   auto events = std::make_unique<ControlSocket>(socketPath_);
   events->Send("ATTACH");
   if (!events->Receive(kReplyMs).value_or("").starts_with("OK")) {
-    throw platform::Error(platform::kErrorFail, u"wpa_supplicant does not answer");
+    Fail("wpa_supplicant at " + socketPath_ + " does not answer");
   }
   return events;
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "backends/wpa/adapter.h"
+#include "backends/wpa/fail.h"
 #include "backends/wpa/station.h"
 #include "backends/wpa/wpa_device.h"
 #include "backends/wpa/wpa_information.h"
@@ -43,7 +44,7 @@ class WpaRadio final : public platform::WiFiDirect {
     std::call_once(made_, [this] {
       const Adapter adapter = LookForAdapter(interface_);
       if (adapter.lack != Lack::kNothing) {
-        throw platform::Error(platform::kErrorFail, platform::Utf8ToUtf16(Explain(adapter)));
+        Fail(Explain(adapter));
       }
       station_ = Station::Create(system_, adapter.socketPath);
     });

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
 #include "backends/wpa/wpa_information.h"
 #include "platform/error.h"
@@ -36,7 +37,7 @@ void WpaWatcher::Start() {
   }
   if (!station_->TheFinder().BeginPass()) {
     Abort();
-    throw platform::Error(platform::kErrorFail, u"wpa_supplicant does not look for devices.");
+    Fail("wpa_supplicant does not look for devices");
   }
   Later(kQuickFindMs, &WpaWatcher::Widen);
   Later(kPassMs, &WpaWatcher::CompletePass);
