@@ -288,6 +288,8 @@ void Station::OnMessage(const Message& message) {
     OnGroupGone(message.Word(0));
   } else if (message.name == kGoneEvent) {
     OnGone();
+  } else if (message.name == kBackEvent) {
+    Configure(*supplicant_);
   }
 }
 
@@ -315,7 +317,7 @@ void Station::OnDeviceLeft(const std::string& address) {
   }
   // A group that this machine owns would stay up, empty.
   for (const std::string& interface : interfaces) {
-    RemoveGroup(*supplicant_, interface);
+    Close(interface);
   }
 }
 

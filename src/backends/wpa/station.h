@@ -75,7 +75,8 @@ class Station : public std::enable_shared_from_this<Station> {
  private:
   class Turn;
 
-  // On a thread of the courier's, one after the other.
+  // On a thread of the courier's, one after the other, and never for long: an event that is late
+  // would be taken for one of the next link.
   void OnMessage(const Message& message);
   void OnFound(const std::string& address);
   void OnLost(const std::string& address);

@@ -68,12 +68,14 @@ std::unique_ptr<ControlSocket> Supplicant::AttachAgain() const {
 }
 
 void Supplicant::HearAll(std::unique_ptr<ControlSocket> events) {
-  while (events != nullptr) {
-    HearUntilGone(*events);
-    if (!IsEnding(0)) {
-      Tell({.name = kGoneEvent, .words = {}, .fields = {}});
-    }
+  HearUntilGone(*events);
+  while (!IsEnding(0)) {
+    Tell({.name = kGoneEvent, .words = {}, .fields = {}});
     events = AttachAgain();
+    if (events != nullptr) {
+      Tell({.name = kBackEvent, .words = {}, .fields = {}});
+      HearUntilGone(*events);
+    }
   }
 }
 

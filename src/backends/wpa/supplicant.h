@@ -25,8 +25,9 @@ inline Clock::time_point After(std::uint32_t milliseconds) {
   return Clock::now() + std::chrono::milliseconds(milliseconds);
 }
 
-// The event that stands for the end of wpa_supplicant, however it came.
+// The events that stand for the end of wpa_supplicant, however it came, and for its return.
 inline constexpr char kGoneEvent[] = "CTRL-EVENT-TERMINATING";
+inline constexpr char kBackEvent[] = "BACK";
 
 class Inbox;
 

@@ -1,6 +1,7 @@
 #include "backends/wpa/wpa_information.h"
 
 #include <future>
+#include <regex>
 
 #include "platform/unicode.h"
 
@@ -9,7 +10,7 @@ namespace {
 
 using platform::DevicePairingResultStatus;
 
-constexpr char16_t kIdStart[] = u"WiFiDirect#";
+constexpr char kIdStart[] = "WiFiDirect#";
 
 // One request on its way through the handlers. It is answered when nobody holds it any more: the
 // handlers have returned and every deferral is released.
@@ -48,13 +49,15 @@ class Ceremony final : public platform::DevicePairingRequestedEventArgs {
 }  // namespace
 
 std::u16string IdOf(const std::string& address) {
-  return kIdStart + platform::Utf8ToUtf16(address);
+  return platform::Utf8ToUtf16(kIdStart + address);
 }
 
+// Ids also come from the cache file, and their addresses go into commands.
 std::string AddressOf(const std::u16string& id) {
-  return id.starts_with(kIdStart)
-             ? platform::Utf16ToUtf8(id.substr(std::char_traits<char16_t>::length(kIdStart)))
-             : std::string();
+  static const std::regex whole(kIdStart + std::string("((?:[0-9a-f]{2}:){5}[0-9a-f]{2})"));
+  const std::string text = platform::Utf16ToUtf8(id);
+  std::smatch match;
+  return std::regex_match(text, match, whole) ? match[1].str() : std::string();
 }
 
 WpaInformation::WpaInformation(std::shared_ptr<Station> station, std::string address,
