@@ -262,6 +262,9 @@ class Player {
   }
 
   void End() {
+    // The report of a link's end is on its way when the host lets go, and may arrive after that.
+    peers_.front().DropLink();
+    time_->Sleep(simulated::Habits().statusReportMs);
     LetGo();
     for (int waitedS = 0; witness_.Objects() > 0 && waitedS < kLastOperationS; ++waitedS) {
       time_->Sleep(kMsPerS);
