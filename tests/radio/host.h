@@ -1,0 +1,190 @@
+// What a story of the radio plays with: a host, with the library in it, and a camera. Tells how
+// long everything takes, in milliseconds.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "lanvoss/lanvoss.h"
+
+#include "backends/wpa/control_socket.h"
+#include "camera.h"
+
+namespace lanvoss::test {
+
+inline constexpr char kOutput[] = "/tmp/output";
+inline constexpr char kProgramOutput[] = "/tmp/program";
+inline constexpr char kColumns[] = "%-40s %7s %7s %7s %7s %7s %7s\n";
+
+inline std::string table;
+
+inline std::string Row(const std::string& what, const std::vector<std::string>& cells) {
+  char row[128];
+  std::snprintf(row, sizeof row, kColumns, what.c_str(), cells[0].c_str(), cells[1].c_str(),
+                cells[2].c_str(), cells[3].c_str(), cells[4].c_str(), cells[5].c_str());
+  return row;
+}
+
+// A host and a camera that do not know each other.
+class Radio : public testing::Test {
+ protected:
+  Radio() {
+    current = this;
+    std::fflush(stdout);
+    static_cast<void>(std::freopen(kOutput, "w", stdout));
+    std::filesystem::remove_all(directory_);
+    std::filesystem::create_directory(directory_);
+    for (const char* const command : {"P2P_GROUP_REMOVE *", "REMOVE_NETWORK all", "P2P_FLUSH"}) {
+      TellSupplicant(command);
+    }
+  }
+
+  ~Radio() override {
+    lanvoss.reset();
+    std::fflush(stdout);
+    dup2(output_, STDOUT_FILENO);
+    close(output_);
+    if (HasFailure()) {
+      std::ifstream file(kOutput);
+      for (std::string line; std::getline(file, line);) {
+        std::printf("%s\n", line.c_str());
+      }
+      std::printf("%s", camera->Story().c_str());
+    }
+  }
+
+  static void TellSupplicant(const std::string& command) {
+    wpa::ControlSocket socket("/run/wpa_supplicant/p2p-dev-wlan0");
+    socket.Send(command);
+    EXPECT_EQ(socket.Receive(10'000), "OK\n") << command;
+  }
+
+  // A new object, which has the cache of the one before.
+  void Open() {
+    lanvoss.reset();
+    lanvoss = getLanvossPtr(&Radio::OnNotify, directory_);
+  }
+
+  template <typename Operation>
+  std::string Measure(const std::string& what, Operation operation) {
+    {
+      const std::lock_guard lock(mutex_);
+      log_.clear();
+    }
+    const auto begun = std::chrono::steady_clock::now();
+    std::string result = operation();
+    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begun;
+    Tell(what, static_cast<int>(took.count()));
+    return result;
+  }
+
+  std::string Ask(const std::string& what, const std::string& request) {
+    return Measure(what, [&] { return lanvoss->GetDeviceIp(request); });
+  }
+
+  // Asks, and expects a link on which the camera answers.
+  void Connect(const std::string& what, const std::string& request) {
+    if (lanvoss == nullptr) {
+      Open();
+    }
+    const std::string addresses = Ask(what, request);
+    EXPECT_EQ(addresses, "192.168.49.1," + camera->Address());
+    ExpectReplies();
+  }
+
+  void ExpectReplies() {
+    lanvoss->PingCheck();
+    EXPECT_EQ(Sum("(watch) ping done ret:"), 4);
+  }
+
+  // Expects the link to come down, and the camera to notice.
+  void DisConnect() {
+    EXPECT_EQ(lanvoss->DisConnect(""), 1);
+    EXPECT_TRUE(Await([this] { return !camera->HasAddress(); }));
+  }
+
+  // The last line that the program prints.
+  std::string RunProgram(const std::string& what, const std::string& operation) {
+    return Measure(what, [&] {
+      const std::string command = "timeout 150 ./lanvoss --radio wpa " + operation + " --dir " +
+                                  directory_.string() + " >" + kProgramOutput + " 2>&1";
+      EXPECT_EQ(std::system(command.c_str()), 0);
+      std::string last;
+      std::ifstream file(kProgramOutput);
+      for (std::string line; std::getline(file, line); last = line) {
+        std::printf("%s\n", line.c_str());
+        OnNotify("info", line);
+      }
+      return last;
+    });
+  }
+
+  // How many lines of the log begin so, since the last measured operation began.
+  int Logged(const std::string& start) {
+    const std::lock_guard lock(mutex_);
+    return static_cast<int>(
+        std::ranges::count_if(log_, [&](const auto& line) { return line.starts_with(start); }));
+  }
+
+  bool IsLoggedSoon(const std::string& start) {
+    return Await([&] { return Logged(start) > 0; });
+  }
+
+  std::shared_ptr<LanvossInterface> lanvoss;
+  std::unique_ptr<Camera> camera = std::make_unique<Camera>("wlan1");
+
+ private:
+  static void OnNotify(std::string kind, std::string message) {
+    if (kind == "info") {
+      const std::lock_guard lock(current->mutex_);
+      current->log_.push_back(std::move(message));
+    }
+  }
+
+  // Of the numbers that follow this text in the log.
+  int Sum(const std::string& before) {
+    const std::lock_guard lock(mutex_);
+    int sum = 0;
+    for (const std::string& line : log_) {
+      if (const auto at = line.find(before); at != std::string::npos) {
+        sum += std::atoi(line.c_str() + at + before.size());
+      }
+    }
+    return sum;
+  }
+
+  void Tell(const std::string& what, int totalMs) {
+    std::vector<std::string> cells;
+    int ownMs = totalMs;
+    for (const char* const step :
+         {" watch:", "PairAsync done dt:", "FromIdAsync done dt:", "ping done ret:0 dt:"}) {
+      const int ms = Sum(step);
+      ownMs -= ms;
+      cells.push_back(ms == 0 ? "" : std::to_string(ms));
+    }
+    cells.push_back(std::to_string(totalMs));
+    cells.push_back(std::to_string(std::max(ownMs, 0)));
+    const std::string row = Row(what, cells);
+    table += row;
+    static_cast<void>(write(output_, row.data(), row.size()));
+  }
+
+  static inline Radio* current = nullptr;  // the library's callback is a plain function
+  const std::filesystem::path directory_ = "/tmp/story";
+  const int output_ = dup(STDOUT_FILENO);  // while the story's goes into a file
+  std::mutex mutex_;                       // guards the log
+  std::vector<std::string> log_;
+};
+
+}  // namespace lanvoss::test
