@@ -130,15 +130,15 @@ class Radio : public testing::Test {
     });
   }
 
-  // How many lines of the log begin so, since the last measured operation began.
-  int Logged(const std::string& start) {
+  // How many lines of the log have this in them, since the last measured operation began.
+  int Logged(const std::string& text) {
     const std::lock_guard lock(mutex_);
-    return static_cast<int>(
-        std::ranges::count_if(log_, [&](const auto& line) { return line.starts_with(start); }));
+    return static_cast<int>(std::ranges::count_if(
+        log_, [&](const auto& line) { return line.find(text) != std::string::npos; }));
   }
 
-  bool IsLoggedSoon(const std::string& start) {
-    return Await([&] { return Logged(start) > 0; });
+  bool IsLoggedSoon(const std::string& text) {
+    return Await([&] { return Logged(text) > 0; });
   }
 
   std::shared_ptr<LanvossInterface> lanvoss;

@@ -47,6 +47,7 @@ TEST_F(Radio, ServesAHostProgram) {
   const std::string addresses = "192.168.49.1,192.168.49.10";
   EXPECT_EQ(RunProgram("program: connect a new camera", "ip " + kName), addresses);
   EXPECT_EQ(RunProgram("program: connect by id", "ip --direct " + kName), addresses);
+  EXPECT_EQ(Logged("FromIdAsync done"), 1) << "not at the first try";
   EXPECT_EQ(camera->Count(kRequest), 1U);
 }
 
