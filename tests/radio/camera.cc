@@ -107,7 +107,7 @@ void Camera::Live() {
     if (const auto text = events->Receive(kPollMs)) {
       {
         const std::lock_guard lock(mutex_);
-        story_ += radio_ + ": " + *text + "\n";
+        story_ += radio_ + ": " + text->substr(0, text->find(" psk=")) + "\n";
       }
       React(wpa::ParseMessage(*text));
     }

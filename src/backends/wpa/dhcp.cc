@@ -17,6 +17,7 @@ namespace {
 
 constexpr char kLeaseFile[] = "leases";
 constexpr char kScriptFile[] = "script";
+constexpr char kPidFile[] = "pid";
 
 std::filesystem::path NewDirectory() {
   std::string path = std::filesystem::temp_directory_path() / "lanvoss-dhcp-XXXXXX";
@@ -43,7 +44,7 @@ bool Await(const std::filesystem::path& path, Clock::time_point deadline, Find f
 
 // A server for one network that is nobody's way to anywhere else.
 std::vector<std::string> ServerArguments(const std::string& interface,
-                                         const std::filesystem::path& leases) {
+                                         const PrivateDirectory& directory) {
   return {"dnsmasq",
           "--conf-file=/dev/null",
           "--keep-in-foreground",
@@ -58,7 +59,8 @@ std::vector<std::string> ServerArguments(const std::string& interface,
           "--dhcp-option=6",  // no name server
           "--dhcp-authoritative",
           "--no-ping",  // nobody else is there yet, so no time for asking
-          "--dhcp-leasefile=" + leases.string()};
+          "--pid-file=" + (directory / kPidFile).string(),
+          "--dhcp-leasefile=" + (directory / kLeaseFile).string()};
 }
 
 // udhcpc tells what it has got by calling a script.
@@ -80,7 +82,7 @@ PrivateDirectory::~PrivateDirectory() {
 }
 
 DhcpServer::DhcpServer(const std::string& interface)
-    : server_(ServerArguments(interface, directory_ / kLeaseFile)) {}
+    : server_(ServerArguments(interface, directory_)) {}
 
 std::string DhcpServer::AwaitLease(const std::string& hardwareAddress,
                                    Clock::time_point deadline) const {

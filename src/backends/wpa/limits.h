@@ -26,7 +26,8 @@ inline constexpr std::uint32_t kSeekMs = 12'000;
 // has to push a button takes longer.
 inline constexpr std::uint32_t kNegotiationMs = 60'000;
 // From the invitation to its answer: milliseconds to 2 s from a device that listens.
-inline constexpr std::uint32_t kInvitationMs = 10'000;
+inline constexpr std::uint32_t kInvitationMs = 3'000;
+inline constexpr int kInvitations = 3;
 // From there to the group with the device in it. A formation that fails takes 16 s.
 inline constexpr std::uint32_t kGroupMs = 20'000;
 // Addresses by DHCP, when the handshake has allocated none.

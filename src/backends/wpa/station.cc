@@ -210,15 +210,31 @@ std::optional<Link> Station::Invite(Inbox& inbox, const std::string& address) {
     return std::nullopt;
   }
   RemoveLeftOver(*supplicant_, *group);
-  if (!Seek(address) || !supplicant_->Do("P2P_INVITE persistent=" + *group + " peer=" + address)) {
+  if (!Seek(address)) {
+    return std::nullopt;
+  }
+  std::optional<Link> link;
+  bool answered = false;
+  for (int tries = 0; tries < kInvitations && !answered; ++tries) {
+    link = InviteOnce(inbox, address, *group, answered);
+  }
+  return link;
+}
+
+// wpa_supplicant does not reach a device that begins to listen after it was invited: such a one,
+// which has just left a link, takes the next invitation.
+std::optional<Link> Station::InviteOnce(Inbox& inbox, const std::string& address,
+                                        const std::string& group, bool& answered) {
+  if (!supplicant_->Do("P2P_INVITE persistent=" + group + " peer=" + address)) {
     return std::nullopt;
   }
   auto deadline = After(kInvitationMs);
   while (const auto message = inbox.Next(deadline)) {
     if (message->name == "P2P-INVITATION-RESULT") {
+      answered = true;
       const std::string status = message->Field("status");
       if (status == kUnknownGroup) {
-        Forget(*supplicant_, *group);  // so that it is paired anew
+        Forget(*supplicant_, group);  // so that it is paired anew
       }
       if (status != kAccepted) {
         return std::nullopt;
@@ -294,11 +310,46 @@ void Station::OnMessage(const Message& message) {
 }
 
 void Station::OnFound(const std::string& address) {
-  // A name may hold anything, field names too; here it has a line of its own.
-  const std::string name = LineOf(supplicant_->Ask("P2P_PEER " + address), "device_name");
-  for (const auto& watcher : Watchers()) {
-    watcher->Found(address, name);
+  if (const auto name = NameOf(address)) {
+    for (const auto& watcher : Watchers()) {
+      watcher->Found(address, *name);
+    }
   }
+}
+
+// The name that the device has, or had when it was last heard of.
+std::optional<std::string> Station::NameOf(const std::string& address) {
+  // It may hold anything, names of fields too, so the event is no help; here it has its own line.
+  const std::string reply = supplicant_->Ask("P2P_PEER " + address);
+  const std::lock_guard lock(mutex_);
+  if (reply.starts_with(address)) {
+    names_[address] = LineOf(reply, "device_name");
+  }
+  const auto known = names_.find(address);
+  return known == names_.end() ? std::nullopt : std::optional(known->second);
+}
+
+// A device that has a link listens to nobody, so no search finds it.
+void Station::TellOfLinks() {
+  Later(messages_, [](Station& self) {
+    for (const std::string& address : self.LinkedDevices()) {
+      self.OnFound(address);
+    }
+  });
+}
+
+std::set<std::string> Station::LinkedDevices() {
+  std::set<std::string> linked;
+  for (const auto& device : Devices()) {
+    if (device->IsUp()) {
+      linked.insert(device->TheLink().peer);
+    }
+  }
+  const std::lock_guard lock(mutex_);
+  for (const auto& [address, link] : kept_) {
+    linked.insert(address);
+  }
+  return linked;
 }
 
 // The device has left its groups, or has to.

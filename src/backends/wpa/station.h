@@ -36,6 +36,8 @@ class Station : public std::enable_shared_from_this<Station> {
   Station& operator=(const Station&) = delete;
 
   void Register(const std::shared_ptr<WpaWatcher>& watcher);
+  // Tells the watchers of the devices that have a link. Returns at once.
+  void TellOfLinks();
 
   // ---- Pairing with the device of this address
   bool IsPaired(const std::string& address) const;
@@ -90,9 +92,13 @@ class Station : public std::enable_shared_from_this<Station> {
 
   bool Seek(const std::string& address);
   std::optional<Link> Invite(Inbox& inbox, const std::string& address);
+  std::optional<Link> InviteOnce(Inbox& inbox, const std::string& address, const std::string& group,
+                                 bool& answered);
   bool Keep(Inbox& inbox, const Link& link);
   std::shared_ptr<WpaDevice> TakeKept(const std::string& address);
 
+  std::optional<std::string> NameOf(const std::string& address);
+  std::set<std::string> LinkedDevices();
   std::vector<std::shared_ptr<WpaWatcher>> Watchers();
   std::vector<std::shared_ptr<WpaDevice>> Devices();
 
@@ -100,10 +106,11 @@ class Station : public std::enable_shared_from_this<Station> {
   const std::shared_ptr<events::Lane> chores_;
 
   std::timed_mutex turn_;         // guards nothing: one negotiation at a time holds it
-  std::mutex mutex_;              // guards the four below
+  std::mutex mutex_;              // guards the five below
   std::set<std::string> groups_;  // the interfaces of those that this object has brought up
   // Links that no device object stands for yet, by the device's address.
   std::map<std::string, Link> kept_;
+  std::map<std::string, std::string> names_;  // the latest of each device, by its address
   std::vector<std::weak_ptr<WpaWatcher>> watchers_;
   std::vector<std::weak_ptr<WpaDevice>> devices_;
 

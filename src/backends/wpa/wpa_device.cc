@@ -63,8 +63,12 @@ WpaDevice::~WpaDevice() {
 }
 
 WiFiDirectConnectionStatus WpaDevice::ConnectionStatus() {
+  return IsUp() ? WiFiDirectConnectionStatus::Connected : WiFiDirectConnectionStatus::Disconnected;
+}
+
+bool WpaDevice::IsUp() {
   const std::lock_guard lock(mutex_);
-  return up_ ? WiFiDirectConnectionStatus::Connected : WiFiDirectConnectionStatus::Disconnected;
+  return up_;
 }
 
 platform::EventToken WpaDevice::ConnectionStatusChanged(

@@ -23,6 +23,7 @@ class WpaDevice final : public platform::WiFiDirectDevice,
   void Close() override;
 
   const Link& TheLink() const { return link_; }
+  bool IsUp();
   // The link is down from now on, and whoever is subscribed hears of it. False: it was already.
   bool End();
 

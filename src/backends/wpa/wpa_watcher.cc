@@ -39,6 +39,7 @@ void WpaWatcher::Start() {
     Abort();
     Fail("wpa_supplicant does not look for devices");
   }
+  station_->TellOfLinks();
   Later(kQuickFindMs, &WpaWatcher::Widen);
   Later(kPassMs, &WpaWatcher::CompletePass);
 }
@@ -53,16 +54,16 @@ void WpaWatcher::Later(std::uint32_t delayMs, void (WpaWatcher::*step)()) {
   station_->agenda.After(delayMs, [weak = weak_from_this(), pass, step, station = station_] {
     station->courier.Send(nullptr, [weak, pass, step] {
       const auto watcher = weak.lock();
-      if (watcher != nullptr && watcher->IsInPass(pass)) {
+      if (watcher != nullptr && watcher->IsRunningPass(pass)) {
         ((*watcher).*step)();
       }
     });
   });
 }
 
-bool WpaWatcher::IsInPass(unsigned pass) {
+bool WpaWatcher::IsRunningPass(unsigned pass) {
   const std::lock_guard lock(mutex_);
-  return pass == pass_ && status_ == DeviceWatcherStatus::Started;
+  return pass == pass_ && IsRunning();
 }
 
 void WpaWatcher::Widen() { station_->TheFinder().Widen(); }
@@ -107,9 +108,13 @@ void WpaWatcher::Found(const std::string& address, const std::string& name) {
   const auto [seen, isNew] = seen_.try_emplace(address, name);
   if (isNew) {
     const auto info = std::make_shared<WpaInformation>(station_, address, name);
-    station_->Raise(
-        lane_, added_.Subscribers(),
-        [self = shared_from_this(), info](const AddedHandler& handler) { handler(*self, info); });
+    // What was found before a stop is not told after it.
+    station_->Raise(lane_, added_.Subscribers(),
+                    [self = shared_from_this(), info, pass = pass_](const AddedHandler& handler) {
+                      if (self->IsRunningPass(pass)) {
+                        handler(*self, info);
+                      }
+                    });
   } else if (std::exchange(seen->second, name) != name) {
     RaiseUpdate(updated_, address);
   }

@@ -28,7 +28,7 @@ class WpaWatcher final : public events::WatcherBase,
 
  private:
   void Later(std::uint32_t delayMs, void (WpaWatcher::*step)());
-  bool IsInPass(unsigned pass);
+  bool IsRunningPass(unsigned pass);
   void Widen();
   void CompletePass();
   bool IsRunning() const {
