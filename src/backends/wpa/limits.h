@@ -30,6 +30,9 @@ inline constexpr std::uint32_t kInvitationMs = 3'000;
 inline constexpr int kInvitations = 3;
 // From there to the group with the device in it. A formation that fails takes 16 s.
 inline constexpr std::uint32_t kGroupMs = 20'000;
+// A group lives for so long at least. A device whose group goes while it enters looks for it for 15
+// s and takes no invitation meanwhile.
+inline constexpr std::uint32_t kShortestGroupMs = 500;
 // Addresses by DHCP, when the handshake has allocated none.
 inline constexpr std::uint32_t kLeaseMs = 10'000;
 inline constexpr std::uint32_t kLeasePollMs = 50;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <thread>
 #include <utility>
 
 #include "backends/wpa/credentials.h"
@@ -107,7 +108,8 @@ Station::Station(const std::shared_ptr<platform::System>& system)
 
 // What nobody holds any more has nobody to take it down.
 Station::~Station() {
-  for (const std::string& interface : groups_) {
+  for (const auto& [interface, mayGo] : groups_) {
+    std::this_thread::sleep_until(mayGo);
     try {
       RemoveGroup(*supplicant_, interface);
     } catch (const platform::Error&) {
@@ -256,7 +258,7 @@ bool Station::Keep(Inbox& inbox, const Link& link) {
   {
     const std::lock_guard lock(mutex_);
     kept_[link.peer] = link;
-    groups_.insert(link.interface);
+    groups_[link.interface] = After(kShortestGroupMs);
   }
   while (const auto message = inbox.Next(Clock::now())) {
     if (IsEndOf(link, *message)) {
@@ -284,6 +286,14 @@ void Station::Close(const std::string& interface) {
 }
 
 void Station::TakeDown(const std::string& interface) {
+  Clock::time_point mayGo;
+  {
+    const std::lock_guard lock(mutex_);
+    if (const auto found = groups_.find(interface); found != groups_.end()) {
+      mayGo = found->second;
+    }
+  }
+  std::this_thread::sleep_until(mayGo);
   RemoveGroup(*supplicant_, interface);
   OnGroupGone(interface);
 }

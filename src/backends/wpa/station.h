@@ -105,9 +105,10 @@ class Station : public std::enable_shared_from_this<Station> {
   const std::shared_ptr<events::Lane> messages_;
   const std::shared_ptr<events::Lane> chores_;
 
-  std::timed_mutex turn_;         // guards nothing: one negotiation at a time holds it
-  std::mutex mutex_;              // guards the five below
-  std::set<std::string> groups_;  // the interfaces of those that this object has brought up
+  std::timed_mutex turn_;  // guards nothing: one negotiation at a time holds it
+  std::mutex mutex_;       // guards the five below
+  // The groups that this object has brought up, by interface, and when they may go.
+  std::map<std::string, Clock::time_point> groups_;
   // Links that no device object stands for yet, by the device's address.
   std::map<std::string, Link> kept_;
   std::map<std::string, std::string> names_;  // the latest of each device, by its address
