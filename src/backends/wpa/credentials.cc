@@ -36,9 +36,17 @@ std::optional<std::string> StoredGroupWith(const Supplicant& supplicant,
   return std::nullopt;
 }
 
-void Forget(const Supplicant& supplicant, const std::string& group) {
-  supplicant.Do("REMOVE_NETWORK " + group);
+bool Forget(const Supplicant& supplicant, const std::string& group) {
+  const bool removed = supplicant.Do("REMOVE_NETWORK " + group);
   supplicant.Do("SAVE_CONFIG");
+  return removed;
+}
+
+void ForgetAll(const Supplicant& supplicant, const std::string& address) {
+  auto group = StoredGroupWith(supplicant, address);
+  while (group && Forget(supplicant, *group)) {
+    group = StoredGroupWith(supplicant, address);
+  }
 }
 
 }  // namespace lanvoss::wpa

@@ -12,7 +12,9 @@ namespace lanvoss::wpa {
 std::optional<std::string> StoredGroupWith(const Supplicant& supplicant,
                                            const std::string& address);
 
-// Removes it, for good where wpa_supplicant may write its configuration.
-void Forget(const Supplicant& supplicant, const std::string& group);
+// Removes a group, for good where wpa_supplicant may write its configuration. False: it is refused.
+bool Forget(const Supplicant& supplicant, const std::string& group);
+// Removes all groups with the device.
+void ForgetAll(const Supplicant& supplicant, const std::string& address);
 
 }  // namespace lanvoss::wpa

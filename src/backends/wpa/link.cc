@@ -29,7 +29,7 @@ bool AwaitClient(Inbox& inbox, Link& link) {
     if (message->name == "P2P-GROUP-REMOVED" && message->Word(kInterfaceWord) == link.interface) {
       return false;
     }
-    if (message->name != "AP-STA-CONNECTED" || message->Field("p2p_dev_addr") != link.peer) {
+    if (message->name != "AP-STA-CONNECTED" || message->Field(kAddressField) != link.peer) {
       continue;
     }
     link.remote = message->Field("ip_addr");

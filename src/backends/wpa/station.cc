@@ -8,6 +8,7 @@
 #include "backends/wpa/credentials.h"
 #include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
+#include "backends/wpa/negotiation.h"
 #include "backends/wpa/wpa_device.h"
 #include "backends/wpa/wpa_watcher.h"
 
@@ -15,35 +16,6 @@ namespace lanvoss::wpa {
 namespace {
 
 using Status = platform::DevicePairingResultStatus;
-
-constexpr char kFoundEvent[] = "P2P-DEVICE-FOUND";
-// The device's own address, which unlike that of its interface in a group is always the same.
-constexpr char kAddressField[] = "p2p_dev_addr";
-
-// How a negotiation ends, as the protocol numbers it.
-constexpr char kRejectedByUser[] = "11";
-constexpr char kNoAnswer[] = "-1";
-// And an invitation.
-constexpr char kAccepted[] = "0";
-constexpr char kUnknownGroup[] = "8";
-
-Status FailureOf(const Message& message) {
-  const std::string status = message.Field("status");
-  return status == kRejectedByUser ? Status::ConnectionRejected
-         : status == kNoAnswer     ? Status::AuthenticationTimeout
-                                   : Status::Failed;
-}
-
-bool IsFailedFormation(const Message& message) {
-  return message.name == "P2P-GROUP-FORMATION-FAILURE";
-}
-
-// Whether the event tells of the end of the link.
-bool IsEndOf(const Link& link, const Message& message) {
-  return message.name == kGoneEvent ||
-         (message.name == "P2P-GROUP-REMOVED" && message.Word(0) == link.interface) ||
-         (message.name == "AP-STA-DISCONNECTED" && message.Field(kAddressField) == link.peer);
-}
 
 template <typename Object>
 std::vector<std::shared_ptr<Object>> Living(std::vector<std::weak_ptr<Object>>& objects) {
@@ -134,29 +106,9 @@ Status Station::Pair(const std::string& address, int ownerIntent) {
   if (IsPaired(address)) {
     return Status::AlreadyPaired;
   }
-  if (!Seek(address)) {
-    return Status::AuthenticationTimeout;
-  }
   Inbox inbox(*supplicant_);
-  if (!supplicant_->Do("P2P_CONNECT " + address +
-                       " pbc persistent go_intent=" + std::to_string(ownerIntent))) {
-    return Status::Failed;
-  }
-  const auto deadline = After(kNegotiationMs);
-  while (const auto message = inbox.Next(deadline)) {
-    if (message->name == "P2P-GO-NEG-FAILURE" || IsFailedFormation(*message)) {
-      return FailureOf(*message);
-    }
-    if (message->name == kGoneEvent) {
-      return Status::HardwareFailure;
-    }
-    if (IsGroupStart(*message)) {
-      const auto link = AwaitLink(*supplicant_, inbox, *message, address);
-      return link && Keep(inbox, *link) ? Status::Paired : Status::Failed;
-    }
-  }
-  supplicant_->Do("P2P_CANCEL");
-  return Status::AuthenticationTimeout;
+  const auto [status, link] = Negotiate(*supplicant_, inbox, address, ownerIntent);
+  return !link || Keep(inbox, *link) ? status : Status::Failed;
 }
 
 void Station::Unpair(const std::string& address) {
@@ -166,31 +118,8 @@ void Station::Unpair(const std::string& address) {
 // Takes the links with it down as well.
 void Station::ForgetDevice(const std::string& address) {
   const Turn turn(*this);
-  while (const auto group = StoredGroupWith(*supplicant_, address)) {
-    Forget(*supplicant_, *group);
-  }
+  ForgetAll(*supplicant_, address);
   OnDeviceLeft(address);
-}
-
-// wpa_supplicant pairs and links only with devices that it has heard of within the last minute.
-bool Station::Seek(const std::string& address) {
-  if (supplicant_->Ask("P2P_PEER " + address).starts_with(address)) {
-    return true;
-  }
-  Inbox inbox(*supplicant_);
-  const auto findsWithin = [&](const char* find, std::uint32_t limitMs) {
-    supplicant_->Do(find);
-    const auto deadline = After(limitMs);
-    while (const auto message = inbox.Next(deadline)) {
-      if (message->name == kFoundEvent && message->Field(kAddressField) == address) {
-        return true;
-      }
-    }
-    return false;
-  };
-  const bool found = findsWithin(kQuickFind, kQuickFindMs) || findsWithin(kWideFind, kSeekMs);
-  supplicant_->Do(kStopFind);
-  return found;
 }
 
 // ---- Links
@@ -201,55 +130,8 @@ std::shared_ptr<WpaDevice> Station::Open(const std::string& address) {
     return device;
   }
   Inbox inbox(*supplicant_);
-  const auto link = Invite(inbox, address);
+  const auto link = Invite(*supplicant_, inbox, address);
   return link && Keep(inbox, *link) ? TakeKept(address) : nullptr;
-}
-
-// Brings the stored group with the device up again.
-std::optional<Link> Station::Invite(Inbox& inbox, const std::string& address) {
-  const auto group = StoredGroupWith(*supplicant_, address);
-  if (!group) {
-    return std::nullopt;
-  }
-  RemoveLeftOver(*supplicant_, *group);
-  if (!Seek(address)) {
-    return std::nullopt;
-  }
-  std::optional<Link> link;
-  bool answered = false;
-  for (int tries = 0; tries < kInvitations && !answered; ++tries) {
-    link = InviteOnce(inbox, address, *group, answered);
-  }
-  return link;
-}
-
-// wpa_supplicant does not reach a device that begins to listen after it was invited: such a one,
-// which has just left a link, takes the next invitation.
-std::optional<Link> Station::InviteOnce(Inbox& inbox, const std::string& address,
-                                        const std::string& group, bool& answered) {
-  if (!supplicant_->Do("P2P_INVITE persistent=" + group + " peer=" + address)) {
-    return std::nullopt;
-  }
-  auto deadline = After(kInvitationMs);
-  while (const auto message = inbox.Next(deadline)) {
-    if (message->name == "P2P-INVITATION-RESULT") {
-      answered = true;
-      const std::string status = message->Field("status");
-      if (status == kUnknownGroup) {
-        Forget(*supplicant_, group);  // so that it is paired anew
-      }
-      if (status != kAccepted) {
-        return std::nullopt;
-      }
-      deadline = After(kGroupMs);
-    } else if (IsFailedFormation(*message) || message->name == kGoneEvent) {
-      return std::nullopt;
-    } else if (IsGroupStart(*message)) {
-      return AwaitLink(*supplicant_, inbox, *message, address);
-    }
-  }
-  supplicant_->Do("P2P_CANCEL");
-  return std::nullopt;
 }
 
 // Keeps a new link until a device object takes it. What happened to it before it was kept is in the

@@ -90,10 +90,6 @@ class Station : public std::enable_shared_from_this<Station> {
   void ForgetDevice(const std::string& address);
   void TakeDown(const std::string& interface);
 
-  bool Seek(const std::string& address);
-  std::optional<Link> Invite(Inbox& inbox, const std::string& address);
-  std::optional<Link> InviteOnce(Inbox& inbox, const std::string& address, const std::string& group,
-                                 bool& answered);
   bool Keep(Inbox& inbox, const Link& link);
   std::shared_ptr<WpaDevice> TakeKept(const std::string& address);
 

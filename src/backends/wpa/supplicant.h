@@ -25,6 +25,11 @@ inline Clock::time_point After(std::uint32_t milliseconds) {
   return Clock::now() + std::chrono::milliseconds(milliseconds);
 }
 
+inline constexpr char kFoundEvent[] = "P2P-DEVICE-FOUND";
+// A field: the device's own address, which unlike that of its interface in a group is always the
+// same.
+inline constexpr char kAddressField[] = "p2p_dev_addr";
+
 // The events that stand for the end of wpa_supplicant, however it came, and for its return.
 inline constexpr char kGoneEvent[] = "CTRL-EVENT-TERMINATING";
 inline constexpr char kBackEvent[] = "BACK";
