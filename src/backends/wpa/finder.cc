@@ -7,18 +7,25 @@ bool Finder::BeginPass() {
   {
     const std::lock_guard lock(mutex_);
     ++passes_;
+    find_ = kQuickFind;
   }
-  return Apply(kQuickFind);
+  return Apply(true);
 }
 
-void Finder::Widen() { Apply(kWideFind); }
+void Finder::Widen() {
+  {
+    const std::lock_guard lock(mutex_);
+    find_ = kWideFind;
+  }
+  Apply(true);
+}
 
 void Finder::EndPass() {
   {
     const std::lock_guard lock(mutex_);
     --passes_;
   }
-  Apply();
+  Apply(false);
 }
 
 void Finder::ChangePauses(int by) {
@@ -26,24 +33,25 @@ void Finder::ChangePauses(int by) {
     const std::lock_guard lock(mutex_);
     pauses_ += by;
   }
-  Apply();
+  Apply(false);
 }
 
-// Makes wpa_supplicant do what the passes and pauses ask for. `find`: what to look with, even if it
-// looks already, since it tells of a device once in a search; null: only if it does not.
-bool Finder::Apply(const char* find) {
+// Makes wpa_supplicant do what the passes and pauses ask for. `again`: even if it looks already,
+// since it tells of a device once in a search.
+bool Finder::Apply(bool again) {
   const std::lock_guard turn(switching_);
-  bool wanted = false;
+  const char* command = kStopFind;
   {
     const std::lock_guard lock(mutex_);
-    wanted = passes_ > 0 && pauses_ == 0;
-    if (wanted == finds_ && !(wanted && find != nullptr)) {
+    const bool wanted = passes_ > 0 && pauses_ == 0;
+    if (wanted == finds_ && !(wanted && again)) {
       return true;
     }
     finds_ = wanted;
+    command = wanted ? find_ : kStopFind;
   }
   try {
-    return supplicant_.Do(!wanted ? kStopFind : find == nullptr ? kWideFind : find);
+    return supplicant_.Do(command);
   } catch (const platform::Error&) {
     return false;
   }

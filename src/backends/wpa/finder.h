@@ -41,15 +41,16 @@ class Finder {
 
  private:
   void ChangePauses(int by);
-  bool Apply(const char* find = nullptr);
+  bool Apply(bool again);
 
   const Supplicant& supplicant_;
-  std::mutex
-      switching_;  // guards nothing: whoever gives a command holds it, so that they have an order
+  // Guards nothing: whoever gives a command holds it, so that commands have an order.
+  std::mutex switching_;
   std::mutex mutex_;  // guards everything below
   int passes_ = 0;
   int pauses_ = 0;
   bool finds_ = false;
+  const char* find_ = kQuickFind;  // how the pass looks by now
 };
 
 }  // namespace lanvoss::wpa

@@ -17,6 +17,9 @@ inline constexpr std::uint32_t kReturnPauseMs = 1'000;
 inline constexpr std::uint32_t kPassMs = 10'000;
 // Its first part, which looks where devices listen.
 inline constexpr std::uint32_t kQuickFindMs = 2'000;
+// When a pass tells of the devices that this machine has links with. Not at once: it must not be
+// over before whoever began it has seen it run.
+inline constexpr std::uint32_t kLinkedMs = 100;
 
 // One negotiation at a time: how long one waits for its turn. The longest that another takes.
 inline constexpr std::uint32_t kTurnMs = 120'000;

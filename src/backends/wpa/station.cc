@@ -1,7 +1,6 @@
 #include "backends/wpa/station.h"
 
 #include <algorithm>
-#include <chrono>
 #include <thread>
 #include <utility>
 
@@ -46,18 +45,29 @@ void Configure(const Supplicant& supplicant) {
 // One negotiation at a time, and nothing is looked for meanwhile.
 class Station::Turn {
  public:
-  explicit Turn(Station& station) : lock_(Take(station.turn_)), pause_(*station.finder_) {}
+  explicit Turn(Station& station) : station_(Take(station)), pause_(*station.finder_) {}
+  ~Turn() {
+    {
+      const std::lock_guard lock(station_.mutex_);
+      station_.negotiates_ = false;
+    }
+    station_.turnEnded_.notify_one();
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
 
  private:
-  static std::unique_lock<std::timed_mutex> Take(std::timed_mutex& turn) {
-    std::unique_lock lock(turn, std::chrono::milliseconds(kTurnMs));
-    if (!lock) {
+  static Station& Take(Station& station) {
+    std::unique_lock lock(station.mutex_);
+    if (!station.turnEnded_.wait_until(lock, After(kTurnMs),
+                                       [&] { return !station.negotiates_; })) {
       Fail("the adapter is busy with another device");
     }
-    return lock;
+    station.negotiates_ = true;
+    return station;
   }
 
-  const std::unique_lock<std::timed_mutex> lock_;
+  Station& station_;
   const Finder::Pause pause_;
 };
 
@@ -119,7 +129,9 @@ void Station::Unpair(const std::string& address) {
 void Station::ForgetDevice(const std::string& address) {
   const Turn turn(*this);
   ForgetAll(*supplicant_, address);
-  OnDeviceLeft(address);
+  for (const std::string& interface : GroupsWith(address)) {
+    TakeDown(interface);
+  }
 }
 
 // ---- Links
@@ -167,7 +179,10 @@ void Station::Close(const std::string& interface) {
   Later(chores_, [interface](Station& self) { self.TakeDown(interface); });
 }
 
+// A search meanwhile would keep the farewell from the device, which then looks for the group for
+// 11 s.
 void Station::TakeDown(const std::string& interface) {
+  const Finder::Pause pause(*finder_);
   Clock::time_point mayGo;
   {
     const std::lock_guard lock(mutex_);
@@ -244,7 +259,21 @@ std::set<std::string> Station::LinkedDevices() {
   return linked;
 }
 
-// The device has left its groups, or has to.
+std::vector<std::string> Station::GroupsWith(const std::string& address) {
+  std::vector<std::string> interfaces;
+  for (const auto& device : Devices()) {
+    if (device->IsUp() && device->TheLink().peer == address) {
+      interfaces.push_back(device->TheLink().interface);
+    }
+  }
+  const std::lock_guard lock(mutex_);
+  if (const auto kept = kept_.find(address); kept != kept_.end()) {
+    interfaces.push_back(kept->second.interface);
+  }
+  return interfaces;
+}
+
+// The device has left its groups.
 void Station::OnDeviceLeft(const std::string& address) {
   std::vector<std::string> interfaces;
   {

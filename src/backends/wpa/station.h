@@ -1,6 +1,7 @@
 // One Wi-Fi Direct adapter: what its watchers, pairings and links share.
 #pragma once
 
+#include <condition_variable>
 #include <functional>
 #include <map>
 #include <memory>
@@ -95,14 +96,14 @@ class Station : public std::enable_shared_from_this<Station> {
 
   std::optional<std::string> NameOf(const std::string& address);
   std::set<std::string> LinkedDevices();
+  std::vector<std::string> GroupsWith(const std::string& address);
   std::vector<std::shared_ptr<WpaWatcher>> Watchers();
   std::vector<std::shared_ptr<WpaDevice>> Devices();
 
   const std::shared_ptr<events::Lane> messages_;
   const std::shared_ptr<events::Lane> chores_;
 
-  std::timed_mutex turn_;  // guards nothing: one negotiation at a time holds it
-  std::mutex mutex_;       // guards the five below
+  std::mutex mutex_;  // guards everything below
   // The groups that this object has brought up, by interface, and when they may go.
   std::map<std::string, Clock::time_point> groups_;
   // Links that no device object stands for yet, by the device's address.
@@ -110,6 +111,8 @@ class Station : public std::enable_shared_from_this<Station> {
   std::map<std::string, std::string> names_;  // the latest of each device, by its address
   std::vector<std::weak_ptr<WpaWatcher>> watchers_;
   std::vector<std::weak_ptr<WpaDevice>> devices_;
+  bool negotiates_ = false;  // somebody has the turn
+  std::condition_variable turnEnded_;
 
   // Made by Create and then always there. Last, so that no event comes when the rest has gone.
   std::optional<Supplicant> supplicant_;

@@ -39,7 +39,7 @@ void WpaWatcher::Start() {
     Abort();
     Fail("wpa_supplicant does not look for devices");
   }
-  station_->TellOfLinks();
+  Later(kLinkedMs, &WpaWatcher::TellOfLinks);
   Later(kQuickFindMs, &WpaWatcher::Widen);
   Later(kPassMs, &WpaWatcher::CompletePass);
 }
@@ -66,6 +66,7 @@ bool WpaWatcher::IsRunningPass(unsigned pass) {
   return pass == pass_ && IsRunning();
 }
 
+void WpaWatcher::TellOfLinks() { station_->TellOfLinks(); }
 void WpaWatcher::Widen() { station_->TheFinder().Widen(); }
 
 void WpaWatcher::Stop() { LeaveFor(DeviceWatcherStatus::Stopped); }

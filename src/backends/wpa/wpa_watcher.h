@@ -29,6 +29,7 @@ class WpaWatcher final : public events::WatcherBase,
  private:
   void Later(std::uint32_t delayMs, void (WpaWatcher::*step)());
   bool IsRunningPass(unsigned pass);
+  void TellOfLinks();
   void Widen();
   void CompletePass();
   bool IsRunning() const {
