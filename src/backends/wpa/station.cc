@@ -129,8 +129,10 @@ void Station::Unpair(const std::string& address) {
 void Station::ForgetDevice(const std::string& address) {
   const Turn turn(*this);
   ForgetAll(*supplicant_, address);
-  for (const std::string& interface : GroupsWith(address)) {
-    TakeDown(interface);
+  for (const Link& link : Links()) {
+    if (link.peer == address) {
+      TakeDown(link.interface);
+    }
   }
 }
 
@@ -239,38 +241,24 @@ std::optional<std::string> Station::NameOf(const std::string& address) {
 // A device that has a link listens to nobody, so no search finds it.
 void Station::TellOfLinks() {
   Later(messages_, [](Station& self) {
-    for (const std::string& address : self.LinkedDevices()) {
-      self.OnFound(address);
+    for (const Link& link : self.Links()) {
+      self.OnFound(link.peer);
     }
   });
 }
 
-std::set<std::string> Station::LinkedDevices() {
-  std::set<std::string> linked;
+std::vector<Link> Station::Links() {
+  std::vector<Link> links;
   for (const auto& device : Devices()) {
     if (device->IsUp()) {
-      linked.insert(device->TheLink().peer);
+      links.push_back(device->TheLink());
     }
   }
   const std::lock_guard lock(mutex_);
   for (const auto& [address, link] : kept_) {
-    linked.insert(address);
+    links.push_back(link);
   }
-  return linked;
-}
-
-std::vector<std::string> Station::GroupsWith(const std::string& address) {
-  std::vector<std::string> interfaces;
-  for (const auto& device : Devices()) {
-    if (device->IsUp() && device->TheLink().peer == address) {
-      interfaces.push_back(device->TheLink().interface);
-    }
-  }
-  const std::lock_guard lock(mutex_);
-  if (const auto kept = kept_.find(address); kept != kept_.end()) {
-    interfaces.push_back(kept->second.interface);
-  }
-  return interfaces;
+  return links;
 }
 
 // The device has left its groups.

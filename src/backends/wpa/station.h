@@ -7,7 +7,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -95,8 +94,7 @@ class Station : public std::enable_shared_from_this<Station> {
   std::shared_ptr<WpaDevice> TakeKept(const std::string& address);
 
   std::optional<std::string> NameOf(const std::string& address);
-  std::set<std::string> LinkedDevices();
-  std::vector<std::string> GroupsWith(const std::string& address);
+  std::vector<Link> Links();
   std::vector<std::shared_ptr<WpaWatcher>> Watchers();
   std::vector<std::shared_ptr<WpaDevice>> Devices();
 

@@ -51,13 +51,17 @@ void WpaWatcher::Later(std::uint32_t delayMs, void (WpaWatcher::*step)()) {
     const std::lock_guard lock(mutex_);
     pass = pass_;
   }
-  station_->agenda.After(delayMs, [weak = weak_from_this(), pass, step, station = station_] {
-    station->courier.Send(nullptr, [weak, pass, step] {
-      const auto watcher = weak.lock();
-      if (watcher != nullptr && watcher->IsRunningPass(pass)) {
-        ((*watcher).*step)();
-      }
-    });
+  const auto run = [weak = weak_from_this(), pass, step] {
+    const auto watcher = weak.lock();
+    if (watcher != nullptr && watcher->IsRunningPass(pass)) {
+      ((*watcher).*step)();
+    }
+  };
+  // Holds nothing: the station would live, with its groups, until the step is due.
+  station_->agenda.After(delayMs, [weak = weak_from_this(), run] {
+    if (const auto watcher = weak.lock()) {
+      watcher->station_->courier.Send(nullptr, run);
+    }
   });
 }
 
