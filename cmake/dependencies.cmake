@@ -3,6 +3,7 @@
 if(NOT CMAKE_CROSSCOMPILING)
   find_package(CLI11 REQUIRED)
   find_package(nlohmann_json REQUIRED)
+  find_library(EDIT_LIBRARY edit REQUIRED)
   if(BUILD_TESTING)
     find_package(GTest REQUIRED)
   endif()

@@ -62,7 +62,7 @@ fi
 expect 0 "192.168.49.1,$remote" 0 "${program[@]}" ip Cam "${common[@]}"
 expect 0 Cam 0 "${program[@]}" watch Cam "${common[@]}"
 expect 0 Hangs 0 "${program[@]}" watch "${common[@]}"
-expect 1 '*' 1 "${program[@]}" ip Cam --direct "${common[@]}" # known, but not paired any more
+expect 6 '*' 1 "${program[@]}" ip Cam --direct "${common[@]}" # known, but not paired any more
 expect 2 '' 1 "${program[@]}" ip '' "${common[@]}"
 expect 2 '' 2 "${program[@]}" ip Cam --gap soon "${common[@]}"
 expect 2 '' 2 "${program[@]}" watch --keep "${common[@]}"
@@ -74,7 +74,7 @@ sequence=('ip Cam' ping disconnect 'watch  Cam' 'sleep 200' abort stop ping)
 expect 0 '*' 0 "${program[@]}" run "${sequence[@]}" "${common[@]}"
 expect_results "> ip Cam -> 192.168.49.1,$remote" '> ping -> replies: 4' '> disconnect -> 1' \
   '> watch  Cam -> 0' '> sleep 200 -> done' '> abort -> 0' '> stop -> 0' '> ping -> no link to probe'
-expect 1 '*' 1 "${program[@]}" run 'ip --direct Cam' ping "${common[@]}"
+expect 6 '*' 1 "${program[@]}" run 'ip --direct Cam' ping "${common[@]}"
 expect_results '> ip --direct Cam -> no link' '> ping -> no link to probe'
 expect 2 '' 1 "${program[@]}" run ping 'ip --gap soon Cam' "${common[@]}"
 expect 2 '*' 1 fed '# first\n\n abort \nfly\nstop\n' "${program[@]}" run "${common[@]}"

@@ -12,15 +12,19 @@ namespace lanvoss::program {
 namespace {
 
 constexpr char kFooter[] =
-    "The log and then the result go to standard output, complaints to standard error.\n"
+    "The options above go with every command, before it or behind it; COMMAND --help tells the\n"
+    "command's own. The log and then the result go to standard output, complaints to standard\n"
+    "error. On a terminal a last line tells how far an operation is.\n"
     "\n"
     "Exit codes:\n"
     "  0    done\n"
-    "  1    no link came up, or the device was not found\n"
-    "  2    bad usage, a bad operation, or a bad scenario file\n"
+    "  1    the device was not found\n"
+    "  2    bad usage, a bad operation, or a bad file\n"
     "  3    the platform failed\n"
     "  4    the link is dead: it was lost and could not be brought back\n"
-    "  130  interrupted; a second Ctrl-C leaves at once\n";
+    "  5    the device could not be paired\n"
+    "  6    the device was found, but no address came: no link came up\n"
+    "  130  aborted by an interrupt; a second Ctrl-C leaves at once\n";
 
 constexpr char kRunFooter[] =
     "Each OPERATION is one argument, as in: lanvoss run \"ip Cam-7F21\" ping disconnect\n"
@@ -38,29 +42,43 @@ constexpr char kRunFooter[] =
     "\n"
     "After each, a line \"> OPERATION -> RESULT\" follows on standard output.\n";
 
-void AddCommonOptions(CLI::App& command, CommandLine& line) {
-  command
-      .add_option("--dir", line.directory,
-                  "Where the device cache lives (default: the current directory)")
+// The program's own.
+void AddCommonOptions(CLI::App& app, CommandLine& line) {
+  app.add_option("--dir", line.directory,
+                 "Where the device cache lives (default: the current directory)")
       ->type_name("DIR");
-  command
-      .add_option("--scenario", line.scenarioFile,
-                  "Stand on the simulated neighbourhood of this JSON file")
+  app.add_option("--radio", line.radio, "Stand on this radio: " + RadioNames())->type_name("RADIO");
+  app.add_option("--scenario", line.scenarioFile,
+                 "Stand on the simulated neighbourhood of this JSON file")
+      ->type_name("FILE");
+  app.add_flag("--json", line.json,
+               "Write each notification and each result as a JSON object on a line, and no log");
+  app.add_flag("--quiet", line.quiet, "Write the result alone");
+  app.add_option("--log", line.logFile, "Append the log to this file instead of showing it")
       ->type_name("FILE");
 }
 
-// The program's own, before the command or behind it.
-void AddRadioOption(CLI::App& app, CommandLine& line) {
-  app.add_option("--radio", line.radio, "Stand on this radio: " + RadioNames())->type_name("RADIO");
-  for (CLI::App* command : app.get_subcommands(nullptr)) {
-    command->fallthrough();
-  }
+// A command of which line.commandName tells, and whose options go before it or behind it.
+CLI::App& AddCommand(CLI::App& app, CommandLine& line, Command command, const std::string& name,
+                     const std::string& description) {
+  CLI::App& added = *app.add_subcommand(name, description);
+  added.fallthrough();
+  added.callback([&line, command, name] {
+    line.command = command;
+    line.commandName = name;
+  });
+  return added;
+}
+
+void AddName(CLI::App& command, CommandLine& line) {
+  command.add_option("NAME", line.name, "The device")->required()->type_name("");
 }
 
 void AddIpCommand(CLI::App& app, CommandLine& line) {
-  CLI::App& command = *app.add_subcommand(
-      "ip", "Find, pair and connect a device; print the addresses of the link as LOCAL,REMOTE");
-  command.add_option("NAME", line.name, "The device")->required()->type_name("");
+  CLI::App& command = AddCommand(
+      app, line, Command::kIp, "ip",
+      "Find, pair and connect a device; print the addresses of the link as LOCAL,REMOTE");
+  AddName(command, line);
   const auto gap =
       command
           .add_option("--gap", line.gapMs, "Keep at least MS milliseconds from the last disconnect")
@@ -68,39 +86,65 @@ void AddIpCommand(CLI::App& app, CommandLine& line) {
           ->type_name("MS");
   command.add_flag("--direct", line.direct, "Connect at once to the id remembered for NAME")
       ->excludes(gap);
-  AddCommonOptions(command, line);
-  command.callback([&line] { line.command = Command::kIp; });
 }
 
 void AddPingCommand(CLI::App& app, CommandLine& line) {
-  CLI::App& command = *app.add_subcommand(
-      "ping", "Connect a device, check the link, and connect anew what no longer answers");
-  command.add_option("NAME", line.name, "The device")->required()->type_name("");
-  AddCommonOptions(command, line);
-  command.callback([&line] { line.command = Command::kPing; });
+  AddName(AddCommand(app, line, Command::kPing, "ping",
+                     "Connect a device, check the link, and connect anew what no longer answers"),
+          line);
+}
+
+void AddKeepCommand(CLI::App& app, CommandLine& line) {
+  constexpr int kLongestEveryS = 86'400;
+  CLI::App& command =
+      AddCommand(app, line, Command::kKeep, "keep",
+                 "Keep a device connected until interrupted; print each change of the link");
+  AddName(command, line);
+  command.add_option("--every", line.everyS, "Check the link every S seconds (default: 10)")
+      ->check(CLI::Range(1, kLongestEveryS).description(""))
+      ->type_name("S");
 }
 
 void AddWatchCommand(CLI::App& app, CommandLine& line) {
-  CLI::App& command = *app.add_subcommand(
-      "watch", "Print the devices that are there, or look for one until it is found");
+  CLI::App& command =
+      AddCommand(app, line, Command::kWatch, "watch",
+                 "Print the devices that are there, or look for one until it is found");
   const auto name = command.add_option("NAME", line.name, "The device to look for")->type_name("");
   command.add_flag("--keep", line.keep, "Watch on until the device is gone again")->needs(name);
-  AddCommonOptions(command, line);
-  command.callback([&line] { line.command = Command::kWatch; });
+}
+
+void AddDisconnectCommand(CLI::App& app, CommandLine& line) {
+  AddName(AddCommand(app, line, Command::kDisconnect, "disconnect",
+                     "Take the link to a device over, or make it, and close it"),
+          line);
+}
+
+void AddUnpairCommand(CLI::App& app, CommandLine& line) {
+  AddName(AddCommand(app, line, Command::kUnpair, "unpair",
+                     "Look for a device and make the system forget its pairing"),
+          line);
 }
 
 void AddRunCommand(CLI::App& app, CommandLine& line, std::vector<std::string>& operations) {
-  CLI::App& command = *app.add_subcommand("run", "Do several operations one after the other");
+  CLI::App& command =
+      AddCommand(app, line, Command::kRun, "run", "Do several operations one after the other");
   command.add_option("OPERATION", operations, "What to do, see below")->type_name("");
   command.footer(kRunFooter);
-  AddCommonOptions(command, line);
-  command.callback([&line] { line.command = Command::kRun; });
 }
 
-void AddDoctorCommand(CLI::App& app, CommandLine& line) {
-  CLI::App& command = *app.add_subcommand(
-      "doctor", "Say what this machine lacks for reaching devices, and how to mend it");
-  command.callback([&line] { line.command = Command::kDoctor; });
+void AddCommands(CLI::App& app, CommandLine& line, std::vector<std::string>& operations) {
+  AddIpCommand(app, line);
+  AddPingCommand(app, line);
+  AddKeepCommand(app, line);
+  AddWatchCommand(app, line);
+  AddDisconnectCommand(app, line);
+  AddUnpairCommand(app, line);
+  AddCommand(app, line, Command::kDevices, "devices", "Show the devices of the cache as a table");
+  AddRunCommand(app, line, operations);
+  AddCommand(app, line, Command::kShell, "shell",
+             "Do operations as they are typed; \"help\" tells which");
+  AddCommand(app, line, Command::kDoctor, "doctor",
+             "Say what this machine lacks for reaching devices, and how to mend it");
 }
 
 std::vector<Operation> ParseOperations(const std::vector<std::string>& texts) {
@@ -124,6 +168,9 @@ std::string FaultOf(const CommandLine& line) {
   if (line.radio && line.scenarioFile) {
     return "a scenario brings a radio of its own";
   }
+  if (line.json && line.command == Command::kShell) {
+    return "a shell is for people; lanvoss run --json does operations from standard input";
+  }
   if (line.radio && !ChooseRadio(*line.radio)) {
     return "no radio \"" + *line.radio + "\"; there is " + RadioNames();
   }
@@ -141,13 +188,9 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
   app.failure_message([](const CLI::App*, const CLI::Error& error) {
     return "lanvoss: " + std::string(error.what()) + "\nRun with --help for more information.\n";
   });
-  AddIpCommand(app, line);
-  AddPingCommand(app, line);
-  AddWatchCommand(app, line);
+  AddCommonOptions(app, line);
   std::vector<std::string> operations;
-  AddRunCommand(app, line, operations);
-  AddDoctorCommand(app, line);
-  AddRadioOption(app, line);
+  AddCommands(app, line, operations);
   try {
     app.parse(argc, argv);
     line.operations = ParseOperations(operations);

@@ -10,19 +10,35 @@
 
 namespace lanvoss::program {
 
-enum class Command { kIp, kPing, kWatch, kRun, kDoctor };
+enum class Command {
+  kIp,
+  kPing,
+  kKeep,
+  kWatch,
+  kDisconnect,
+  kUnpair,
+  kDevices,
+  kRun,
+  kShell,
+  kDoctor
+};
 
 struct CommandLine {
   Command command = Command::kIp;
-  // Neither empty nor with a line feed; always there for kIp and kPing.
+  std::string commandName;
+  // Neither empty nor with a line feed; always there where a command takes one, but for kWatch.
   std::optional<std::string> name;
   std::optional<std::int32_t> gapMs;        // of kIp
   bool direct = false;                      // of kIp
   bool keep = false;                        // of kWatch
+  int everyS = 10;                          // of kKeep
   std::vector<Operation> operations;        // of kRun; none: they stand on standard input
   std::string directory;                    // empty: the current one
   std::optional<std::string> radio;         // its name; none: the system's default
   std::optional<std::string> scenarioFile;  // a simulated neighbourhood instead
+  bool json = false;                        // an object a line, instead of the log and the results
+  bool quiet = false;                       // the result alone
+  std::optional<std::string> logFile;       // where the log goes instead
 };
 
 // Fills `line`. A number: the program is to end with this exit code, and what there is to say (the

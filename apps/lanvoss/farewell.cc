@@ -5,8 +5,8 @@
 #include <stop_token>
 #include <utility>
 
-#include "console.h"
 #include "pause.h"
+#include "results.h"
 
 namespace lanvoss::program {
 namespace {
@@ -16,10 +16,10 @@ constexpr std::chrono::seconds kFarewellLimit(20);
 
 }  // namespace
 
-Farewell::Farewell(Outcome outcome)
-    : limit_([outcome = std::move(outcome)](std::stop_token taken) {
+Farewell::Farewell(const CommandLine& line, Outcome outcome)
+    : limit_([&line, outcome = std::move(outcome)](std::stop_token taken) {
         if (Pause(kFarewellLimit, std::move(taken))) {
-          std::_Exit(Report(outcome));
+          std::_Exit(Report(line, outcome));
         }
       }) {}
 

@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "command_line.h"
 #include "outcome.h"
 
 namespace lanvoss::program {
@@ -12,7 +13,7 @@ namespace lanvoss::program {
 // ends all the same.
 class Farewell {
  public:
-  explicit Farewell(Outcome outcome);
+  Farewell(const CommandLine& line, Outcome outcome);
 
  private:
   std::jthread limit_;

@@ -1,4 +1,4 @@
-// Standard input, in pieces.
+// What arrives from standard input or a pipe, in pieces.
 #pragma once
 
 #include <string>
@@ -7,7 +7,9 @@ namespace lanvoss::program {
 
 enum class Input { kMore, kNoneYet, kEnd };
 
-// Waits for input, for kNoticeMs at most, and appends it to `text`.
-Input ReadInput(std::string& text);
+inline constexpr int kStandardInput = 0;
+
+// Waits for input from the file of number `file`, for kNoticeMs at most, and appends it to `text`.
+Input ReadInput(int file, std::string& text);
 
 }  // namespace lanvoss::program

@@ -24,19 +24,46 @@ void Interruption::Ends(const std::shared_ptr<LanvossInterface>& object) {
   object_ = object;
 }
 
-void Interruption::Close() { listener_ = {}; }
+std::stop_token Interruption::Token() const {
+  const std::lock_guard lock(mutex_);
+  return arrived_.get_token();
+}
+
+void Interruption::Renew() {
+  const std::lock_guard lock(mutex_);
+  if (arrived_.stop_requested()) {
+    arrived_ = {};
+    renewed_.request_stop();
+  }
+}
+
+void Interruption::Close() {
+  {
+    const std::lock_guard lock(mutex_);
+    renewed_.request_stop();
+  }
+  listener_ = {};
+}
 
 void Interruption::Listen(const std::stop_token& over) {
-  if (!TakeInterrupt(over)) {
-    return;
+  while (TakeInterrupt(over)) {
+    Complain("interrupted");
+    // What runs may hang in the platform, which nothing can end but the end of the process.
+    LetNextInterruptLeave(true);
+    const std::stop_token renewed = BeginInterruption();
+    do {
+      GiveUp();
+    } while (!over.stop_requested() && Pause(kGiveUpPause, renewed));
+    LetNextInterruptLeave(false);
   }
-  Complain("interrupted");
-  // What runs may hang in the platform, which nothing can end but the end of the process.
-  LetNextInterruptLeave();
+}
+
+// Tells everyone of the interruption. The token tells that it is over.
+std::stop_token Interruption::BeginInterruption() {
+  const std::lock_guard lock(mutex_);
+  renewed_ = {};
   arrived_.request_stop();
-  do {
-    GiveUp();
-  } while (Pause(kGiveUpPause, over));
+  return renewed_.get_token();
 }
 
 void Interruption::GiveUp() {

@@ -1,5 +1,5 @@
-// An interrupt of the program: the first one makes the running operation end, the second one the
-// process.
+// An interrupt of the program: the first one makes the running operation end, a second one, before
+// that has ended, the process.
 #pragma once
 
 #include <memory>
@@ -23,8 +23,11 @@ class Interruption {
   // being done.
   void Ends(const std::shared_ptr<LanvossInterface>& object);
 
-  bool Happened() const { return arrived_.stop_requested(); }
-  std::stop_token Token() const { return arrived_.get_token(); }
+  bool Happened() const { return Token().stop_requested(); }
+  std::stop_token Token() const;
+
+  // What was interrupted has ended: from here on nothing has happened.
+  void Renew();
 
   // Waits for the thread to end. From then on a first interrupt is kept, but nobody takes it.
   void Close();
@@ -32,10 +35,12 @@ class Interruption {
  private:
   void Listen(const std::stop_token& over);
   void GiveUp();
+  std::stop_token BeginInterruption();
 
+  mutable std::mutex mutex_;  // guards what follows, but not the thread
+  std::weak_ptr<LanvossInterface> object_;
   std::stop_source arrived_;
-  std::mutex mutex_;
-  std::weak_ptr<LanvossInterface> object_;  // guarded by mutex_
+  std::stop_source renewed_;
   std::jthread listener_;
 };
 

@@ -12,7 +12,8 @@ void HoldInterrupts();
 // Waits for an interrupt. False: `over` was requested first.
 bool TakeInterrupt(const std::stop_token& over);
 
-// From now on an interrupt ends the process at once, with kExitInterrupted.
-void LetNextInterruptLeave();
+// Whether from now on an interrupt ends the process at once, with kExitAborted, or waits again to
+// be taken.
+void LetNextInterruptLeave(bool leave);
 
 }  // namespace lanvoss::program

@@ -2,16 +2,21 @@
 
 #include <string>
 
+#include "addresses.h"
+#include "no_link.h"
 #include "request.h"
+#include "situation.h"
 
 namespace lanvoss::program {
 
 Outcome RunIp(LanvossInterface& object, const CommandLine& line) {
-  const std::string addresses = object.GetDeviceIp(IpRequest(*line.name, line.gapMs, line.direct));
+  const std::string& name = *line.name;
+  const UnderWay underWay;
+  const std::string addresses = object.GetDeviceIp(IpRequest(name, line.gapMs, line.direct));
   if (addresses.empty()) {
-    return {kExitNotFound, {}, "no link to " + *line.name};
+    return NoLink(name);
   }
-  return {kExitOk, addresses + "\n"};
+  return {.result = addresses + "\n", .facts = LinkFacts(name, addresses)};
 }
 
 }  // namespace lanvoss::program

@@ -20,7 +20,7 @@ std::optional<std::string> LineReader::Next(const std::stop_token& interrupted) 
 bool LineReader::ReadMore(const std::stop_token& interrupted) {
   Input input = Input::kNoneYet;
   while (input == Input::kNoneYet && !interrupted.stop_requested()) {
-    input = ReadInput(unread_);
+    input = ReadInput(kStandardInput, unread_);
   }
   return input == Input::kMore;
 }

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <optional>
+#include <stop_token>
 #include <string>
 
 #include "lanvoss/lanvoss.h"
+
+#include "notification.h"
 
 namespace lanvoss::program {
 
@@ -14,10 +17,14 @@ struct LinkCheck {
   std::string addresses = {};       // of the link that the recovery opened
 };
 
-// The host's function that the object of a check has to be made with.
-void HearCheck(std::string kind, std::string message);
+// A listener. Complains, once per run of the program, when the right to probe is missing.
+void HearProbe(const Notification& notification);
 
-// Complains, once per run of the program, when the right to probe is missing.
 LinkCheck CheckLink(LanvossInterface& object);
+
+// The addresses of the link to `name`; it is made when there is none. Asks once more after an empty
+// answer: an attempt may take the end of the link before it for a wish to give up.
+std::string AskForAddresses(LanvossInterface& object, const std::string& name,
+                            const std::stop_token& interrupted);
 
 }  // namespace lanvoss::program

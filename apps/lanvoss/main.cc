@@ -6,56 +6,84 @@
 
 #include "command_line.h"
 #include "console.h"
+#include "devices_command.h"
+#include "disconnect_command.h"
 #include "doctor.h"
 #include "farewell.h"
 #include "interruption.h"
 #include "ip_command.h"
+#include "keep_command.h"
 #include "link_check.h"
+#include "notifications.h"
 #include "outcome.h"
 #include "ping_command.h"
+#include "progress.h"
+#include "results.h"
 #include "run_command.h"
 #include "scenario.h"
+#include "shell_command.h"
 #include "simulation.h"
+#include "situation.h"
 #include "streams.h"
+#include "unpair_command.h"
 #include "watch_command.h"
 
 namespace lanvoss::program {
 namespace {
 
-// The host's function that a command has to be run with.
-NotifyCallback ListenerFor(Command command) {
-  switch (command) {
-    case Command::kIp:
-    case Command::kDoctor:
-      return nullptr;
-    case Command::kWatch:
-      return &HearWatch;
-    case Command::kPing:
-    case Command::kRun:
-      return &HearCheck;
+// Who listens to the library during a command.
+void ListenFor(const CommandLine& line) {
+  Listen(&HearSituation);
+  Listen(&HearProbe);
+  if (line.command == Command::kShell) {
+    Listen(&HearNames);
   }
-  return nullptr;
+  if (line.json && !line.quiet) {
+    Listen(&PrintNotification);
+  }
 }
 
-Outcome RunCommand(LanvossInterface& object, const CommandLine& line,
-                   const Interruption& interruption) {
+ConsoleOptions ConsoleFor(const CommandLine& line) {
+  using Log = ConsoleOptions::Log;
+  ConsoleOptions options;
+  if (line.logFile) {
+    options.log = Log::kKept;
+    options.logFile = *line.logFile;
+  } else if (line.json || line.quiet) {
+    options.log = Log::kDropped;
+  }
+  if (!line.quiet) {
+    options.standing = &Progress;
+  }
+  return options;
+}
+
+Outcome RunCommand(LanvossInterface& object, const CommandLine& line, Interruption& interruption) {
   switch (line.command) {
     case Command::kIp:
       return RunIp(object, line);
     case Command::kPing:
       return RunPing(object, line, interruption.Token());
+    case Command::kKeep:
+      return RunKeep(object, line, interruption.Token());
     case Command::kWatch:
       return RunWatch(object, line, interruption.Token());
+    case Command::kDisconnect:
+      return RunDisconnect(object, line);
+    case Command::kUnpair:
+      return RunUnpair(object, line, interruption.Token());
     case Command::kRun:
       return RunOperations(object, line, interruption.Token());
+    case Command::kShell:
+      return RunShell(object, line, interruption);
+    case Command::kDevices:
     case Command::kDoctor:
-      break;  // it needs no object
+      break;  // they need no object
   }
   return {};
 }
 
-Outcome TryCommand(LanvossInterface& object, const CommandLine& line,
-                   const Interruption& interruption) {
+Outcome TryCommand(LanvossInterface& object, const CommandLine& line, Interruption& interruption) {
   try {
     return RunCommand(object, line, interruption);
   } catch (const std::exception& error) {
@@ -63,22 +91,31 @@ Outcome TryCommand(LanvossInterface& object, const CommandLine& line,
   }
 }
 
-Outcome Run(const CommandLine& line) {
+Outcome RunOnObject(const CommandLine& line) {
   Interruption interruption;
-  auto object = getLanvossPtr(ListenerFor(line.command), line.directory);
+  ListenFor(line);
+  OpenConsole(ConsoleFor(line));  // starts a thread, which interrupts must find holding them
+  auto object = getLanvossPtr(&Hear, line.directory);
   interruption.Ends(object);
 
   Outcome outcome = TryCommand(*object, line, interruption);
   if (interruption.Happened()) {
-    outcome = {kExitInterrupted};
+    outcome = {kExitAborted};
   }
   {
     // The object logs its end. Only then does the result follow, as the last line.
-    const Farewell farewell(outcome);
+    const Farewell farewell(line, outcome);
     object.reset();
     interruption.Close();
   }
-  return interruption.Happened() ? Outcome{kExitInterrupted} : outcome;
+  return interruption.Happened() ? Outcome{kExitAborted} : outcome;
+}
+
+Outcome Run(const CommandLine& line) {
+  if (line.command == Command::kDevices) {
+    return RunDevices(line);
+  }
+  return line.command == Command::kDoctor ? RunDoctor() : RunOnObject(line);
 }
 
 int Main(int argc, char** argv) {
@@ -91,11 +128,13 @@ int Main(int argc, char** argv) {
     if (line.scenarioFile) {
       Simulate(LoadScenario(*line.scenarioFile));
     }
-    return Report(line.command == Command::kDoctor ? RunDoctor() : Run(line));
+    return Report(line, Run(line));
   } catch (const ScenarioError& error) {
-    return Report({kExitUsage, {}, error.what()});
+    return Report(line, {kExitUsage, {}, error.what()});
+  } catch (const ConsoleError& error) {
+    return Report(line, {kExitUsage, {}, error.what()});
   } catch (const std::exception& error) {
-    return Report({kExitPlatform, {}, error.what()});
+    return Report(line, {kExitPlatform, {}, error.what()});
   }
 }
 

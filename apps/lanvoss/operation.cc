@@ -16,6 +16,11 @@ using Kind = Operation::Kind;
 constexpr std::string_view kBlanks = " \t\r";
 constexpr std::string_view kOptionMark = "--";
 
+std::string_view Trimmed(std::string_view text) {
+  const auto first = std::min(text.find_first_not_of(kBlanks), text.size());
+  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
 // Takes the first word off `rest`, with the blanks behind it.
 std::string_view TakeWord(std::string_view& rest) {
   const auto word = rest.substr(0, rest.find_first_of(kBlanks));
@@ -118,17 +123,25 @@ Operation Parse(std::string_view text) {
 
 }  // namespace
 
-std::string_view Trimmed(std::string_view text) {
-  const auto first = std::min(text.find_first_not_of(kBlanks), text.size());
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
 Operation ParseOperation(std::string_view text, const std::string& place) {
   try {
     return Parse(Trimmed(text));
   } catch (const OperationError& error) {
     throw OperationError(place + ": " + error.what());
   }
+}
+
+bool IsComment(std::string_view line) {
+  const std::string_view text = Trimmed(line);
+  return text.empty() || text.starts_with('#');
+}
+
+std::vector<std::string> OperationWords() {
+  std::vector<std::string> words;
+  for (const Form& form : kForms) {
+    words.emplace_back(form.word);
+  }
+  return words;
 }
 
 }  // namespace lanvoss::program

@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lanvoss::program {
 
@@ -31,7 +32,10 @@ class OperationError : public std::runtime_error {
 // "operation 2: ...".
 Operation ParseOperation(std::string_view text, const std::string& place);
 
-// The text without the blanks around it.
-std::string_view Trimmed(std::string_view text);
+// Whether a line of input is none: blank, or a comment that begins with #.
+bool IsComment(std::string_view line);
+
+// The words that operations begin with.
+std::vector<std::string> OperationWords();
 
 }  // namespace lanvoss::program

@@ -1,21 +1,28 @@
 // What a run of the program comes to.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 namespace lanvoss::program {
 
 inline constexpr int kExitOk = 0;
-inline constexpr int kExitNotFound = 1;  // no link came up, or the device was not found
-inline constexpr int kExitUsage = 2;     // bad arguments, a bad operation or a bad scenario file
+inline constexpr int kExitNotFound = 1;  // the device was not found
+inline constexpr int kExitUsage = 2;     // bad arguments, a bad operation or a bad file
 inline constexpr int kExitPlatform = 3;  // the platform failed
 inline constexpr int kExitDeadLink = 4;  // a link was lost and could not be brought back
-inline constexpr int kExitInterrupted = 130;  // as shells report the interrupt signal
+inline constexpr int kExitPairingFailed = 5;
+inline constexpr int kExitNoAddress = 6;  // found, and paired or not to be paired, but no link
+inline constexpr int kExitAborted = 130;  // as shells report the interrupt signal
+
+// What --json tells: the members of an object, in their order.
+using Facts = nlohmann::ordered_json;
 
 struct Outcome {
   int exitCode = kExitOk;
   std::string result = {};     // for standard output, with its line ends
   std::string complaint = {};  // one line for standard error
+  Facts facts = Facts::object();
 };
 
 }  // namespace lanvoss::program

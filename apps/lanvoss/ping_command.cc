@@ -2,23 +2,13 @@
 
 #include <string>
 
+#include "addresses.h"
 #include "link_check.h"
+#include "no_link.h"
+#include "situation.h"
 
 namespace lanvoss::program {
 namespace {
-
-// An attempt may take the end of the link before for a wish to give up; the next one does not.
-constexpr int kAsks = 2;
-
-// The addresses of the link to `name` after a check; empty when it is dead.
-std::string AddressesAfterCheck(LanvossInterface& object, const std::string& name,
-                                const std::stop_token& interrupted) {
-  std::string addresses;
-  for (int ask = 0; ask < kAsks && addresses.empty() && !interrupted.stop_requested(); ++ask) {
-    addresses = object.GetDeviceIp(name);
-  }
-  return addresses;
-}
 
 // What the check came to, given that there is a link after it.
 std::string Finding(const LinkCheck& check, const std::string& name) {
@@ -31,19 +21,34 @@ std::string Finding(const LinkCheck& check, const std::string& name) {
   return name + " did not answer; " + (check.recovery ? "paired and " : "") + "connected anew";
 }
 
+Facts CheckFacts(const LinkCheck& check, const std::string& name, const std::string& addresses) {
+  Facts facts = LinkFacts(name, addresses);
+  if (check.replies) {
+    facts["replies"] = *check.replies;
+  }
+  facts["recovery"] = check.recovery;
+  return facts;
+}
+
 }  // namespace
 
 Outcome RunPing(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted) {
   const std::string& name = *line.name;
-  if (object.GetDeviceIp(name).empty()) {
-    return {kExitNotFound, {}, "no link to " + name};
+  {
+    const UnderWay underWay;
+    if (object.GetDeviceIp(name).empty()) {
+      return NoLink(name);
+    }
   }
   const LinkCheck check = CheckLink(object);
-  const std::string addresses = AddressesAfterCheck(object, name, interrupted);
+  const std::string addresses = AskForAddresses(object, name, interrupted);
   if (addresses.empty()) {
-    return {kExitDeadLink, {}, "dead link: " + name + " could not be connected anew"};
+    return {.exitCode = kExitDeadLink,
+            .complaint = "dead link: " + name + " could not be connected anew",
+            .facts = {{"name", ToUtf8(name)}}};
   }
-  return {kExitOk, Finding(check, name) + "\n" + addresses + "\n"};
+  return {.result = Finding(check, name) + "\n" + addresses + "\n",
+          .facts = CheckFacts(check, name, addresses)};
 }
 
 }  // namespace lanvoss::program

@@ -11,10 +11,14 @@
 
 namespace lanvoss::program {
 
-// The host's function that the object of a watch has to be made with.
-void HearWatch(std::string kind, std::string message);
+// Watches and returns when the watch has ended or `interrupted` is requested; the situation tells
+// what was seen. False: the platform did not start its watcher.
+bool Watch(LanvossInterface& object, const std::string& request,
+           const std::stop_token& interrupted);
 
-// Returns when the watch has ended or `interrupted` is requested.
+// What a command came to that could not watch.
+Outcome NoWatch();
+
 Outcome RunWatch(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted);
 
 }  // namespace lanvoss::program

@@ -14,13 +14,13 @@ constexpr std::size_t kReadLength = 4096;
 
 }  // namespace
 
-Input ReadInput(std::string& text) {
-  pollfd input{.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+Input ReadInput(int file, std::string& text) {
+  pollfd input{.fd = file, .events = POLLIN, .revents = 0};
   if (::poll(&input, 1, kNoticeMs) <= 0) {
     return Input::kNoneYet;
   }
   std::array<char, kReadLength> buffer{};
-  const ssize_t length = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+  const ssize_t length = ::read(file, buffer.data(), buffer.size());
   if (length <= 0) {
     return Input::kEnd;
   }

@@ -22,7 +22,7 @@ sigset_t Interrupts() {
   return signals;
 }
 
-extern "C" void LeaveAtOnce(int /*signal*/) { std::_Exit(kExitInterrupted); }
+extern "C" void LeaveAtOnce(int /*signal*/) { std::_Exit(kExitAborted); }
 
 }  // namespace
 
@@ -42,11 +42,12 @@ bool TakeInterrupt(const std::stop_token& over) {
   return false;
 }
 
-void LetNextInterruptLeave() {
+// This thread takes them all, so that they leave when it no longer blocks them.
+void LetNextInterruptLeave(bool leave) {
   std::signal(SIGINT, LeaveAtOnce);
   std::signal(SIGTERM, LeaveAtOnce);
   const sigset_t interrupts = Interrupts();
-  pthread_sigmask(SIG_UNBLOCK, &interrupts, nullptr);
+  pthread_sigmask(leave ? SIG_UNBLOCK : SIG_BLOCK, &interrupts, nullptr);
 }
 
 }  // namespace lanvoss::program

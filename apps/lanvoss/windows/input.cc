@@ -1,6 +1,7 @@
 #include "input.h"
 
 #include <array>
+#include <io.h>
 #include <windows.h>
 
 #include "notice.h"
@@ -31,8 +32,8 @@ bool InputIsThere(HANDLE input) {
 
 }  // namespace
 
-Input ReadInput(std::string& text) {
-  const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
+Input ReadInput(int file, std::string& text) {
+  const auto input = reinterpret_cast<HANDLE>(_get_osfhandle(file));
   if (!InputIsThere(input)) {
     return Input::kNoneYet;
   }

@@ -19,7 +19,7 @@ bool IsFromKeyboard(DWORD kind) { return kind == CTRL_C_EVENT || kind == CTRL_BR
 // Runs on a thread that the system makes for it.
 BOOL WINAPI OnInterrupt(DWORD kind) {
   if (nextLeaves) {
-    std::_Exit(kExitInterrupted);
+    std::_Exit(kExitAborted);
   }
   SetEvent(interrupted);
   if (!IsFromKeyboard(kind)) {
@@ -41,6 +41,11 @@ bool TakeInterrupt(const std::stop_token& over) {
   return false;
 }
 
-void LetNextInterruptLeave() { nextLeaves = true; }
+void LetNextInterruptLeave(bool leave) {
+  if (!leave) {
+    ResetEvent(interrupted);
+  }
+  nextLeaves = leave;
+}
 
 }  // namespace lanvoss::program

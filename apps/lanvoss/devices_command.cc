@@ -1,0 +1,87 @@
+#include "devices_command.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "registry/cache_file.h"
+#include "registry/split_text.h"
+#include "texts.h"
+
+namespace lanvoss::program {
+namespace {
+
+constexpr std::size_t kColumns = 4;
+using Row = std::array<std::string, kColumns>;
+
+const Row kHeading = {"NAME", "LAST SEEN", "ADDRESS", "ID"};
+
+// The cache's lines, without those that the library could not read either.
+std::vector<CacheLine> ReadDevices(const std::string& directory) {
+  const std::string path = (directory.empty() ? "." : directory) + kCacheFileName;
+  std::vector<CacheLine> devices;
+  for (const std::string& text : SplitText(ReadCacheFile(path), "\n")) {
+    if (auto line = ParseCacheLine(text)) {
+      devices.push_back(std::move(*line));
+    }
+  }
+  std::ranges::stable_sort(devices, {}, [](const CacheLine& line) { return line.record.name; });
+  return devices;
+}
+
+std::string TimeText(const platform::LocalTime& time) {
+  std::array<char, 40> text{};
+  std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", time.year, time.month,
+                time.day, time.hour, time.minute, time.second);
+  return text.data();
+}
+
+Row RowOf(const CacheLine& device) {
+  return {Printable(device.record.name), TimeText(device.record.seen), Printable(device.record.mac),
+          Printable(device.id)};
+}
+
+std::string Table(const std::vector<Row>& rows) {
+  std::array<std::size_t, kColumns> widths{};
+  for (const Row& row : rows) {
+    for (std::size_t column = 0; column < kColumns; ++column) {
+      widths[column] = std::max(widths[column], CharactersIn(row[column]));
+    }
+  }
+  constexpr std::size_t kGap = 2;
+  std::string table;
+  for (const Row& row : rows) {
+    for (std::size_t column = 0; column + 1 < kColumns; ++column) {
+      table += row[column] + std::string(widths[column] - CharactersIn(row[column]) + kGap, ' ');
+    }
+    table += row.back() + "\n";
+  }
+  return table;
+}
+
+Facts DeviceFacts(const CacheLine& device) {
+  return {{"name", ToUtf8(device.record.name)},
+          {"seen", TimeText(device.record.seen)},
+          {"address", ToUtf8(device.record.mac)},
+          {"id", device.id}};
+}
+
+}  // namespace
+
+Outcome RunDevices(const CommandLine& line) {
+  std::vector<Row> rows = {kHeading};
+  Facts facts = Facts::array();
+  for (const CacheLine& device : ReadDevices(line.directory)) {
+    rows.push_back(RowOf(device));
+    facts.push_back(DeviceFacts(device));
+  }
+  if (facts.empty()) {
+    return {kExitNotFound, {}, "no devices are remembered there", {{"devices", facts}}};
+  }
+  return {.result = Table(rows), .facts = {{"devices", facts}}};
+}
+
+}  // namespace lanvoss::program

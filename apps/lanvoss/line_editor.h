@@ -1,0 +1,35 @@
+// A line of input that the user can edit, at a terminal.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <vector>
+
+namespace lanvoss::program {
+
+// Whether there is a terminal to edit at.
+bool CanEdit();
+
+class LineEditor {
+ public:
+  // What the line that is being typed can go on to: whole lines.
+  using Completions = std::function<std::vector<std::string>(const std::string& line)>;
+
+  LineEditor(std::string prompt, Completions completions);
+  LineEditor(const LineEditor&) = delete;
+  LineEditor& operator=(const LineEditor&) = delete;
+  ~LineEditor();
+
+  // Shows the prompt and waits for a line. Empty when `interrupted` is requested; none at the end
+  // of the input.
+  std::optional<std::string> Next(const std::stop_token& interrupted);
+
+ private:
+  class Terminal;  // each kind of system has its own
+  std::unique_ptr<Terminal> terminal_;
+};
+
+}  // namespace lanvoss::program

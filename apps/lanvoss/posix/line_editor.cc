@@ -1,0 +1,200 @@
+// The editor is libedit. It calls back through plain functions, which find their way through its
+// client data.
+#include "line_editor.h"
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <filesystem>
+#include <histedit.h>
+#include <system_error>
+#include <utility>
+
+#include "console.h"
+#include "input.h"
+#include "streams.h"
+
+namespace lanvoss::program {
+namespace {
+
+constexpr int kHistoryLines = 1000;
+constexpr int kOneCharacter = 1;  // what libedit's reader says: the count that it has read
+constexpr int kNoCharacter = 0;
+
+std::string StateFolder() {
+  if (const char* state = std::getenv("XDG_STATE_HOME"); state != nullptr && *state != '\0') {
+    return state;
+  }
+  const char* home = std::getenv("HOME");
+  return home == nullptr ? std::string() : std::string(home) + "/.local/state";
+}
+
+// Where the lines of earlier shells are kept; empty: nowhere.
+std::string HistoryFile() {
+  const std::string state = StateFolder();
+  if (state.empty()) {
+    return {};
+  }
+  const std::filesystem::path folder = std::filesystem::path(state) / "lanvoss";
+  std::error_code refused;
+  std::filesystem::create_directories(folder, refused);
+  return refused ? std::string() : (folder / "shell_history").string();
+}
+
+std::string CommonBeginning(const std::vector<std::string>& texts) {
+  std::string beginning = texts.front();
+  for (const std::string& text : texts) {
+    while (!text.starts_with(beginning)) {
+      beginning.pop_back();
+    }
+  }
+  return beginning;
+}
+
+}  // namespace
+
+class LineEditor::Terminal {
+ public:
+  Terminal(std::string prompt, Completions completions)
+      : prompt_(std::move(prompt)),
+        completions_(std::move(completions)),
+        historyFile_(HistoryFile()),
+        editor_(el_init("lanvoss", stdin, stderr, stderr)),
+        history_(history_init()) {
+    std::setlocale(LC_CTYPE, "");  // the encoding of what is typed
+    HistEvent event;
+    history(history_, &event, H_SETSIZE, kHistoryLines);
+    history(history_, &event, H_SETUNIQUE, 1);
+    if (!historyFile_.empty()) {
+      history(history_, &event, H_LOAD, historyFile_.c_str());
+    }
+    el_set(editor_, EL_CLIENTDATA, this);
+    el_set(editor_, EL_PROMPT, &Prompt);
+    el_set(editor_, EL_EDITOR, "emacs");
+    el_set(editor_, EL_HIST, history, history_);
+    el_set(editor_, EL_GETCFN, &ReadCharacter);
+    el_set(editor_, EL_ADDFN, "complete", "Complete the line", &Complete);
+    el_set(editor_, EL_BIND, "^I", "complete", nullptr);
+    el_source(editor_, nullptr);  // what the user likes, from ~/.editrc
+  }
+
+  ~Terminal() {
+    HistEvent event;
+    if (!historyFile_.empty()) {
+      history(history_, &event, H_SAVE, historyFile_.c_str());
+    }
+    history_end(history_);
+    el_end(editor_);
+  }
+
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+
+  std::optional<std::string> Next(const std::stop_token& interrupted) {
+    interrupted_ = &interrupted;
+    timesShown_ = TimesShown();
+    int length = 0;
+    const char* line = el_gets(editor_, &length);
+    if (line == nullptr || length <= 0) {
+      std::fputs("\n", stderr);
+      return interrupted.stop_requested() ? std::optional<std::string>("") : std::nullopt;
+    }
+    std::string text(line, static_cast<std::size_t>(length));
+    if (text.ends_with('\n')) {
+      text.pop_back();
+    }
+    if (!text.empty()) {
+      HistEvent event;
+      history(history_, &event, H_ENTER, text.c_str());
+    }
+    return text;
+  }
+
+ private:
+  static Terminal& Of(EditLine* editor) {
+    void* terminal = nullptr;
+    el_get(editor, EL_CLIENTDATA, &terminal);
+    return *static_cast<Terminal*>(terminal);
+  }
+
+  static char* Prompt(EditLine* editor) { return Of(editor).prompt_.data(); }
+
+  static int ReadCharacter(EditLine* editor, wchar_t* character) {
+    return Of(editor).Read(*character);
+  }
+
+  static unsigned char Complete(EditLine* editor, int /*key*/) { return Of(editor).CompleteLine(); }
+
+  // Waits for a character that is typed. Meanwhile lines may scroll by: the one that is being typed
+  // is drawn again below them.
+  int Read(wchar_t& character) {
+    std::mbstate_t state{};
+    while (!interrupted_->stop_requested()) {
+      if (typed_.empty()) {
+        if (ReadInput(kStandardInput, typed_) == Input::kEnd) {
+          return kNoCharacter;
+        }
+        DrawAgain();
+        continue;
+      }
+      const char byte = typed_.front();
+      typed_.erase(0, 1);
+      const std::size_t length = std::mbrtowc(&character, &byte, 1, &state);
+      if (length <= 1) {
+        return kOneCharacter;
+      }
+      if (length == static_cast<std::size_t>(-1)) {
+        state = {};  // no character of this encoding: dropped
+      }
+    }
+    return kNoCharacter;
+  }
+
+  void DrawAgain() {
+    if (const unsigned shown = TimesShown(); shown != timesShown_) {
+      timesShown_ = shown;
+      el_set(editor_, EL_REFRESH);
+    }
+  }
+
+  unsigned char CompleteLine() {
+    const LineInfo* line = el_line(editor_);
+    const std::string typed(line->buffer, line->cursor);
+    const std::vector<std::string> lines = completions_(typed);
+    if (lines.empty()) {
+      return CC_ERROR;
+    }
+    const std::string common = CommonBeginning(lines);
+    if (common.size() > typed.size()) {
+      el_insertstr(editor_, common.substr(typed.size()).c_str());
+      return CC_REFRESH;
+    }
+    for (const std::string& choice : lines) {
+      Print(choice + "\n");
+    }
+    return CC_NORM;
+  }
+
+  std::string prompt_;
+  const Completions completions_;
+  const std::string historyFile_;
+  EditLine* const editor_;
+  History* const history_;
+  const std::stop_token* interrupted_ = nullptr;  // while a line is being typed
+  std::string typed_;                             // and not taken yet
+  unsigned timesShown_ = 0;
+};
+
+bool CanEdit() { return IsTerminal(stdin) && IsTerminal(stderr); }
+
+LineEditor::LineEditor(std::string prompt, Completions completions)
+    : terminal_(std::make_unique<Terminal>(std::move(prompt), std::move(completions))) {}
+
+LineEditor::~LineEditor() = default;
+
+std::optional<std::string> LineEditor::Next(const std::stop_token& interrupted) {
+  return terminal_->Next(interrupted);
+}
+
+}  // namespace lanvoss::program

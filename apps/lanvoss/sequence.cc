@@ -1,0 +1,59 @@
+#include "sequence.h"
+
+#include <chrono>
+
+#include "link_check.h"
+#include "pause.h"
+#include "situation.h"
+
+namespace lanvoss::program {
+namespace {
+
+std::string TextOf(const LinkCheck& check) {
+  if (!check.replies) {
+    return "no link to probe";
+  }
+  std::string text = "replies: " + std::to_string(*check.replies);
+  if (check.recovery) {
+    text += ", recovery: " + (check.addresses.empty() ? "no link" : check.addresses);
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string Sequence::Do(const Operation& operation, const std::stop_token& interrupted) {
+  using Kind = Operation::Kind;
+  switch (operation.kind) {
+    case Kind::kIp:
+      return Ip(operation.request);
+    case Kind::kPing:
+      return TextOf(CheckLink(object_));
+    case Kind::kDisconnect:
+      return std::to_string(object_.DisConnect(""));
+    case Kind::kUnpair:
+      return std::to_string(object_.Unpair(operation.request));
+    case Kind::kAbort:
+      return std::to_string(object_.AbortConnect(""));
+    case Kind::kWatch:
+      return std::to_string(object_.StartWatch(operation.request));
+    case Kind::kStop:
+      return std::to_string(object_.StopWatch());
+    case Kind::kSleep:
+      return Pause(std::chrono::milliseconds(operation.sleepMs), interrupted) ? "done"
+                                                                              : "interrupted";
+  }
+  return {};
+}
+
+std::string Sequence::Ip(const std::string& request) {
+  const UnderWay underWay;
+  std::string addresses = object_.GetDeviceIp(request);
+  if (addresses.empty()) {
+    lacksLink_ = true;
+    return "no link";
+  }
+  return addresses;
+}
+
+}  // namespace lanvoss::program

@@ -1,0 +1,30 @@
+// Operations one after the other on one object.
+#pragma once
+
+#include <stop_token>
+#include <string>
+
+#include "lanvoss/lanvoss.h"
+
+#include "operation.h"
+
+namespace lanvoss::program {
+
+class Sequence {
+ public:
+  explicit Sequence(LanvossInterface& object) : object_(object) {}
+
+  // Does it and returns its result. A `sleep` ends early when `interrupted` is requested.
+  std::string Do(const Operation& operation, const std::stop_token& interrupted);
+
+  // Of an `ip` operation.
+  bool LacksLink() const { return lacksLink_; }
+
+ private:
+  std::string Ip(const std::string& request);
+
+  LanvossInterface& object_;
+  bool lacksLink_ = false;
+};
+
+}  // namespace lanvoss::program
