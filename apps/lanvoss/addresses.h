@@ -3,16 +3,16 @@
 
 #include <string>
 
-#include "outcome.h"
-#include "texts.h"
+#include "facts.h"
 
 namespace lanvoss::program {
 
 inline Facts LinkFacts(const std::string& name, const std::string& addresses) {
   const auto comma = addresses.find(',');
-  return {{"name", ToUtf8(name)},
-          {"local", addresses.substr(0, comma)},
-          {"remote", addresses.substr(comma + 1)}};
+  return Facts()
+      .AddText("name", name)
+      .AddText("local", addresses.substr(0, comma))
+      .AddText("remote", addresses.substr(comma + 1));
 }
 
 }  // namespace lanvoss::program

@@ -63,25 +63,27 @@ std::string Table(const std::vector<Row>& rows) {
 }
 
 Facts DeviceFacts(const CacheLine& device) {
-  return {{"name", ToUtf8(device.record.name)},
-          {"seen", TimeText(device.record.seen)},
-          {"address", ToUtf8(device.record.mac)},
-          {"id", device.id}};
+  return Facts()
+      .AddText("name", device.record.name)
+      .AddText("seen", TimeText(device.record.seen))
+      .AddText("address", device.record.mac)
+      .AddText("id", device.id);
 }
 
 }  // namespace
 
 Outcome RunDevices(const CommandLine& line) {
   std::vector<Row> rows = {kHeading};
-  Facts facts = Facts::array();
+  std::vector<Facts> devices;
   for (const CacheLine& device : ReadDevices(line.directory)) {
     rows.push_back(RowOf(device));
-    facts.push_back(DeviceFacts(device));
+    devices.push_back(DeviceFacts(device));
   }
-  if (facts.empty()) {
-    return {kExitNotFound, {}, "no devices are remembered there", {{"devices", facts}}};
+  const Facts facts = Facts().AddObjects("devices", devices);
+  if (devices.empty()) {
+    return {kExitNotFound, {}, "no devices are remembered there", facts};
   }
-  return {.result = Table(rows), .facts = {{"devices", facts}}};
+  return {.result = Table(rows), .facts = facts};
 }
 
 }  // namespace lanvoss::program

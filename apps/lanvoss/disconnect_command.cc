@@ -3,7 +3,6 @@
 #include "no_link.h"
 #include "request.h"
 #include "situation.h"
-#include "texts.h"
 
 namespace lanvoss::program {
 namespace {
@@ -18,7 +17,7 @@ Outcome RunDisconnect(LanvossInterface& object, const CommandLine& line) {
   if (object.GetDeviceIp(IpRequest(name, std::nullopt, true)).empty()) {
     return NoLink(name);
   }
-  const Facts facts = {{"name", ToUtf8(name)}};
+  const Facts facts = Facts().AddText("name", name);
   if (object.DisConnect("") != kLinkGone) {
     return {kExitPlatform, {}, "the platform did not let the link to " + name + " go", facts};
   }

@@ -20,8 +20,8 @@ constexpr std::chrono::seconds kLongestPause(60);
 void TellChange(const CommandLine& line, const std::string& addresses) {
   const std::string state = addresses.empty() ? "down" : "up " + addresses;
   Facts facts =
-      addresses.empty() ? Facts({{"name", ToUtf8(*line.name)}}) : LinkFacts(*line.name, addresses);
-  facts["up"] = !addresses.empty();
+      addresses.empty() ? Facts().AddText("name", *line.name) : LinkFacts(*line.name, addresses);
+  facts.AddFlag("up", !addresses.empty());
   PrintResult(line, FormatTime(LocalTimeUs()) + " " + state + "\n", facts);
 }
 

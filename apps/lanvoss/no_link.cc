@@ -1,7 +1,6 @@
 #include "no_link.h"
 
 #include "situation.h"
-#include "texts.h"
 
 namespace lanvoss::program {
 namespace {
@@ -32,7 +31,7 @@ Outcome Tell(const std::string& name) {
 
 Outcome NoLink(const std::string& name) {
   Outcome outcome = Tell(name);
-  outcome.facts["name"] = ToUtf8(name);
+  outcome.facts.AddText("name", name);
   return outcome;
 }
 

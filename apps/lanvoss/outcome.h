@@ -1,8 +1,9 @@
 // What a run of the program comes to.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
+
+#include "facts.h"
 
 namespace lanvoss::program {
 
@@ -15,14 +16,11 @@ inline constexpr int kExitPairingFailed = 5;
 inline constexpr int kExitNoAddress = 6;  // found, and paired or not to be paired, but no link
 inline constexpr int kExitAborted = 130;  // as shells report the interrupt signal
 
-// What --json tells: the members of an object, in their order.
-using Facts = nlohmann::ordered_json;
-
 struct Outcome {
   int exitCode = kExitOk;
   std::string result = {};     // for standard output, with its line ends
   std::string complaint = {};  // one line for standard error
-  Facts facts = Facts::object();
+  Facts facts = {};
 };
 
 }  // namespace lanvoss::program

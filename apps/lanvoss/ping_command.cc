@@ -24,10 +24,9 @@ std::string Finding(const LinkCheck& check, const std::string& name) {
 Facts CheckFacts(const LinkCheck& check, const std::string& name, const std::string& addresses) {
   Facts facts = LinkFacts(name, addresses);
   if (check.replies) {
-    facts["replies"] = *check.replies;
+    facts.AddNumber("replies", *check.replies);
   }
-  facts["recovery"] = check.recovery;
-  return facts;
+  return facts.AddFlag("recovery", check.recovery);
 }
 
 }  // namespace
@@ -45,7 +44,7 @@ Outcome RunPing(LanvossInterface& object, const CommandLine& line, std::stop_tok
   if (addresses.empty()) {
     return {.exitCode = kExitDeadLink,
             .complaint = "dead link: " + name + " could not be connected anew",
-            .facts = {{"name", ToUtf8(name)}}};
+            .facts = Facts().AddText("name", name)};
   }
   return {.result = Finding(check, name) + "\n" + addresses + "\n",
           .facts = CheckFacts(check, name, addresses)};

@@ -2,24 +2,20 @@
 
 #include "clock.h"
 #include "console.h"
-#include "texts.h"
 
 namespace lanvoss::program {
 namespace {
 
-// A text that is none in its encoding gets replacement characters.
-void PrintObject(const Facts& object) {
-  constexpr int kOneLine = -1;
-  Print(object.dump(kOneLine, ' ', false, Facts::error_handler_t::replace) + "\n");
-}
+void PrintObject(const Facts& object) { Print(object.Json() + "\n"); }
 
 }  // namespace
 
 void PrintNotification(const Notification& notification) {
-  PrintObject({{"time", FormatTime(notification.timeUs)},
-               {"thread", notification.thread},
-               {"kind", notification.kind},
-               {"message", ToUtf8(notification.message)}});
+  PrintObject(Facts()
+                  .AddText("time", FormatTime(notification.timeUs))
+                  .AddNumber("thread", notification.thread)
+                  .AddText("kind", notification.kind)
+                  .AddText("message", notification.message));
 }
 
 void PrintResult(const CommandLine& line, const std::string& text, const Facts& facts) {
@@ -27,19 +23,19 @@ void PrintResult(const CommandLine& line, const std::string& text, const Facts& 
     Print(text);
     return;
   }
-  Facts object = {
-      {"time", FormatTime(LocalTimeUs())}, {"kind", "result"}, {"command", line.commandName}};
-  object.update(facts);
-  PrintObject(object);
+  PrintObject(Facts()
+                  .AddText("time", FormatTime(LocalTimeUs()))
+                  .AddText("kind", "result")
+                  .AddText("command", line.commandName)
+                  .AddAll(facts));
 }
 
 int Report(const CommandLine& line, Outcome outcome) {
-  Facts facts = {{"exit", outcome.exitCode}};
-  facts.update(outcome.facts);
+  outcome.facts.AddNumber("exit", outcome.exitCode);
   if (!outcome.complaint.empty()) {
-    facts["complaint"] = ToUtf8(outcome.complaint);
+    outcome.facts.AddText("complaint", outcome.complaint);
   }
-  PrintResult(line, outcome.result, facts);
+  PrintResult(line, outcome.result, outcome.facts);
   if (!outcome.complaint.empty()) {
     Complain(outcome.complaint);
   }

@@ -8,7 +8,6 @@
 #include "operation.h"
 #include "results.h"
 #include "sequence.h"
-#include "texts.h"
 
 namespace lanvoss::program {
 namespace {
@@ -18,7 +17,7 @@ void DoAndTell(const CommandLine& line, Sequence& sequence, const Operation& ope
   const std::string result = sequence.Do(operation, interrupted);
   // In one piece: the log may grow at the same time.
   PrintResult(line, "> " + operation.text + " -> " + result + "\n",
-              {{"operation", ToUtf8(operation.text)}, {"result", result}});
+              Facts().AddText("operation", operation.text).AddText("result", result));
 }
 
 // A bad line ends the run, after what stands before it has been done.

@@ -97,7 +97,7 @@ class Shell {
       const Operation operation = ParseOperation(text, "shell");
       const std::string result = sequence_.Do(operation, interruption_.Token());
       PrintResult(line_, result + "\n",
-                  {{"operation", ToUtf8(operation.text)}, {"result", result}});
+                  Facts().AddText("operation", operation.text).AddText("result", result));
     } catch (const std::exception& error) {  // of the operation's text, or of the platform
       Complain(error.what());
     }

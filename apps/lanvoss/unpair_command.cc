@@ -5,7 +5,6 @@
 #include "pause.h"
 #include "request.h"
 #include "situation.h"
-#include "texts.h"
 #include "watch_command.h"
 
 namespace lanvoss::program {
@@ -21,7 +20,7 @@ Outcome RunUnpair(LanvossInterface& object, const CommandLine& line, std::stop_t
   if (!Watch(object, WatchRequest(name, false), interrupted)) {
     return NoWatch();
   }
-  const Facts facts = {{"name", ToUtf8(name)}};
+  const Facts facts = Facts().AddText("name", name);
   if (!TheSituation().isFound) {
     return {kExitNotFound, {}, name + " was not found", facts};
   }

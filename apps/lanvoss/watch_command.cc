@@ -2,7 +2,6 @@
 
 #include "request.h"
 #include "situation.h"
-#include "texts.h"
 
 namespace lanvoss::program {
 
@@ -21,13 +20,11 @@ Outcome RunWatch(LanvossInterface& object, const CommandLine& line, std::stop_to
     return NoWatch();
   }
   const Situation situation = TheSituation();
-  Facts names = Facts::array();
   std::string lines;
   for (const std::string& name : situation.reported) {
     lines += name + "\n";
-    names.push_back(ToUtf8(name));
   }
-  const Facts facts = {{"devices", names}};
+  const Facts facts = Facts().AddTexts("devices", situation.reported);
   if (!line.name) {
     return {.result = lines, .facts = facts};
   }

@@ -1,0 +1,64 @@
+# Completion of lanvoss for bash.
+
+# What is there to choose from for the word behind `$1`; nothing for a word of the user's own.
+_lanvoss_values() {
+  case $1 in
+    --dir) compgen -d -- "$2" ;;
+    --scenario) compgen -f -X '!*.json' -- "$2" ;;
+    --log) compgen -f -- "$2" ;;
+    --timeline) compgen -f -X '!*.@(svg|json)' -- "$2" ;;
+    --radio) compgen -W "simulated wpa windows" -- "$2" ;;
+  esac
+}
+
+# The names in the device cache that `--dir` tells of, as words for the command line.
+_lanvoss_names() {
+  local i dir=.
+  for ((i = 1; i < COMP_CWORD; i++)); do
+    [[ ${COMP_WORDS[i]} == --dir ]] && dir=${COMP_WORDS[i + 1]}
+  done
+  cut -d '|' -f 4 "$dir/deviceinfo.bin" 2>/dev/null | sort -u
+}
+
+_lanvoss() {
+  local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
+  local commands="ip ping keep watch disconnect unpair devices run shell timeline doctor"
+  local options="--dir --radio --scenario --json --quiet --log --timeline --help"
+  COMPREPLY=()
+  case $previous in
+    --dir | --scenario | --log | --timeline | --radio)
+      mapfile -t COMPREPLY < <(_lanvoss_values "$previous" "$word")
+      compopt -o filenames
+      return
+      ;;
+    --gap | --every) return ;;
+  esac
+  for ((i = 1; i < COMP_CWORD; i++)); do
+    [[ " $commands " == *" ${COMP_WORDS[i]} "* ]] && command=${COMP_WORDS[i]} && break
+  done
+  case $command in
+    ip) options+=" --gap --direct" ;;
+    keep) options+=" --every" ;;
+    watch) options+=" --keep" ;;
+    '') options+=" --version" ;;
+  esac
+  if [[ $word == -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+    return
+  fi
+  case $command in
+    '') mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word") ;;
+    ip | ping | keep | watch | disconnect | unpair)
+      local name
+      while read -r name; do
+        [[ $name == "$word"* ]] && COMPREPLY+=("$(printf %q "$name")")
+      done < <(_lanvoss_names)
+      ;;
+    timeline)
+      mapfile -t COMPREPLY < <(compgen -f -- "$word")
+      compopt -o filenames
+      ;;
+  esac
+}
+
+complete -F _lanvoss lanvoss

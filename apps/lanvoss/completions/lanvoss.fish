@@ -1,0 +1,43 @@
+# Completion of lanvoss for fish.
+
+set -l named ip ping keep watch disconnect unpair
+set -l commands $named devices run shell timeline doctor
+
+# The names in the device cache that --dir tells of.
+function __lanvoss_names
+    set -l words (commandline -opc)
+    set -l dir .
+    if set -l at (contains -i -- --dir $words)
+        set dir $words[(math $at + 1)]
+    end
+    test -r $dir/deviceinfo.bin; and cut -d '|' -f 4 $dir/deviceinfo.bin | sort -u
+end
+
+complete -c lanvoss -f
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a ip -d 'Find, pair and connect a device'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a ping -d 'Check a link, connect anew what is silent'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a keep -d 'Keep a device connected'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a watch -d 'Print the devices that are there'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a disconnect -d 'Close the link to a device'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a unpair -d 'Make the system forget a pairing'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a devices -d 'Show the cache as a table'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a run -d 'Do several operations'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a shell -d 'Do operations as they are typed'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a timeline -d 'Draw a saved log as a picture'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a doctor -d 'Say what this machine lacks'
+complete -c lanvoss -n "__fish_seen_subcommand_from $named" -a '(__lanvoss_names)'
+complete -c lanvoss -n '__fish_seen_subcommand_from timeline' -F
+
+complete -c lanvoss -l dir -x -a '(__fish_complete_directories)' -d 'Where the device cache lives'
+complete -c lanvoss -l radio -x -a 'simulated wpa windows' -d 'Stand on this radio'
+complete -c lanvoss -l scenario -r -F -d 'Stand on this simulated neighbourhood'
+complete -c lanvoss -l json -d 'Write a JSON object a line'
+complete -c lanvoss -l quiet -d 'Write the result alone'
+complete -c lanvoss -l log -r -F -d 'Append the log to this file'
+complete -c lanvoss -l timeline -r -F -d 'Draw what happened into this file'
+complete -c lanvoss -l help -d 'Tell how it is used'
+complete -c lanvoss -l version -d 'Tell the version'
+complete -c lanvoss -n '__fish_seen_subcommand_from ip' -l gap -x -d 'Keep this many ms from the last disconnect'
+complete -c lanvoss -n '__fish_seen_subcommand_from ip' -l direct -d 'Connect at once to the remembered id'
+complete -c lanvoss -n '__fish_seen_subcommand_from keep' -l every -x -d 'Check every so many seconds'
+complete -c lanvoss -n '__fish_seen_subcommand_from watch' -l keep -d 'Watch on until it is gone'
