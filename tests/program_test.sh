@@ -11,11 +11,13 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 remote=192.168.49.20
 [ "$on_radio" = no ] || remote=127.0.0.1
+nothing="\"none\"$(printf ', "none"%.0s' {1..40})"
 quick="\"appear_ms\": 20, \"pair_ms\": 20, \"open_ms\": 20, \"remote_address\": \"$remote\""
 cat >"$work/quick.json" <<JSON
 {"habits": {"enumeration_ms": 300},
  "peers": [{"name": "Cam", $quick},
-           {"name": "Once", $quick, "openings": ["succeeds"$(printf ', "none"%.0s' {1..40})]},
+           {"name": "Once", $quick, "openings": ["succeeds", $nothing]},
+           {"name": "Refuses", $quick, "pairing_status": "AccessDenied", "openings": [$nothing]},
            {"name": "Hangs", "appear_ms": 20, "pairings": ["hangs"]}]}
 JSON
 sed 's/"enumeration_ms"/"simulates_echo": false, &/' "$work/quick.json" >"$work/raw.json"
@@ -63,12 +65,40 @@ expect 0 "192.168.49.1,$remote" 0 "${program[@]}" ip Cam "${common[@]}"
 expect 0 Cam 0 "${program[@]}" watch Cam "${common[@]}"
 expect 0 Hangs 0 "${program[@]}" watch "${common[@]}"
 expect 6 '*' 1 "${program[@]}" ip Cam --direct "${common[@]}" # known, but not paired any more
+expect 5 '*' 1 "${program[@]}" ip Refuses "${common[@]}"
 expect 2 '' 1 "${program[@]}" ip '' "${common[@]}"
+expect 2 '' 1 "${program[@]}" ip Cam --log "$work/none/log" "${common[@]}"
 expect 2 '' 2 "${program[@]}" ip Cam --gap soon "${common[@]}"
 expect 2 '' 2 "${program[@]}" watch --keep "${common[@]}"
 expect 2 '' 1 "${program[@]}" ip Cam --scenario "$work/none.json"
 expect 130 '*' 1 interrupted "${program[@]}" ip Nobody "${common[@]}"
 expect 130 '*' 1 interrupted "${program[@]}" watch Nobody "${common[@]}"
+
+expect 0 "Refuses*-*-* *:*:* *WiFiDirect#*" 0 "${program[@]}" devices --dir "$work"
+expect 1 '' 1 "${program[@]}" devices --dir "$work/none"
+expect 130 '*up 192.168.49.1,*' 1 interrupted "${program[@]}" keep Cam --log "$work/log" "${common[@]}"
+
+expect 0 "192.168.49.1,$remote" 1 fed 'fly\nip Cam\nexit\nfly' "${program[@]}" shell --quiet \
+  "${common[@]}"
+
+# The manual and the completions know every command and option.
+app=$(dirname "$0")/../apps/lanvoss
+for word in $("${program[@]}" --help | sed -nE 's/^  (-h,)?((--)?[a-z]+) .*/\2/p'); do
+  for file in manual/lanvoss.1 completions/{lanvoss.bash,_lanvoss,lanvoss.fish}; do
+    if ! grep -qE -- "(^|[^a-z-])-{0,2}${word#--}([^a-z-]|$)" "$app/$file"; then
+      echo "missing: $word in $file"
+      failures=$((failures + 1))
+    fi
+  done
+done
+
+# Every line is an object, the last one the result, and nothing else is written.
+expect 0 '{*' 0 "${program[@]}" ip Cam --json "${common[@]}"
+if ! jq -es 'last.exit == 0 and last.kind == "result" and last.local == "192.168.49.1" and
+    any(.[]; .kind == "deviceip") and all(.[]; .time and .kind)' "$work/out" >/dev/null; then
+  echo "unexpected: JSON lines"
+  failures=$((failures + 1))
+fi
 
 sequence=('ip Cam' ping disconnect 'watch  Cam' 'sleep 200' abort stop ping)
 expect 0 '*' 0 "${program[@]}" run "${sequence[@]}" "${common[@]}"
