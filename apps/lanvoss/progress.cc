@@ -22,7 +22,7 @@ std::string Progress() {
   }
   const auto elapsed =
       std::chrono::floor<std::chrono::seconds>(steady_clock::now() - situation.begun);
-  return std::to_string(elapsed.count()) + " s" + Count("devices", situation.reported.size()) +
+  return std::to_string(elapsed.count()) + " s" + Count("devices", situation.devices) +
          Count("passes", static_cast<std::size_t>(situation.passes)) +
          Count("opens", static_cast<std::size_t>(situation.opens)) +
          (situation.phase.empty() ? "" : ", " + situation.phase);

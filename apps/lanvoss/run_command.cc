@@ -50,7 +50,7 @@ Outcome RunOperations(LanvossInterface& object, const CommandLine& line,
   } catch (const OperationError& error) {
     return {kExitUsage, {}, error.what()};
   }
-  return sequence.LacksLink() ? Outcome{kExitNoAddress, {}, "a link did not come up"} : Outcome{};
+  return sequence.End();
 }
 
 }  // namespace lanvoss::program

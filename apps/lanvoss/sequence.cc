@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "link_check.h"
+#include "no_link.h"
 #include "pause.h"
 #include "situation.h"
 
@@ -50,7 +51,7 @@ std::string Sequence::Ip(const std::string& request) {
   const UnderWay underWay;
   std::string addresses = object_.GetDeviceIp(request);
   if (addresses.empty()) {
-    lacksLink_ = true;
+    end_ = NoLink(request.substr(request.rfind('\n') + 1));
     return "no link";
   }
   return addresses;

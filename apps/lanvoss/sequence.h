@@ -7,6 +7,7 @@
 #include "lanvoss/lanvoss.h"
 
 #include "operation.h"
+#include "outcome.h"
 
 namespace lanvoss::program {
 
@@ -17,14 +18,14 @@ class Sequence {
   // Does it and returns its result. A `sleep` ends early when `interrupted` is requested.
   std::string Do(const Operation& operation, const std::stop_token& interrupted);
 
-  // Of an `ip` operation.
-  bool LacksLink() const { return lacksLink_; }
+  // What all of them came to: the latest link that did not come up, if any.
+  const Outcome& End() const { return end_; }
 
  private:
   std::string Ip(const std::string& request);
 
   LanvossInterface& object_;
-  bool lacksLink_ = false;
+  Outcome end_;
 };
 
 }  // namespace lanvoss::program

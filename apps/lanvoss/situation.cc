@@ -5,6 +5,7 @@
 #include <iterator>
 #include <mutex>
 #include <string_view>
+#include <unordered_set>
 
 #include "log_line.h"
 #include "notice.h"
@@ -13,21 +14,17 @@ namespace lanvoss::program {
 namespace {
 
 struct Shared {
-  std::mutex mutex;  // guards the situation
+  std::mutex mutex;  // guards everything below
   std::condition_variable change;
   Situation situation;
+  std::vector<std::string> reported;  // names, in the order of their first report
+  std::unordered_set<std::string> known;
 };
 
 // Never destroyed: the library may call its host late.
 Shared& TheShared() {
   static auto& shared = *new Shared;
   return shared;
-}
-
-void NoteReport(Situation& situation, const LogLine& line) {
-  if (std::ranges::find(situation.reported, line.name) == situation.reported.end()) {
-    situation.reported.push_back(line.name);
-  }
 }
 
 void NoteFind(Situation& situation, const LogLine&) { situation.isFound = true; }
@@ -51,7 +48,6 @@ constexpr auto kNothing = [](Situation&, const LogLine&) {};
 constexpr Change kChanges[] = {
     {Step::kWatchBegins, kNothing, "looking for "},
     {Step::kPassStarting, [](Situation& situation, const LogLine&) { ++situation.passes; }, {}},
-    {Step::kReported, NoteReport, {}},
     {Step::kFound, NoteFind, "found "},
     {Step::kWatchRefused, NoteError, {}},
     {Step::kWatchEnded, NoteEndOfWatch, {}},
@@ -107,6 +103,10 @@ void HearSituation(const Notification& notification) {
   Shared& shared = TheShared();
   const std::lock_guard lock(shared.mutex);
   Note(shared.situation, line);
+  if (line.step == Step::kReported && shared.known.insert(line.name).second) {
+    shared.reported.push_back(line.name);
+    ++shared.situation.devices;
+  }
   shared.change.notify_all();
 }
 
@@ -116,10 +116,18 @@ Situation TheSituation() {
   return shared.situation;
 }
 
+std::vector<std::string> ReportedNames() {
+  Shared& shared = TheShared();
+  const std::lock_guard lock(shared.mutex);
+  return shared.reported;
+}
+
 UnderWay::UnderWay() {
   Shared& shared = TheShared();
   const std::lock_guard lock(shared.mutex);
   shared.situation = {.begun = std::chrono::steady_clock::now(), .isOver = false};
+  shared.reported.clear();
+  shared.known.clear();
 }
 
 UnderWay::~UnderWay() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -15,14 +16,14 @@ namespace lanvoss::program {
 struct Situation {
   std::chrono::steady_clock::time_point begun = {};
   bool isOver = true;
-  std::string phase = {};                  // what is being done, in words; empty: nothing yet
-  std::vector<std::string> reported = {};  // devices, in the order of their first report
-  int passes = 0;                          // that were begun
-  int opens = 0;                           // open requests that came back
-  bool isFound = false;                    // the device that is looked for, or its id was known
-  bool isPairing = false;                  // since a ceremony has begun that has not ended
-  std::string pairingStatus = {};          // of the latest ceremony
-  std::string error = {};                  // of the platform
+  std::string phase = {};          // what is being done, in words; empty: nothing yet
+  std::size_t devices = 0;         // names that were reported
+  int passes = 0;                  // that were begun
+  int opens = 0;                   // open requests that came back
+  bool isFound = false;            // the device that is looked for, or its id was known
+  bool isPairing = false;          // since a ceremony has begun that has not ended
+  std::string pairingStatus = {};  // of the latest ceremony
+  std::string error = {};          // of the platform
   bool isWatchOver = false;
   std::optional<int> replies = {};  // of the latest probe
   bool isRecovery = false;          // the device was silent, and a recovery was begun
@@ -32,6 +33,9 @@ struct Situation {
 void HearSituation(const Notification& notification);
 
 Situation TheSituation();
+
+// In the order of their first report.
+std::vector<std::string> ReportedNames();
 
 // While one lives, an operation runs. There is one at a time.
 class UnderWay {

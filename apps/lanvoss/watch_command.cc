@@ -1,9 +1,22 @@
 #include "watch_command.h"
 
+#include <vector>
+
 #include "request.h"
 #include "situation.h"
 
 namespace lanvoss::program {
+namespace {
+
+std::string LinesOf(const std::vector<std::string>& names) {
+  std::string lines;
+  for (const std::string& name : names) {
+    lines += name + "\n";
+  }
+  return lines;
+}
+
+}  // namespace
 
 bool Watch(LanvossInterface& object, const std::string& request,
            const std::stop_token& interrupted) {
@@ -19,16 +32,12 @@ Outcome RunWatch(LanvossInterface& object, const CommandLine& line, std::stop_to
   if (!Watch(object, WatchRequest(line.name.value_or(""), line.keep), interrupted)) {
     return NoWatch();
   }
-  const Situation situation = TheSituation();
-  std::string lines;
-  for (const std::string& name : situation.reported) {
-    lines += name + "\n";
-  }
-  const Facts facts = Facts().AddTexts("devices", situation.reported);
+  const std::vector<std::string> names = ReportedNames();
+  const Facts facts = Facts().AddTexts("devices", names);
   if (!line.name) {
-    return {.result = lines, .facts = facts};
+    return {.result = LinesOf(names), .facts = facts};
   }
-  if (!situation.isFound) {
+  if (!TheSituation().isFound) {
     return {kExitNotFound, {}, *line.name + " was not found", facts};
   }
   return {.result = *line.name + "\n", .facts = facts};
