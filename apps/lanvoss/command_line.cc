@@ -7,6 +7,7 @@
 #include "console.h"
 #include "outcome.h"
 #include "radio.h"
+#include "timeline/write_timeline.h"
 
 namespace lanvoss::program {
 namespace {
@@ -55,6 +56,9 @@ void AddCommonOptions(CLI::App& app, CommandLine& line) {
                "Write each notification and each result as a JSON object on a line, and no log");
   app.add_flag("--quiet", line.quiet, "Write the result alone");
   app.add_option("--log", line.logFile, "Append the log to this file instead of showing it")
+      ->type_name("FILE");
+  app.add_option("--timeline", line.timelineFile,
+                 "Draw what happened: a picture (.svg), or a trace for trace viewers (.json)")
       ->type_name("FILE");
 }
 
@@ -132,6 +136,18 @@ void AddRunCommand(CLI::App& app, CommandLine& line, std::vector<std::string>& o
   command.footer(kRunFooter);
 }
 
+void AddTimelineCommand(CLI::App& app, CommandLine& line) {
+  CLI::App& command = AddCommand(app, line, Command::kTimeline, "timeline",
+                                 "Draw what a saved log tells: what happened when");
+  command.add_option("LOG", line.savedLog, "What the program has printed; - for standard input")
+      ->required()
+      ->type_name("");
+  command
+      .add_option("FILE", line.timelineFile,
+                  "A picture (.svg) or a trace (.json); default: LOG's name with .svg")
+      ->type_name("");
+}
+
 void AddCommands(CLI::App& app, CommandLine& line, std::vector<std::string>& operations) {
   AddIpCommand(app, line);
   AddPingCommand(app, line);
@@ -143,6 +159,7 @@ void AddCommands(CLI::App& app, CommandLine& line, std::vector<std::string>& ope
   AddRunCommand(app, line, operations);
   AddCommand(app, line, Command::kShell, "shell",
              "Do operations as they are typed; \"help\" tells which");
+  AddTimelineCommand(app, line);
   AddCommand(app, line, Command::kDoctor, "doctor",
              "Say what this machine lacks for reaching devices, and how to mend it");
 }
@@ -167,6 +184,9 @@ std::string FaultOf(const CommandLine& line) {
   }
   if (line.radio && line.scenarioFile) {
     return "a scenario brings a radio of its own";
+  }
+  if (line.timelineFile && !IsTimelineFile(*line.timelineFile)) {
+    return *line.timelineFile + ": a timeline ends in .svg (a picture) or .json (a trace)";
   }
   if (line.json && line.command == Command::kShell) {
     return "a shell is for people; lanvoss run --json does operations from standard input";

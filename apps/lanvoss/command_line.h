@@ -20,6 +20,7 @@ enum class Command {
   kDevices,
   kRun,
   kShell,
+  kTimeline,
   kDoctor
 };
 
@@ -39,6 +40,8 @@ struct CommandLine {
   bool json = false;                        // an object a line, instead of the log and the results
   bool quiet = false;                       // the result alone
   std::optional<std::string> logFile;       // where the log goes instead
+  std::optional<std::string> timelineFile;  // where a picture of what happened goes
+  std::string savedLog;                     // of kTimeline; "-": standard input
 };
 
 // Fills `line`. A number: the program is to end with this exit code, and what there is to say (the

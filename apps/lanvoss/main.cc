@@ -18,6 +18,7 @@
 #include "outcome.h"
 #include "ping_command.h"
 #include "progress.h"
+#include "recording.h"
 #include "results.h"
 #include "run_command.h"
 #include "scenario.h"
@@ -25,6 +26,7 @@
 #include "simulation.h"
 #include "situation.h"
 #include "streams.h"
+#include "timeline_command.h"
 #include "unpair_command.h"
 #include "watch_command.h"
 
@@ -40,6 +42,9 @@ void ListenFor(const CommandLine& line) {
   }
   if (line.json && !line.quiet) {
     Listen(&PrintNotification);
+  }
+  if (line.timelineFile) {
+    Listen(&Record);
   }
 }
 
@@ -77,6 +82,7 @@ Outcome RunCommand(LanvossInterface& object, const CommandLine& line, Interrupti
     case Command::kShell:
       return RunShell(object, line, interruption);
     case Command::kDevices:
+    case Command::kTimeline:
     case Command::kDoctor:
       break;  // they need no object
   }
@@ -114,6 +120,9 @@ Outcome RunOnObject(const CommandLine& line) {
 Outcome Run(const CommandLine& line) {
   if (line.command == Command::kDevices) {
     return RunDevices(line);
+  }
+  if (line.command == Command::kTimeline) {
+    return RunTimeline(line);
   }
   return line.command == Command::kDoctor ? RunDoctor() : RunOnObject(line);
 }

@@ -1,12 +1,23 @@
 #include "results.h"
 
+#include <stdexcept>
+
 #include "clock.h"
 #include "console.h"
+#include "recording.h"
 
 namespace lanvoss::program {
 namespace {
 
 void PrintObject(const Facts& object) { Print(object.Json() + "\n"); }
+
+void Draw(const std::string& file) {
+  try {
+    SaveRecording(file);
+  } catch (const std::runtime_error& error) {
+    Complain(error.what());
+  }
+}
 
 }  // namespace
 
@@ -31,6 +42,9 @@ void PrintResult(const CommandLine& line, const std::string& text, const Facts& 
 }
 
 int Report(const CommandLine& line, Outcome outcome) {
+  if (line.timelineFile && line.command != Command::kTimeline) {
+    Draw(*line.timelineFile);
+  }
   outcome.facts.AddNumber("exit", outcome.exitCode);
   if (!outcome.complaint.empty()) {
     outcome.facts.AddText("complaint", outcome.complaint);

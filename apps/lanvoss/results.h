@@ -15,7 +15,8 @@ void PrintNotification(const Notification& notification);
 // One result, as text or as {"time": ..., "kind": "result", "command": "keep", ...facts}.
 void PrintResult(const CommandLine& line, const std::string& text, const Facts& facts);
 
-// The last words of a run: what it came to. Returns the exit code. The console is closed with it.
+// The last words of a run: what it came to, and where that is wanted a picture of it. Returns the
+// exit code. The console is closed with it.
 int Report(const CommandLine& line, Outcome outcome);
 
 }  // namespace lanvoss::program

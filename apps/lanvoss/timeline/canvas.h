@@ -1,0 +1,40 @@
+// The elements that the picture is drawn with.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace lanvoss::program {
+
+// Sizes of the fonts, in pixels, as the style sheet has them.
+inline constexpr double kHeadlineSize = 20;
+inline constexpr double kTextSize = 12;
+inline constexpr double kSmallSize = 11;
+
+class Canvas {
+ public:
+  struct Box {
+    double x;
+    double y;
+    double width;
+    double height;
+  };
+
+  // `classes` are of the style sheet; `title` is shown when the reader points at it, and is foreign
+  // text, as `text` is.
+  void Rect(const Box& box, std::string_view classes, std::string_view title = "",
+            double radius = 0);
+  void Circle(double x, double y, double radius, std::string_view classes, std::string_view title);
+  void Line(double x1, double y1, double x2, double y2, std::string_view classes);
+  void Text(double x, double y, std::string_view classes, std::string_view text,
+            std::string_view title = "");
+
+  std::string TakeElements();
+
+ private:
+  void Close(std::string_view element, std::string_view title);
+
+  std::string elements_;
+};
+
+}  // namespace lanvoss::program

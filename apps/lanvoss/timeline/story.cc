@@ -1,0 +1,180 @@
+#include "timeline/story.h"
+
+#include <algorithm>
+
+#include "timeline/duration.h"
+
+namespace lanvoss::program {
+namespace {
+
+// A headline has room for so many turns of the story, and for so many bytes; but for two at least.
+constexpr std::size_t kHeadlineTurns = 4;
+constexpr std::size_t kHeadlineLength = 90;
+
+}  // namespace
+
+void Story::Hear(const LogLine& line, std::int64_t timeUs, int thread) {
+  nowUs_ = timeUs;
+  thread_ = thread;
+  HearGoal(line);
+  HearWatch(line);
+  HearAttempt(line);
+  HearLink(line);
+  HearCheck(line);
+}
+
+void Story::End() {
+  for (Goal& goal : std::exchange(goals_, {})) {
+    if (goal.isRequest) {
+      Take(goal.name, "still without a link after " + DurationText(nowUs_ - goal.span.beginUs),
+           false);
+      FinishRequest(std::move(goal), Ending::kUnfinished);
+    } else {
+      SettleSearch(std::move(goal), Ending::kUnfinished);
+    }
+  }
+  for (Attempt& attempt : std::exchange(attempts_, {})) {
+    EndStep(attempt, Ending::kUnfinished);
+    if (attempt.opened) {
+      spans_.push_back(std::move(*attempt.opened));
+    }
+    Finish(std::move(attempt.span), Ending::kUnfinished);
+  }
+  for (Recovery& recovery : std::exchange(recoveries_, {})) {
+    Finish(std::move(recovery.span), Ending::kUnfinished);
+  }
+  for (auto& [key, span] : std::exchange(onThreads_, {})) {
+    Finish(span, Ending::kUnfinished);
+  }
+  EndPass(Ending::kUnfinished);
+  EndLink(Ending::kGood);  // it is up when the log ends
+}
+
+std::string Story::Headline() const {
+  for (std::size_t turns = kHeadlineTurns;; --turns) {
+    std::string headline = HeadlineOf(turns);
+    if (headline.size() <= kHeadlineLength || turns == 2) {
+      return headline.empty() ? "Nothing was asked for" : headline;
+    }
+  }
+}
+
+// The first turn and the last ones.
+std::string Story::HeadlineOf(std::size_t turns) const {
+  const std::size_t leftOut = turns_.size() - std::min(turns_.size(), turns);
+  std::string headline;
+  std::string name;
+  for (std::size_t i = 0; i < turns_.size(); ++i) {
+    if (i == 1 && leftOut > 0) {
+      headline += " ... ";
+      i += leftOut;
+    } else if (i > 0) {
+      headline += ", ";
+    }
+    const Turn& turn = turns_[i];
+    if (turn.name != name) {
+      name = turn.name;
+      headline += name.empty() ? "" : name + ": ";
+    }
+    headline += turn.text;
+  }
+  return headline;
+}
+
+Span Story::Begin(Activity activity, Part part, std::string label) const {
+  return {.activity = activity,
+          .part = part,
+          .thread = thread_,
+          .label = std::move(label),
+          .beginUs = nowUs_};
+}
+
+void Story::Finish(Span span, Ending ending) { FinishAt(std::move(span), ending, nowUs_); }
+
+void Story::FinishAt(Span span, Ending ending, std::int64_t endUs) {
+  span.ending = ending;
+  span.endUs = std::max(span.beginUs, endUs);
+  spans_.push_back(std::move(span));
+}
+
+void Story::Take(const std::string& name, const std::string& text, bool good) {
+  turns_.push_back({name, text, good});
+}
+
+void Story::BeginOnThread(Activity activity, Part part, std::string label) {
+  if (auto before = EndOnThread(activity)) {
+    Finish(std::move(*before), Ending::kPlain);
+  }
+  onThreads_[{activity, thread_}] = Begin(activity, part, std::move(label));
+}
+
+std::optional<Span> Story::EndOnThread(Activity activity) {
+  auto node = onThreads_.extract({activity, thread_});
+  return node.empty() ? std::nullopt : std::optional(std::move(node.mapped()));
+}
+
+void Story::HearLink(const LogLine& line) {
+  if (line.step == Step::kLinkUp) {
+    BeginLink(line);
+  } else if ((line.step == Step::kStatusChanged && line.text == "Disconnected") ||
+             (line.step == Step::kCloseEnded && line.text == "ok")) {
+    EndLink(Ending::kPlain);
+  }
+}
+
+void Story::BeginLink(const LogLine& line) {
+  EndLink(Ending::kPlain);
+  link_ = Begin(Activity::kLink, Part::kLink, line.name + ": " + line.local + " to " + line.remote);
+  EndRecoveries([&](const Recovery& each) { return each.name == line.name; }, true);
+  if (auto goal = TakeGoal(line.name)) {
+    Take(line.name, "connected after " + DurationText(nowUs_ - goal->span.beginUs), true);
+    FinishRequest(std::move(*goal), Ending::kGood);
+  }
+}
+
+void Story::EndLink(Ending ending) {
+  if (link_) {
+    Finish(std::move(*link_), ending);
+    link_.reset();
+  }
+}
+
+void Story::HearCheck(const LogLine& line) {
+  if (line.step == Step::kProbing) {
+    BeginOnThread(Activity::kCheck, Part::kCheck, "check");
+  } else if (line.step == Step::kProbed) {
+    if (auto check = EndOnThread(Activity::kCheck)) {
+      check->label += ", replies: " + std::to_string(line.number.value_or(0));
+      Finish(std::move(*check), IsTrouble(line) ? Ending::kBad : Ending::kGood);
+    }
+  } else if (line.step == Step::kRecovers || line.step == Step::kRecoversByWatch) {
+    BeginRecovery(line);
+  } else if (line.step == Step::kNotRecovered) {
+    Take(line.name, "silent again", false);
+  } else if (line.step == Step::kStopDone) {  // the recovery's time is up
+    EndRecoveries([this](const Recovery& each) { return each.span.thread == thread_; }, false);
+  }
+}
+
+void Story::BeginRecovery(const LogLine& line) {
+  Take(line.name, "silent", false);
+  EndLink(Ending::kBad);
+  recoveries_.push_back(
+      {Begin(Activity::kRecovery, Part::kCheck, "recover " + line.name), line.name});
+  if (line.step == Step::kRecoversByWatch) {
+    continues_.insert(thread_);
+  }
+}
+
+void Story::EndRecoveries(const std::function<bool(const Recovery&)>& are, bool good) {
+  for (Recovery& recovery : recoveries_) {
+    if (are(recovery)) {
+      const std::string after = DurationText(nowUs_ - recovery.span.beginUs);
+      Take(recovery.name, (good ? "connected again after " : "not recovered after ") + after, good);
+      Finish(recovery.span, good ? Ending::kGood : Ending::kBad);
+    }
+  }
+  std::erase_if(recoveries_, are);
+}
+
+}  // namespace lanvoss::program

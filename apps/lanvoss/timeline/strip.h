@@ -1,0 +1,35 @@
+// A part of the time in the picture: an axis and the lanes below it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "timeline/canvas.h"
+#include "timeline/time_scale.h"
+#include "timeline/timeline.h"
+
+namespace lanvoss::program {
+
+// Where a strip lies, in pixels.
+inline constexpr double kPictureWidth = 1200;
+inline constexpr double kMargin = 24;
+inline constexpr double kStripLeft = kMargin + 124;  // behind the names of the lanes
+inline constexpr double kStripRight = kPictureWidth - kMargin;
+
+// The class that gives an activity its colour, and the name that the legend has for it.
+struct Look {
+  const char* style;
+  const char* name;
+};
+Look LookOf(Activity activity);
+
+struct Section {
+  std::int64_t beginPlace;
+  std::int64_t endPlace;
+};
+
+// Draws what lies in the section with its upper edge at `top`. Returns where its lower edge is.
+double DrawStrip(const Timeline& timeline, const TimeScale& scale, const Section& section,
+                 double top, Canvas& canvas);
+
+}  // namespace lanvoss::program

@@ -1,0 +1,19 @@
+// Into a file goes what happened when.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "notification.h"
+
+namespace lanvoss::program {
+
+// Whether WriteTimeline knows what to write into a file of this name: .svg is a picture, .json a
+// trace.
+bool IsTimelineFile(const std::string& file);
+
+// Writes what the notifications tell into the file. Throws a std::runtime_error, which names the
+// file, when there is nothing to tell or when it cannot be written. IsTimelineFile must hold.
+void WriteTimeline(const std::vector<Notification>& notifications, const std::string& file);
+
+}  // namespace lanvoss::program
