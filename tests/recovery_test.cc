@@ -156,6 +156,15 @@ TEST_F(Recovery, AnUnpairingThatNothingReportsIsWaitedFor100Seconds) {
   EXPECT_EQ(Log().back(), "(watch) wfdDevice is null, return");
 }
 
+TEST_F(Recovery, OneThatEndsInAPlatformErrorIsWaitedFor100Seconds) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Connect("Cam");
+  cam.GoSilent();
+  air.faults().FailNth(Call::kUnpairAsync);
+  EXPECT_EQ(TimeOf([&] { EXPECT_EQ(lanvoss->PingCheck(), ""); }), 12'000 + 100'000);
+  EXPECT_EQ(Log().back(), "(watch) Stop Watcher done");
+}
+
 TEST_F(Recovery, ADeviceThatWasNotReportedIsLookedFor) {
   WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
   const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA", .present = false, .paired = true});

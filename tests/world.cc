@@ -25,6 +25,49 @@ std::string Timeless(const std::string& line) {
 
 bool IsSameLine(const std::string& a, const std::string& b) { return Timeless(a) == Timeless(b); }
 
+// What this thread is doing: the host's operation that it is inside, or "platform".
+thread_local std::string inside = "platform";
+
+class Inside {
+ public:
+  explicit Inside(std::string operation) : before_(std::exchange(inside, std::move(operation))) {}
+  ~Inside() { inside = before_; }
+  Inside(const Inside&) = delete;
+  Inside& operator=(const Inside&) = delete;
+
+ private:
+  const std::string before_;
+};
+
+// The object, whose operations say that they are under way.
+class Announced final : public LanvossInterface {
+ public:
+  explicit Announced(std::shared_ptr<LanvossInterface> object) : object_(std::move(object)) {}
+  ~Announced() {
+    const Inside operation("last reference");
+    object_.reset();
+  }
+  Announced(const Announced&) = delete;
+  Announced& operator=(const Announced&) = delete;
+
+#define ANNOUNCED(Result, Name, declared, given) \
+  Result Name declared override {                \
+    const Inside operation(#Name);               \
+    return object_->Name given;                  \
+  }
+  ANNOUNCED(std::int32_t, StartWatch, (std::string name), (name))
+  ANNOUNCED(std::int32_t, StopWatch, (), ())
+  ANNOUNCED(std::string, GetDeviceIp, (std::string request), (request))
+  ANNOUNCED(std::int32_t, AbortConnect, (std::string unused), (unused))
+  ANNOUNCED(std::int32_t, DisConnect, (std::string unused), (unused))
+  ANNOUNCED(std::int32_t, Unpair, (std::string name), (name))
+  ANNOUNCED(std::string, PingCheck, (), ())
+#undef ANNOUNCED
+
+ private:
+  std::shared_ptr<LanvossInterface> object_;
+};
+
 std::filesystem::path NewDirectory() {
   std::random_device random;
   std::filesystem::path path;
@@ -98,7 +141,8 @@ void World::TearDown() {
 }
 
 void World::OpenIn(const std::string& cacheDirectory) {
-  lanvoss = getLanvossPtr(&World::OnNotify, cacheDirectory);
+  const Inside operation("getLanvossPtr");
+  lanvoss = std::make_shared<Announced>(getLanvossPtr(&World::OnNotify, cacheDirectory));
 }
 
 Duration World::TimeOf(const std::function<void()>& operation) {
@@ -131,6 +175,9 @@ void World::OnNotify(std::string kind, std::string message) {
   Listener listener;
   {
     const std::lock_guard lock(current->mutex_);
+    if (const std::string path = Environment("LANVOSS_TEST_NOTIFICATIONS"); !path.empty()) {
+      std::ofstream(path, std::ios::app) << inside << "\t" << kind << "\t" << message << '\0';
+    }
     if (kind == "info") {
       current->log_.push_back(message);
     } else {

@@ -1,0 +1,121 @@
+#!/usr/bin/env python3
+"""Compares the documents with the code: docs_test.py TEST_PROGRAM, which plays the scenarios."""
+import collections
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).parents[1]
+UNITS = {"ms": 1, "s": 1000, "": 1}
+faults = []
+
+
+def expect(holds, complaint):
+    if not holds:
+        faults.append(complaint)
+
+
+def rows(page):
+    """The cells of each table row of a page, behind the heading above it."""
+    heading = ""
+    for line in (ROOT / page).read_text().splitlines():
+        if line.startswith("#"):
+            heading = line.lstrip("# ")
+        elif line.startswith("| "):
+            yield [heading] + [cell.strip() for cell in line.strip("|").split(" | ")]
+
+
+def amount(text):
+    """A count, or a time in milliseconds; any other text as it is."""
+    match = re.fullmatch(r"([\d.]+) ?(m?s|)", text)
+    return float(match[1]) * UNITS[match[2]] if match and text.count(".") < 2 else text
+
+
+def check_limits():
+    code = {}
+    for header in "src/watcher/limits.h", "src/backends/wpa/limits.h":
+        for name, value in re.findall(r"constexpr \S+ (k\w+)(?:\[\])? = (.*);",
+                                      (ROOT / header).read_text()):
+            value = value.replace("'", "").strip('"')
+            code[name] = amount(value + (" s" if name.endswith("S") else ""))
+    page = {}
+    for _, name, value, meaning in rows("docs/limits.md"):
+        if name.startswith("`k"):
+            page[name.strip("`")] = amount(value)
+        elif meaning.startswith("`"):
+            expect(eval(meaning.strip("`"), dict(code)) == amount(value), f"limits.md: {name}")
+    for name in code.keys() | page.keys():
+        expect(code.get(name) == page.get(name),
+               f"limits.md: {name} is {page.get(name)}, in the code {code.get(name)}")
+
+
+def heard_by_hosts(program):
+    """What the scenarios tell their hosts: (inside which operation, kind, message)."""
+    with tempfile.TemporaryDirectory() as folder:
+        record = pathlib.Path(folder) / "record"
+        subprocess.run([program, "--gtest_brief=1"], check=True, stdout=subprocess.DEVNULL,
+                       env=os.environ | {"LANVOSS_TEST_NOTIFICATIONS": str(record)})
+        text = record.read_bytes().decode(errors="replace")
+    return {tuple(re.sub(r"\d{2,}", "0", entry).split("\t", 2)) for entry in text.split("\0")[:-1]}
+
+
+def pattern_of(line):
+    return re.compile(".*".join(map(re.escape, re.split("<[^>]*>", line))), re.DOTALL)
+
+
+def check_notifications(program):
+    lines = [(section, line.strip("`")) for section, line, *_ in rows("docs/log.md")
+             if line.startswith("`")]
+    stamped = [(section, line, pattern_of(line)) for section, line in lines
+               if section != "Bare lines"]
+    seen, heard_inside = set(), collections.defaultdict(set)
+    for inside, kind, message in heard_by_hosts(program):
+        if kind != "info":
+            heard_inside[f'"{kind}"'].add(inside)
+            continue
+        matches = [(section, line) for section, line, pattern in stamped
+                   if pattern.fullmatch(message)]
+        expect(matches, f"log.md does not have {message!r}")
+        seen.update(line for _, line in matches)
+        for section, _ in matches:
+            heard_inside[section].add(inside)
+    expect(all(line in seen for _, line, _ in stamped),
+           f"log.md: never logged: {[line for _, line, _ in stamped if line not in seen]}")
+    table = {re.sub(r"`|\[(.*)\].*", r"\1", what): set(where.replace("`", "").split(", "))
+             for heading, what, where in rows("docs/threads.md")
+             if heading == "Where it is called" and what not in ("What", "---")}
+    for what in table.keys() | heard_inside.keys():
+        expect(table.get(what) == heard_inside.get(what), f"threads.md: {what} is heard inside "
+               f"{heard_inside.get(what)}, the table says {table.get(what)}")
+    check_lines_of_the_code(lines)
+
+
+def check_lines_of_the_code(lines):
+    """Each log line of the code, those that no scenario causes included, by how it begins."""
+    code = "".join(path.read_text() for folder in ("watcher", "registry", "discovery",
+                                                   "connection", "supervision")
+                   for path in sorted((ROOT / "src" / folder).glob("*.cc")))
+    literal = r'"((?:[^"\\]|\\.)*)"'
+    begins = re.findall(r"\b(?:WriteLog|fputs|printf)\(\s*(?:std::string\(|Format\()?" + literal, code)
+    begins += re.findall(r'"(\(watch\) (?:[^"\\]|\\.)*)"', code)
+    for begin in begins:
+        text = max(re.split(r"%\w|\\n", begin), key=len).rstrip()
+        if " " in text:
+            expect(any(text in line for _, line in lines), f"log.md does not have {begin!r}")
+    for _, line in (entry for entry in lines if entry[0] == "Bare lines"):
+        expect('"' + line.split("<")[0] in code, f"log.md: not in the code: {line}")
+
+
+def check_links():
+    for page in [*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")]:
+        for target in re.findall(r"\]\((?!https?:)([^)#]+)", page.read_text()):
+            expect((page.parent / target).exists(), f"{page.name}: no {target}")
+
+
+check_limits()
+check_notifications(sys.argv[1])
+check_links()
+sys.exit("\n".join(faults))
