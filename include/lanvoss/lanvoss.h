@@ -1,13 +1,25 @@
-// Lanvoss: reach a named device over Wi-Fi Direct and learn the IP addresses of the link.
-//
-// One function builds one object; seven operations drive it. See the README for a first host.
+/// @file
+/// Lanvoss: reach a named device over Wi-Fi Direct and learn the IP addresses of the link.
+///
+/// One function builds one object; seven operations drive it.
+///
+/// @code
+/// const auto lanvoss = getLanvossPtr(&OnNotify, "");  // the device cache in the current directory
+/// std::string pair = lanvoss->GetDeviceIp("Cam-7F21");  // "LOCAL,REMOTE", empty without a link
+/// ...
+/// lanvoss->PingCheck();                        // from time to time, these two keep the link alive
+/// pair = lanvoss->GetDeviceIp("Cam-7F21");
+/// ...
+/// lanvoss->DisConnect("");
+/// @endcode
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
 
-// LANVOSS_STATIC is for programs that have the library's own code in them instead of its DLL.
+/// Marks what the library exports. LANVOSS_STATIC is for programs that have the library's own code
+/// in them instead of its DLL.
 #if !defined(_WIN32)
 #define LANVOSS_API __attribute__((visibility("default")))
 #elif defined(LANVOSS_BUILD)
@@ -27,16 +39,22 @@
 ///  - "stopdone": the watcher has stopped;
 ///  - "deviceip": the remote address of a link that has just come up.
 ///
-/// Texts are narrow; device names are in the system's ANSI code page (UTF-8 on Linux).
+/// Texts are narrow; device names are in the system's ANSI code page (UTF-8 on Linux). A name is
+/// whatever a device in range sends: bytes to be shown, never to be trusted.
 ///
 /// It is called synchronously, on the host's threads (from inside the operations, and from inside
-/// `getLanvossPtr`) and on threads of the platform, several at once. It may call operations of the
-/// object and may drop the last reference to it; the routine that called it then ends at once. What
-/// it throws travels into the operation or the event handler that called it.
+/// `getLanvossPtr`) and on threads of the platform, several at once. It should return at once. It
+/// may call any operation and may drop the last reference to the object; the routine that called it
+/// then ends at once. But an operation that waits for an event of the platform may wait in vain for
+/// one that waits for this call to return: `GetDeviceIp` and `PingCheck` up to their time-outs.
+/// What it throws travels into the operation or the event handler that called it.
 using NotifyCallback = void (*)(std::string kind, std::string message);
 
-/// The one object of the library, made by `getLanvossPtr`. Every operation may be called from any
-/// thread and at the same time as any other; each runs on its caller's thread.
+/// The one object of the library, made by `getLanvossPtr`.
+///
+/// Every operation may be called from any thread, at the same time as any other, and from inside
+/// the host's function; each runs on its caller's thread. The times are the longest: the platform's
+/// own calls come on top, and so does what the host does in its function.
 class LanvossInterface {
  public:
   /// Starts to look for devices and returns; what is found arrives as notifications.
@@ -45,16 +63,22 @@ class LanvossInterface {
   ///   device NAME is found once; a line feed followed by NAME looks until NAME is found and then
   ///   keeps watching until a pass no longer sees it. Names are compared byte for byte.
   /// @return 0 when the watcher runs, -1 when there is none or the platform refused.
-  /// Blocks while the platform starts its watcher, for 60.5 s at most. Forgets the address of the
-  /// link, but does not close the link.
+  /// @par Blocks
+  ///   while the platform starts its watcher, for 60.5 s at most.
+  /// @throws std::exception when the platform refuses the start and then the stop as well.
+  /// @note Forgets the address of the link, but does not close the link.
   virtual std::int32_t StartWatch(std::string name) = 0;
 
   /// Asks the watcher to stop and waits for it.
   ///
   /// Releases every call that waits for an attempt to finish. A named watch may start its next pass
   /// all the same; to end it for good call `AbortConnect` or `DisConnect` first.
+  ///
   /// @return 0 when the watcher was not running or the tries have ended, -1 when there is none or
-  ///   the stopping failed. Blocks for 15 s at most, plus the platform's own calls.
+  ///   the stopping failed.
+  /// @par Blocks
+  ///   for 15 s at most. From inside the host's function it takes 2 s at least where the platform
+  ///   raises its events one after the other.
   virtual std::int32_t StopWatch() = 0;
 
   /// Finds, pairs and connects a device, and returns the addresses of the link.
@@ -66,22 +90,41 @@ class LanvossInterface {
   ///     is none.
   /// @return the local and the remote IP address joined by a comma; empty when no link came up.
   ///   When NAME is connected already, its address comes at once.
-  /// Blocks for the gap and then for 100 s at most; a direct request also for the connection
-  /// itself, in which the platform's pairing and opening have no time limit. A platform error other
-  /// than a cancellation is thrown, as a std::exception.
+  /// @par Blocks
+  ///   for the gap, for 60.5 s at most while the platform starts its watcher, for 100 s at most
+  ///   until the attempt has ended, and for 15 s at most to stop the watcher when it has not. A
+  ///   direct request connects on the caller's thread, and the platform's pairing and opening have
+  ///   no time limit. Not to be called from inside the host's function: the attempt goes on when
+  ///   that has returned, and the call waits out its 100 s.
+  /// @throws std::exception a platform error other than a cancellation.
   virtual std::string GetDeviceIp(std::string request) = 0;
 
   /// Gives the attempt up: no further open request, no further pass, no reconnect gap. Wakes nobody
-  /// and leaves the platform alone. The argument is not used. Returns 0. Never blocks.
+  /// and leaves the platform alone.
+  ///
+  /// @param unused not used.
+  /// @return 0.
+  /// @par Blocks
+  ///   never.
   virtual std::int32_t AbortConnect(std::string unused) = 0;
 
-  /// Forgets the device and its address and closes the link. The argument is not used.
+  /// Forgets the device and its address and closes the link.
+  ///
+  /// @param unused not used.
   /// @return 1 when no link is held any more, 0 when the platform did not let it go.
-  /// Blocks for 10 s at most, plus the platform's own calls.
+  /// @par Blocks
+  ///   for 10 s at most.
+  /// @throws std::exception a platform error other than a cancellation.
   virtual std::int32_t DisConnect(std::string unused) = 0;
 
   /// Starts to remove the system's pairing with the named device, which the watcher must have
-  /// reported, and returns without waiting. Returns 0. A platform error is thrown.
+  /// reported, and returns without waiting.
+  ///
+  /// @param name the device.
+  /// @return 0.
+  /// @par Blocks
+  ///   never.
+  /// @throws std::exception a platform error.
   virtual std::int32_t Unpair(std::string name) = 0;
 
   /// Probes the remote address of the link with four ICMP echo requests. When none is answered
@@ -89,12 +132,15 @@ class LanvossInterface {
   /// requests: unpairs, pairs and connects the device that was last looked for.
   ///
   /// @return the new address text when the recovery brought a link up; empty in every other case,
-  /// an
-  ///   answering link included. So a host keeps a link alive by two calls in turn: `PingCheck`,
+  ///   an answering link included. So a host keeps a link alive by two calls in turn: `PingCheck`,
   ///   then `GetDeviceIp` with the device's name, which returns the stored address at once while
   ///   the link is up and connects anew when it is not. After an empty answer it asks once more.
-  /// Blocks for 12 s when the device is silent, and then for the recovery: the connection itself
-  /// and 100 s at most. Without the right to open raw sockets no device seems to answer. IPv4 only.
+  /// @par Blocks
+  ///   for 12 s when the device is silent, longer while ICMP messages for others keep arriving; and
+  ///   then for the recovery, as a request does, with 100 s more where no report follows the
+  ///   unpairing. Not to be called from inside the host's function.
+  /// @throws std::exception a platform error.
+  /// @note Without the right to open raw sockets no device seems to answer. IPv4 only.
   virtual std::string PingCheck() = 0;
 
  protected:
@@ -104,16 +150,18 @@ class LanvossInterface {
 
 /// Builds the watcher object. It does not start to look for devices.
 ///
+/// Texts and the pointer are the standard library's own: build host and library against the same
+/// standard library.
+///
 /// @param notify the host's function; may be null. While the cache is loaded it is already called
 ///   once with "watch" and once with "info" for each device.
 /// @param directory where the cache file `deviceinfo.bin` lives; empty for the current directory.
 ///   A missing or unusable directory means no cache and is no error.
 /// @return the object; it lives until the last copy of the pointer is dropped. Dropping it stops
 ///   the watcher, waits for every operation and event handler that still runs on another thread
-///   and therefore may block (about 15 s, or as long as a handler sits in a platform call).
-/// @throws std::exception when the platform cannot make its watcher or the system its events.
-///
-/// Texts and the pointer are the standard library's own: build host and library against the same
-/// standard library.
+///   and therefore may block (about 15 s, or as long as a handler sits in a platform call). So it
+///   must not be dropped under a lock that the host's function takes.
+/// @throws std::exception when the platform cannot make its watcher or the system its events, or
+///   what the host's function throws.
 LANVOSS_API std::shared_ptr<LanvossInterface> getLanvossPtr(NotifyCallback notify,
                                                             std::string directory);
