@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "environment.h"
+#include "log_line.h"
 
 namespace lanvoss::test {
 namespace {
@@ -131,6 +132,9 @@ void World::TearDown() {
   LeaveStage();
   EXPECT_EQ(air.LiveObjects(), 0U) << "platform objects leaked";
   EXPECT_EQ(air.EscapedExceptions(), expectedEscapes);
+  for (const std::string& line : log_) {
+    EXPECT_NE(program::Understand(line).step, program::Step::kUnknown) << line;
+  }
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
   if (const std::string path = Environment("LANVOSS_TEST_LOG"); !path.empty()) {
     std::ofstream(path, std::ios::app) << "== " << test->name() << "\n" << output_.Text();

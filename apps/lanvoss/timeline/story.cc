@@ -36,7 +36,7 @@ void Story::End() {
   for (Attempt& attempt : std::exchange(attempts_, {})) {
     EndStep(attempt, Ending::kUnfinished);
     if (attempt.opened) {
-      spans_.push_back(std::move(*attempt.opened));
+      FinishAt(*attempt.opened, Ending::kPlain, attempt.opened->endUs);
     }
     Finish(std::move(attempt.span), Ending::kUnfinished);
   }
@@ -48,6 +48,12 @@ void Story::End() {
   }
   EndPass(Ending::kUnfinished);
   EndLink(Ending::kGood);  // it is up when the log ends
+  for (Span& span : spans_) {
+    if (span.endUs > nowUs_) {  // a gap is told beforehand
+      span.endUs = nowUs_;
+      span.ending = Ending::kUnfinished;
+    }
+  }
 }
 
 std::string Story::Headline() const {

@@ -103,8 +103,9 @@ void Story::EndStep(Attempt& attempt, Ending ending, const std::string& result) 
 }
 
 void Story::EndAttempt(Attempt& ended, const LogLine& line) {
-  Attempt attempt = std::move(ended);
-  attempts_.erase(attempts_.begin() + (&ended - attempts_.data()));
+  const auto place = attempts_.begin() + (&ended - attempts_.data());
+  Attempt attempt = std::move(*place);
+  attempts_.erase(place);
   const Ending ending = line.step == Step::kLinkUp ? Ending::kGood : Ending::kBad;
   EndStep(attempt, ending, ending == Ending::kBad ? ": error" : "");
   if (attempt.opened) {

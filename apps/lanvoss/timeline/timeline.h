@@ -11,10 +11,11 @@
 
 namespace lanvoss::program {
 
-// What a span is about; each has a colour of its own.
+// What a span is about; each has a colour of its own. What holds others comes before them.
 enum class Activity {
   kRequest,  // of an address
   kSearch,   // a watch of the host's own
+  kRecovery,
   kWait,
   kAttempt,  // to connect
   kUnpair,
@@ -22,7 +23,6 @@ enum class Activity {
   kOpen,
   kClose,
   kCheck,
-  kRecovery,
   kPass,  // of the watcher
   kStop,
   kLink,

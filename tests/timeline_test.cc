@@ -1,0 +1,134 @@
+// The picture of a run: what it tells of a log, and that it holds whatever a log holds.
+#include "timeline/timeline.h"
+
+#include <algorithm>
+#include <expat.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "timeline/saved_log.h"
+#include "timeline/svg.h"
+#include "timeline/trace_events.h"
+
+namespace lanvoss::program {
+namespace {
+
+struct Line {
+  int ms;
+  int thread;
+  std::string message;
+};
+
+Timeline TellOf(const std::vector<Line>& lines) {
+  std::vector<Notification> notifications;
+  for (const Line& line : lines) {
+    notifications.push_back({line.ms * std::int64_t{1000}, line.thread, "info", line.message});
+  }
+  return Tell(notifications);
+}
+
+// The headline, and "LANE ROW: LABEL BEGIN-END" of every span, with "!" when it ended badly and "?"
+// when it did not end.
+std::string Told(const Timeline& timeline) {
+  std::string told = timeline.headline;
+  for (const Span& span : timeline.spans) {
+    told += "\n" + timeline.lanes.at(span.lane).label + " " + std::to_string(span.row) + ": " +
+            span.label + " " + std::to_string(span.beginUs / 1000) + "-" +
+            std::to_string(span.endUs / 1000) +
+            (span.ending == Ending::kBad          ? "!"
+             : span.ending == Ending::kUnfinished ? "?"
+                                                  : "");
+  }
+  return told;
+}
+
+bool IsXml(const std::string& text) {
+  XML_Parser parser = XML_ParserCreate("UTF-8");
+  const auto status = XML_Parse(parser, text.data(), static_cast<int>(text.size()), 1);
+  XML_ParserFree(parser);
+  return status == XML_STATUS_OK;
+}
+
+const std::string kUp =
+    "(watch) Devices connected on L2 layer, connecting to name(Cam),time:1ms(1),watch:3ms(1),"
+    "fromid:7ms(2) IPAddress: loc:10.0.0.1 remote:10.0.0.2";
+
+TEST(Timeline, TellsOfAConnectFromTheLogAlone) {
+  const std::string log = R"([2026-11-23 23:59:58.000] (watch) Start Watcher...for Cam
+[2026-11-23 23:59:58.000] watch start...
+[2026-11-23 23:59:58.001] (watch) Start Watcher done
+[2026-11-23 23:59:58.300] 1-1 WatchDeviceAdded:Cam id:x
+[2026-11-23 23:59:58.300] (watch) ConnDevice... name=Cam id=x
+[2026-11-23 23:59:58.300] PairAsync... GoIntent:14
+OnPairingRequested:1
+ [2026-11-23 23:59:58.800] PairAsync Status: Failed
+[2026-11-23 23:59:59.300] (watch) RequestPairDeviceAsync done
+[2026-11-23 23:59:59.300] (watch) FromIdAsync ...
+[2026-11-23 23:59:59.500] (watch) FromIdAsync done dt:200ms
+[2026-11-23 23:59:59.700] (watch) wfdDevice is null,Re FromIdAsync:1 Cam
+[2026-11-23 23:59:59.900] (watch) FromIdAsync done dt:200ms
+[2026-11-31 23:59:59.900] no such day
+[2026-11-23 23:59:59.900] )" +
+                          kUp + R"(
+{"time":"2026-11-24T00:00:00.000000","kind":"info","message":"(watch) DeviceWatcher stopped."}
+10.0.0.1,10.0.0.2)";
+  EXPECT_EQ(Told(Tell(ReadSavedLog(log))), R"(Cam: connected after 1.9 s
+watcher 0: pass 1, devices: 1 0-2000
+host 0: request Cam 0-1900
+host 1: waits for its end 1-1900
+connection 0: connect Cam 300-1900
+connection 1: pair: Failed 300-800!
+connection 1: pause 800-1300
+connection 1: open 1: none 1300-1500!
+connection 1: pause 1500-1700
+connection 1: open 2 1700-1900
+link 0: Cam: 10.0.0.1 to 10.0.0.2 1900-2000)");
+  EXPECT_THROW(ReadSavedLog("no log\n{\"kind\":\"result\"}\n"), std::runtime_error);
+}
+
+// The recovery is one thread's, another begins a second attempt; the clock is set back by an hour.
+TEST(Timeline, TellsOfARecoveryAndOfTwoAttemptsAtOnce) {
+  const Timeline timeline =
+      TellOf({{3'600'000, 1, "(watch) ping ..."},
+              {3'612'000, 1, "(watch) ping done ret:0 dt:12000ms DisConnect:0"},
+              {3'612'000, 1, "(watch) Ping Failed,Unpair,Re Pair... Cam"},
+              {3'612'000, 1, "(watch) ConnDevice... name=Cam id=x"},
+              {12'000, 1, "(watch) UnpairAsync ..."},
+              {12'500, 2, "(watch) ConnDevice... name=Cam id=x"},
+              {12'600, 2, "(watch) Connection status changed: Connected"},
+              {13'000, 1, "(watch) RequestPairDeviceAsync ..."},
+              {13'000, 1, "(watch) wfdDevice is null, return"}});
+  EXPECT_EQ(Told(timeline), R"(Cam: silent, not recovered after 1 s
+host thread 1 0: check, replies: 0 0-12000!
+host thread 1 0: recover Cam 12000-13000!
+host thread 1 1: connect Cam 12000-13000!
+host thread 1 2: unpair 12000-13000
+platform thread 2 0: connect Cam 12500-13000?)");
+}
+
+TEST(Timeline, KeepsSpansApartWhereThreadsAreNotKnown) {
+  EXPECT_EQ(Told(TellOf({{0, 0, "(watch) ConnDevice... name=A id=x"},
+                         {10, 0, "(watch) ConnDevice... name=B id=y"},
+                         {20, 0, "(watch) wfdDevice is null, return"},
+                         {30, 0, kUp}})),
+            R"(Nothing was asked for
+connection 0: connect A 0-30
+connection 1: connect B 10-20!
+link 0: Cam: 10.0.0.1 to 10.0.0.2 30-30)");
+}
+
+TEST(Timeline, TakesAnyName) {
+  const std::string name = "\xFF</text>&\"'\x01\x1B[2m\xE2\x80\xAE id:y name(|";
+  const Timeline timeline = TellOf({{0, 1, "(watch) Start Watcher...for " + name},
+                                    {5, 2, "(watch) ConnDevice... name=" + name + " id=x"}});
+  EXPECT_EQ(Told(timeline), name + ": still without a link after 5 ms\nhost thread 1 0: request " +
+                                name + " 0-5?\nhost thread 2 0: connect " + name + " 5-5?");
+  const std::string svg = DrawSvg(timeline);
+  EXPECT_TRUE(IsXml(svg));
+  EXPECT_EQ(svg.find('\x1B'), std::string::npos);
+  EXPECT_EQ(svg.find("\xE2\x80\xAE"), std::string::npos) << "it would turn the text around";
+  EXPECT_TRUE(nlohmann::json::accept(WriteTraceEvents(timeline)));
+}
+
+}  // namespace
+}  // namespace lanvoss::program
