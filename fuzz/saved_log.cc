@@ -1,0 +1,56 @@
+// Any bytes as a saved log: the picture is well-formed XML, the trace is JSON, and no two spans of
+// a row overlap.
+#include "timeline/saved_log.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <expat.h>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "require.h"
+#include "timeline/svg.h"
+#include "timeline/timeline.h"
+#include "timeline/trace_events.h"
+
+namespace {
+
+using lanvoss::program::Span;
+using lanvoss::program::Timeline;
+
+bool IsXml(const std::string& text) {
+  XML_Parser parser = XML_ParserCreate("UTF-8");
+  const auto status = XML_Parse(parser, text.data(), static_cast<int>(text.size()), 1);
+  XML_ParserFree(parser);
+  return status == XML_STATUS_OK;
+}
+
+void CheckTimeline(const Timeline& timeline) {
+  std::map<std::pair<std::size_t, std::size_t>, std::int64_t> ends;
+  for (const Span& span : timeline.spans) {
+    Require(span.beginUs >= 0 && span.beginUs <= span.endUs, "a span has a length");
+    Require(span.row < timeline.lanes.at(span.lane).rows, "a lane has its rows");
+    auto& end = ends[{span.lane, span.row}];
+    Require(span.beginUs >= end, "the spans of a row do not overlap");
+    end = span.endUs;
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(data, data + size);
+  try {
+    const Timeline timeline = Tell(lanvoss::program::ReadSavedLog(text));
+    CheckTimeline(timeline);
+    Require(IsXml(DrawSvg(timeline)), "the picture is well-formed");
+    Require(nlohmann::json::accept(WriteTraceEvents(timeline)), "the trace is JSON");
+  } catch (const std::runtime_error& refusal) {
+    Require(std::string_view(refusal.what()) == "no line of a log in it", "a refusal tells why");
+  }
+  return 0;
+}
