@@ -1,9 +1,13 @@
 #!/usr/bin/env bash
-# Each example reaches its device over the simulated radio and ends well.
+# Each example reaches its device over the simulated radio and ends well; the smallest stands in
+# the README.
 set -euo pipefail
 programs=$1 root=$2
-diff <(sed -n '/^```cpp$/,/^```$/p; /^```$/q' "$root/README.md" | sed '/^```/d') "$root/examples/smallest.cc"
-cd "$(mktemp -d)"
+diff <(sed -n '/^```cpp$/,/^```$/p; /^```$/q' "$root/README.md" | sed '/^```/d') \
+  "$root/examples/smallest.cc"
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+cd "$scratch"
 "$programs/smallest" | grep '^local,remote: 192.168.137.1,192.168.137.21$'
 timeout --preserve-status --signal=INT 2 "$programs/keep_alive" Cam-90A4 2>&1 >log |
   diff - <(printf 'up 192.168.137.1,192.168.137.94\nended\n')
