@@ -1,0 +1,34 @@
+// What hosts that are already built rely on: where each operation stands in the interface. The
+// factory's name is checked on the library itself.
+#include <cstddef>
+#include <cstring>
+#include <gtest/gtest.h>
+
+#include "lanvoss/lanvoss.h"
+
+namespace {
+
+#if defined(__x86_64__)
+
+// A pointer to a virtual operation holds the offset of its slot, plus one.
+template <class Operation>
+std::size_t SlotOf(Operation operation) {
+  std::size_t words[2];
+  static_assert(sizeof(words) == sizeof(operation));
+  std::memcpy(words, &operation, sizeof(words));
+  return (words[0] - 1) / sizeof(void*);
+}
+
+TEST(Abi, EveryOperationKeepsItsSlot) {
+  EXPECT_EQ(SlotOf(&LanvossInterface::StartWatch), 0U);
+  EXPECT_EQ(SlotOf(&LanvossInterface::StopWatch), 1U);
+  EXPECT_EQ(SlotOf(&LanvossInterface::GetDeviceIp), 2U);
+  EXPECT_EQ(SlotOf(&LanvossInterface::AbortConnect), 3U);
+  EXPECT_EQ(SlotOf(&LanvossInterface::DisConnect), 4U);
+  EXPECT_EQ(SlotOf(&LanvossInterface::Unpair), 5U);
+  EXPECT_EQ(SlotOf(&LanvossInterface::PingCheck), 6U);
+}
+
+#endif
+
+}  // namespace
