@@ -9,6 +9,6 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cd "$scratch"
 "$programs/smallest" | grep '^local,remote: 192.168.137.1,192.168.137.21$'
-timeout --preserve-status --signal=INT 2 "$programs/keep_alive" Cam-90A4 2>&1 >log |
+timeout --preserve-status --signal=INT 3 "$programs/keep_alive" Cam-90A4 2>&1 >log |
   diff - <(printf 'up 192.168.137.1,192.168.137.94\nended\n')
 "$programs/event_loop" | grep "on the loop's thread: Cam-7F21 has \"192.168.137.1,192.168.137.21\""
