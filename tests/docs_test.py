@@ -118,4 +118,4 @@ def check_links():
 check_limits()
 check_notifications(sys.argv[1])
 check_links()
-sys.exit("\n".join(faults))
+sys.exit("\n".join(faults) or 0)

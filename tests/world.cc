@@ -27,17 +27,17 @@ std::string Timeless(const std::string& line) {
 bool IsSameLine(const std::string& a, const std::string& b) { return Timeless(a) == Timeless(b); }
 
 // What this thread is doing: the host's operation that it is inside, or "platform".
-thread_local std::string inside = "platform";
+thread_local const char* inside = "platform";
 
 class Inside {
  public:
-  explicit Inside(std::string operation) : before_(std::exchange(inside, std::move(operation))) {}
+  explicit Inside(const char* operation) : before_(std::exchange(inside, operation)) {}
   ~Inside() { inside = before_; }
   Inside(const Inside&) = delete;
   Inside& operator=(const Inside&) = delete;
 
  private:
-  const std::string before_;
+  const char* const before_;
 };
 
 // The object, whose operations say that they are under way.
