@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <string>
 
 #include "addresses.h"
 #include "clock.h"
+#include "console.h"
 #include "link_check.h"
 #include "pause.h"
 #include "results.h"
@@ -25,19 +27,41 @@ void TellChange(const CommandLine& line, const std::string& addresses) {
   PrintResult(line, FormatTime(LocalTimeUs()) + " " + state + "\n", facts);
 }
 
+// Probes the link. One that stays silent although it was recovered before is let go, or its address
+// would be the answer on and on.
+void CheckAndLetGo(LanvossInterface& object) {
+  const LinkCheck check = CheckLink(object);  // it pairs and connects anew what no longer answers
+  if (check.replies == 0 && check.addresses.empty()) {
+    object.DisConnect("");
+  }
+}
+
+// The addresses of the link after a check; empty while the device is away.
+std::string KeepLink(LanvossInterface& object, const std::string& name, bool isUp,
+                     const std::stop_token& interrupted) {
+  try {
+    if (isUp) {
+      CheckAndLetGo(object);
+    }
+    return AskForAddresses(object, name, interrupted);
+  } catch (const std::exception& error) {
+    Complain(error.what());  // the platform's; it may be better later
+    return {};
+  }
+}
+
 }  // namespace
 
 Outcome RunKeep(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted) {
   const std::chrono::seconds checkPause(line.everyS);
   std::string addresses;
+  bool isFirst = true;
   auto pause = kFirstPause;
   while (!interrupted.stop_requested()) {
-    if (!addresses.empty()) {
-      CheckLink(object);  // it pairs and connects anew what no longer answers
-    }
-    const std::string current = AskForAddresses(object, *line.name, interrupted);
-    if (current != addresses && !interrupted.stop_requested()) {
+    const std::string current = KeepLink(object, *line.name, !addresses.empty(), interrupted);
+    if ((current != addresses || isFirst) && !interrupted.stop_requested()) {
       addresses = current;
+      isFirst = false;
       TellChange(line, addresses);
     }
     if (!addresses.empty()) {

@@ -68,7 +68,7 @@ std::string WriteScript(const PrivateDirectory& directory) {
   std::string path = directory / kScriptFile;
   const std::string leases = directory / kLeaseFile;
   std::ofstream(path) << "#!/bin/sh\n"
-                      << "[ -z \"$ip\" ] || echo \"$ip $subnet $serverid\" > '" << leases << "'\n";
+                      << "[ -z \"$ip\" ] || echo \"$ip $serverid\" > '" << leases << "'\n";
   chmod(path.c_str(), S_IRWXU);
   return path;
 }
@@ -102,7 +102,7 @@ DhcpClient::DhcpClient(const std::string& interface)
 std::optional<Lease> DhcpClient::AwaitLease(Clock::time_point deadline) const {
   Lease lease;
   const bool found = Await(directory_ / kLeaseFile, deadline, [&](std::istringstream line) {
-    return static_cast<bool>(line >> lease.address >> lease.mask >> lease.server);
+    return static_cast<bool>(line >> lease.address >> lease.server);
   });
   return found ? std::optional(lease) : std::nullopt;
 }

@@ -41,7 +41,6 @@ class DhcpServer {
 
 struct Lease {
   std::string address;
-  std::string mask;
   std::string server;
 };
 

@@ -43,12 +43,13 @@ bool AwaitClient(Inbox& inbox, Link& link) {
   return false;
 }
 
-// The device owns the group and gives this machine an address.
+// The device owns the group and gives this machine an address. The mask that it gives is not taken:
+// a wide one would draw what is meant for other networks into the link.
 bool JoinOwner(const Message& started, Link& link) {
   link.local = started.Field("ip_addr");
   link.remote = started.Field("go_ip_addr");
   if (!link.local.empty() && !link.remote.empty()) {
-    SetInterfaceAddress(link.interface, link.local, started.Field("ip_mask"));
+    SetInterfaceAddress(link.interface, link.local, kNetworkMask);
     return true;
   }
   const auto client = std::make_shared<DhcpClient>(link.interface);
@@ -56,7 +57,7 @@ bool JoinOwner(const Message& started, Link& link) {
   if (!lease) {
     return false;
   }
-  SetInterfaceAddress(link.interface, lease->address, lease->mask);
+  SetInterfaceAddress(link.interface, lease->address, kNetworkMask);
   link.local = lease->address;
   link.remote = lease->server;
   link.dhcp = client;

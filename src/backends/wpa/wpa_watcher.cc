@@ -36,31 +36,58 @@ void WpaWatcher::Start() {
     seen_.clear();
   }
   if (!station_->TheFinder().BeginPass()) {
-    Abort();
+    FailPass();
     Fail("wpa_supplicant does not look for devices");
   }
-  Later(kLinkedMs, &WpaWatcher::TellOfLinks);
-  Later(kQuickFindMs, &WpaWatcher::Widen);
-  Later(kPassMs, &WpaWatcher::CompletePass);
+  LaterInPass(kLinkedMs, &WpaWatcher::TellOfLinks);
+  LaterInPass(kQuickFindMs, &WpaWatcher::Widen);
+  LaterInPass(kPassMs, &WpaWatcher::CompletePass);
 }
 
-// Runs a step of this pass on a thread of its own, unless the pass has ended by then.
-void WpaWatcher::Later(std::uint32_t delayMs, void (WpaWatcher::*step)()) {
+// A watch that hears the end of its pass begins the next one. It hears of this one after a pause,
+// or it would try without rest for as long as there is no wpa_supplicant.
+void WpaWatcher::FailPass() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (!IsRunning()) {
+      return;  // stopped meanwhile
+    }
+    status_ = DeviceWatcherStatus::Aborted;
+  }
+  station_->TheFinder().EndPass();
+  Later(kReturnPauseMs, [](WpaWatcher& watcher, unsigned pass) {
+    const std::lock_guard lock(watcher.mutex_);
+    if (watcher.status_ == DeviceWatcherStatus::Aborted && watcher.pass_ == pass) {
+      watcher.RaisePlain(watcher.stopped_);
+    }
+  });
+}
+
+// Runs a step on a thread of its own, and tells it which pass asked for it.
+void WpaWatcher::Later(std::uint32_t delayMs, const Step& step) {
   unsigned pass = 0;
   {
     const std::lock_guard lock(mutex_);
     pass = pass_;
   }
   const auto run = [weak = weak_from_this(), pass, step] {
-    const auto watcher = weak.lock();
-    if (watcher != nullptr && watcher->IsRunningPass(pass)) {
-      ((*watcher).*step)();
+    if (const auto watcher = weak.lock()) {
+      step(*watcher, pass);
     }
   };
   // Holds nothing: the station would live, with its groups, until the step is due.
   station_->agenda.After(delayMs, [weak = weak_from_this(), run] {
     if (const auto watcher = weak.lock()) {
       watcher->station_->courier.Send(nullptr, run);
+    }
+  });
+}
+
+// The same, unless the pass has ended by then.
+void WpaWatcher::LaterInPass(std::uint32_t delayMs, void (WpaWatcher::*step)()) {
+  Later(delayMs, [step](WpaWatcher& watcher, unsigned pass) {
+    if (watcher.IsRunningPass(pass)) {
+      (watcher.*step)();
     }
   });
 }

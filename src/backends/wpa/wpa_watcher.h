@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -27,8 +28,11 @@ class WpaWatcher final : public events::WatcherBase,
   void Abort();
 
  private:
-  void Later(std::uint32_t delayMs, void (WpaWatcher::*step)());
+  using Step = std::function<void(WpaWatcher& watcher, unsigned pass)>;
+  void Later(std::uint32_t delayMs, const Step& step);
+  void LaterInPass(std::uint32_t delayMs, void (WpaWatcher::*step)());
   bool IsRunningPass(unsigned pass);
+  void FailPass();
   void TellOfLinks();
   void Widen();
   void CompletePass();
