@@ -176,7 +176,7 @@ void Story::EndRecoveries(const std::function<bool(const Recovery&)>& are, bool 
   for (Recovery& recovery : recoveries_) {
     if (are(recovery)) {
       const std::string after = DurationText(nowUs_ - recovery.span.beginUs);
-      Take(recovery.name, (good ? "connected again after " : "not recovered after ") + after, good);
+      Take(recovery.name, good ? "connected again after " + after : "not recovered", good);
       Finish(recovery.span, good ? Ending::kGood : Ending::kBad);
     }
   }

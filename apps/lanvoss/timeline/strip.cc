@@ -4,9 +4,11 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "timeline/duration.h"
+#include "timeline/look.h"
 #include "timeline/picture_text.h"
 
 namespace lanvoss::program {
@@ -40,19 +42,31 @@ std::string TitleOf(const Span& span) {
          endings[static_cast<int>(span.ending)];
 }
 
-// What a label says when there is more room, and when there is less.
-std::vector<std::string> LabelsOf(const Span& span) {
-  std::vector<std::string> labels;
+std::string TitleOf(const Mark& mark) {
+  return mark.words + ", at " + DurationText(mark.timeUs) +
+         (mark.thread != 0 ? ", thread " + std::to_string(mark.thread) : "");
+}
+
+using Labels = std::vector<std::string>;
+
+// What a span's label says, the longer the better; and what it says where there is no room for
+// that.
+std::pair<Labels, Labels> LabelsOf(const Span& span) {
+  Labels whole;
   if (span.ending == Ending::kUnfinished) {
-    labels.push_back(span.label + ", not finished");
+    whole.push_back(span.label + ", not finished");
   } else if (span.activity != Activity::kLink) {
-    labels.push_back(span.label + " · " + DurationText(span.endUs - span.beginUs));
+    whole.push_back(span.label + " · " + DurationText(span.endUs - span.beginUs));
   }
-  labels.push_back(span.label);
-  if (const auto end = span.label.find_first_of(":,"); end != std::string::npos) {
-    labels.push_back(span.label.substr(0, end));
-  }
-  return labels;
+  whole.push_back(span.label);
+  return {whole, {span.label.substr(0, span.label.find_first_of(":,"))}};
+}
+
+// The first that is no wider than `room`; null when none is.
+const std::string* Fitting(const Labels& labels, double room) {
+  const auto found = std::ranges::find_if(
+      labels, [&](const std::string& label) { return WidthOf(label) * kSmallSize <= room; });
+  return found == labels.end() ? nullptr : &*found;
 }
 
 // The round distance of the axis' ticks.
@@ -116,6 +130,8 @@ class Strip {
   void DrawPiece(const Piece& piece, double top);
   double LabelPiece(const Piece& piece, double freeLeft, double freeRight, double top);
   void DrawMarks(const std::vector<const Mark*>& marks, double top);
+  void DrawTick(const Mark& mark, double x, double top);
+  double DrawMark(const Mark& mark, double x, double right, double top);
 
   const Timeline& timeline_;
   const TimeScale& scale_;
@@ -195,7 +211,13 @@ double Strip::DrawLane(const Lane& lane, const LaneContent& content, double top)
   const double height =
       2 * kLanePadding + rows * (kRowHeight + kRowGap) + (content.marks.empty() ? 0 : kMarkHeight);
   canvas_.Rect({kMargin, top, kStripRight - kMargin, height}, "lane", "", kRadius);
-  canvas_.Text(kMargin + kTextGap, top + kLanePadding + kBaseline, "name", lane.label);
+  const double y = top + kLanePadding + kBaseline;
+  canvas_.Text(kMargin + kTextGap, y, "name", lane.label);
+  if (content.rows.size() > kMostRows) {
+    canvas_.Text(
+        kMargin + kTextGap, y + kRowHeight, "clock",
+        std::to_string(kMostRows) + " of " + std::to_string(content.rows.size()) + " rows");
+  }
   return top + height + kLaneGap;
 }
 
@@ -281,82 +303,65 @@ void Strip::DrawPiece(const Piece& piece, double top) {
 // Inside the piece if it has room, else in the free room behind it or before it. Returns where the
 // piece and its label end.
 double Strip::LabelPiece(const Piece& piece, double freeLeft, double freeRight, double top) {
-  const std::string inStyle = std::string("in ") + LookOf(piece.span->activity).style;
   const double cap = piece.span->ending == Ending::kBad ? kCapWidth : 0;
   const double inside = piece.right - piece.left - 2 * kTextGap - cap;
-  const std::vector<std::string> labels = LabelsOf(*piece.span);
-  const auto fitting = [&](double room) {
-    return std::ranges::find_if(
-        labels, [&](const std::string& label) { return WidthOf(label) * kSmallSize <= room; });
-  };
+  const std::string inStyle = std::string("in ") + LookOf(piece.span->activity).style;
   const double y = top + kBaseline;
-  if (const auto label = fitting(inside); label != labels.end()) {
-    canvas_.Text(piece.left + kTextGap, y, inStyle, *label);
-  } else if (const auto behind = fitting(freeRight - piece.right - 2 * kTextGap);
-             behind != labels.end()) {
-    canvas_.Text(piece.right + kTextGap, y, "out", *behind);
-    return piece.right + kTextGap + WidthOf(*behind) * kSmallSize;
-  } else if (const auto before = fitting(piece.left - freeLeft - 2 * kTextGap);
-             before != labels.end()) {
-    canvas_.Text(piece.left - kTextGap, y, "before", *before);
-  } else if (const std::string cut = Fit(labels.back(), inside / kSmallSize); !cut.empty()) {
+  const auto [whole, brief] = LabelsOf(*piece.span);
+  for (const Labels* labels : {&whole, &brief}) {
+    if (const auto* const label = Fitting(*labels, inside)) {
+      canvas_.Text(piece.left + kTextGap, y, inStyle, *label);
+      return piece.right;
+    }
+    if (const auto* const label = Fitting(*labels, freeRight - piece.right - 2 * kTextGap)) {
+      canvas_.Text(piece.right + kTextGap, y, "out", *label);
+      return piece.right + kTextGap + WidthOf(*label) * kSmallSize;
+    }
+    if (const auto* const label = Fitting(*labels, piece.left - freeLeft - 2 * kTextGap)) {
+      canvas_.Text(piece.left - kTextGap, y, "before", *label);
+      return piece.right;
+    }
+  }
+  if (const std::string cut = Fit(brief.front(), inside / kSmallSize); !cut.empty()) {
     canvas_.Text(piece.left + kTextGap, y, inStyle, cut);
   }
   return piece.right;
 }
 
 void Strip::DrawMarks(const std::vector<const Mark*>& marks, double top) {
-  const double y = top + kMarkHeight / 2;
   const auto x = [&](const Mark& mark) { return XOfPlace(scale_.PlaceOf(mark.timeUs)); };
-  for (std::size_t i = 0; i < marks.size(); ++i) {
-    const Mark& mark = *marks[i];
-    const std::string title = mark.words + ", at " + DurationText(mark.timeUs);
-    if (mark.label.empty()) {
-      canvas_.Rect({x(mark) - 0.5, y - 3, 1.5, 7}, mark.trouble ? "bad" : "tock", title);
+  const auto isTick = [](const Mark* mark) { return mark->label.empty(); };
+  double taken = kStripLeft;  // by the labelled mark before
+  for (auto mark = marks.begin(); mark != marks.end(); ++mark) {
+    if (isTick(*mark)) {
+      if (x(**mark) >= taken) {
+        DrawTick(**mark, x(**mark), top);
+      }
       continue;
     }
-    canvas_.Circle(x(mark), y, kMarkRadius, mark.trouble ? "bad" : "mark", title);
-    const double next = i + 1 < marks.size() ? x(*marks[i + 1]) - kMarkRadius : kStripRight;
-    const double left = x(mark) + kMarkRadius + 2;
-    if (const std::string label = Fit(mark.label, (next - left - 2) / kSmallSize); !label.empty()) {
-      canvas_.Text(left, y + 4, "out", label, title);
-    }
+    const auto next = std::find_if_not(mark + 1, marks.end(), isTick);
+    const double right = next == marks.end() ? kStripRight : x(**next) - kMarkRadius;
+    taken = DrawMark(**mark, x(**mark), right, top);
   }
+}
+
+void Strip::DrawTick(const Mark& mark, double x, double top) {
+  canvas_.Rect({x - 0.5, top + 4.5, 1.5, 7}, mark.trouble ? "bad" : "tock", TitleOf(mark));
+}
+
+// Returns where the mark and its label end, which is no further than `right`.
+double Strip::DrawMark(const Mark& mark, double x, double right, double top) {
+  const double y = top + kMarkHeight / 2;
+  const double left = x + kMarkRadius + 2;
+  canvas_.Circle(x, y, kMarkRadius, mark.trouble ? "bad" : "mark", TitleOf(mark));
+  const std::string label = Fit(mark.label, (right - left - 2) / kSmallSize);
+  if (!label.empty()) {
+    canvas_.Text(left, y + 4, "out", label, TitleOf(mark));
+  }
+  return left + WidthOf(label) * kSmallSize;
 }
 
 }  // namespace
-
-Look LookOf(Activity activity) {
-  switch (activity) {
-    case Activity::kRequest:
-      return {"request", "request"};
-    case Activity::kSearch:
-      return {"search", "search"};
-    case Activity::kWait:
-      return {"wait", "waiting"};
-    case Activity::kAttempt:
-      return {"attempt", "connection attempt"};
-    case Activity::kUnpair:
-      return {"unpair", "unpairing"};
-    case Activity::kPair:
-      return {"pair", "pairing"};
-    case Activity::kOpen:
-      return {"open", "open request"};
-    case Activity::kClose:
-      return {"close", "closing"};
-    case Activity::kCheck:
-      return {"check", "link check"};
-    case Activity::kRecovery:
-      return {"recovery", "recovery"};
-    case Activity::kPass:
-      return {"pass", "watcher pass"};
-    case Activity::kStop:
-      return {"stop", "stopping the watcher"};
-    case Activity::kLink:
-      return {"link", "link"};
-  }
-  return {};
-}
 
 double DrawStrip(const Timeline& timeline, const TimeScale& scale, const Section& section,
                  double top, Canvas& canvas) {

@@ -16,13 +16,6 @@ inline constexpr double kMargin = 24;
 inline constexpr double kStripLeft = kMargin + 124;  // behind the names of the lanes
 inline constexpr double kStripRight = kPictureWidth - kMargin;
 
-// The class that gives an activity its colour, and the name that the legend has for it.
-struct Look {
-  const char* style;
-  const char* name;
-};
-Look LookOf(Activity activity);
-
 struct Section {
   std::int64_t beginPlace;
   std::int64_t endPlace;

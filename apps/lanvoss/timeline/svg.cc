@@ -8,6 +8,7 @@
 
 #include "timeline/canvas.h"
 #include "timeline/duration.h"
+#include "timeline/look.h"
 #include "timeline/picture_text.h"
 #include "timeline/strip.h"
 #include "timeline/time_scale.h"

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "timeline/strip.h"
+#include "timeline/look.h"
 
 namespace lanvoss::program {
 namespace {
