@@ -62,6 +62,9 @@ else
 fi
 
 expect 0 "192.168.49.1,$remote" 0 "${program[@]}" ip Cam "${common[@]}"
+cp "$work/out" "$work/cam.log"
+expect 0 "$work/cam.json" 0 "${program[@]}" timeline "$work/cam.log" "$work/cam.json"
+expect 2 '' 1 "${program[@]}" timeline "$work/quick.json"
 expect 0 Cam 0 "${program[@]}" watch Cam "${common[@]}"
 expect 0 Hangs 0 "${program[@]}" watch "${common[@]}"
 expect 6 '*' 1 "${program[@]}" ip Cam --direct "${common[@]}" # known, but not paired any more

@@ -122,7 +122,8 @@ void Story::FailRequest(const LogLine& line) {
   }
   if (!goal) {  // its beginning is not in the log
     goal = Goal{.span = Begin(Activity::kRequest, Part::kHost, ""), .name = line.name};
-    goal->span.beginUs = std::max<std::int64_t>(0, nowUs_ - line.ms.value_or(0) * kUsPerMs);
+    goal->span.beginUs =
+        std::clamp<std::int64_t>(nowUs_ - line.ms.value_or(0) * kUsPerMs, 0, nowUs_);
   }
   Take(goal->name, "no link after " + DurationText(nowUs_ - goal->span.beginUs), false);
   FinishRequest(std::move(*goal), Ending::kBad);
