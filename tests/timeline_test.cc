@@ -107,14 +107,15 @@ platform thread 2 0: connect Cam 12500-13000?)");
 }
 
 TEST(Timeline, KeepsSpansApartWhereThreadsAreNotKnown) {
-  EXPECT_EQ(Told(TellOf({{0, 0, "(watch) ConnDevice... name=A id=x"},
-                         {10, 0, "(watch) ConnDevice... name=B id=y"},
-                         {20, 0, "(watch) wfdDevice is null, return"},
-                         {30, 0, kUp}})),
-            R"(Nothing was asked for
-connection 0: connect A 0-30
-connection 1: connect B 10-20!
-link 0: Cam: 10.0.0.1 to 10.0.0.2 30-30)");
+  const Timeline timeline = TellOf({{0, 0, "(watch) ConnDevice... name=Cam id=x"},
+                                    {10, 0, "(watch) ConnDevice... name=B id=y"},
+                                    {20, 0, kUp},
+                                    {30, 0, "(watch) wfdDevice is null, return"}});
+  EXPECT_EQ(Told(timeline), R"(Nothing was asked for
+connection 0: connect Cam 0-20
+connection 1: connect B 10-30!
+link 0: Cam: 10.0.0.1 to 10.0.0.2 20-30)");
+  EXPECT_NE(timeline.spans.at(0).track, timeline.spans.at(1).track) << "no viewer could nest them";
 }
 
 TEST(Timeline, TakesAnyName) {

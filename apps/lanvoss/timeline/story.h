@@ -87,7 +87,7 @@ class Story {
   void BeginStep(Attempt& attempt, Activity activity, std::string label);
   void EndStep(Attempt& attempt, Ending ending, const std::string& result = "");
   void EndAttempt(Attempt& ended, const LogLine& line);
-  Attempt* AttemptHere();
+  Attempt* AttemptOf(const LogLine& line);
 
   void HearLink(const LogLine& line);
   void BeginLink(const LogLine& line);

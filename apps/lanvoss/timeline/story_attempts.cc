@@ -6,7 +6,7 @@
 namespace lanvoss::program {
 
 void Story::HearAttempt(const LogLine& line) {
-  Attempt* const attempt = AttemptHere();
+  Attempt* const attempt = AttemptOf(line);
   if (line.step == Step::kAttemptBegins) {
     BeginAttempt(line);
   } else if (attempt == nullptr) {
@@ -117,11 +117,13 @@ void Story::EndAttempt(Attempt& ended, const LogLine& line) {
   Finish(std::move(attempt.span), ending);
 }
 
-// The thread's latest.
-Story::Attempt* Story::AttemptHere() {
+// The thread's latest. Where threads are not known, at least a name that the line has must match.
+Story::Attempt* Story::AttemptOf(const LogLine& line) {
   const auto found =
-      std::find_if(attempts_.rbegin(), attempts_.rend(),
-                   [&](const Attempt& attempt) { return attempt.span.thread == thread_; });
+      std::find_if(attempts_.rbegin(), attempts_.rend(), [&](const Attempt& attempt) {
+        return attempt.span.thread == thread_ &&
+               (thread_ != 0 || line.name.empty() || line.name == attempt.name);
+      });
   return found == attempts_.rend() ? nullptr : &*found;
 }
 
