@@ -2,7 +2,6 @@
 // client data.
 #include "line_editor.h"
 
-#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cwchar>
@@ -22,12 +21,18 @@ constexpr int kHistoryLines = 1000;
 constexpr int kOneCharacter = 1;  // what libedit's reader says: the count that it has read
 constexpr int kNoCharacter = 0;
 
+// Empty when it is not set.
+std::string Environment(const char* name) {
+  const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
+  return value == nullptr ? "" : value;
+}
+
 std::string StateFolder() {
-  if (const char* state = std::getenv("XDG_STATE_HOME"); state != nullptr && *state != '\0') {
+  if (std::string state = Environment("XDG_STATE_HOME"); !state.empty()) {
     return state;
   }
-  const char* home = std::getenv("HOME");
-  return home == nullptr ? std::string() : std::string(home) + "/.local/state";
+  const std::string home = Environment("HOME");
+  return home.empty() ? "" : home + "/.local/state";
 }
 
 // Where the lines of earlier shells are kept; empty: nowhere.
@@ -62,7 +67,6 @@ class LineEditor::Terminal {
         historyFile_(HistoryFile()),
         editor_(el_init("lanvoss", stdin, stderr, stderr)),
         history_(history_init()) {
-    std::setlocale(LC_CTYPE, "");  // the encoding of what is typed
     HistEvent event;
     history(history_, &event, H_SETSIZE, kHistoryLines);
     history(history_, &event, H_SETUNIQUE, 1);
@@ -140,6 +144,7 @@ class LineEditor::Terminal {
       }
       const char byte = typed_.front();
       typed_.erase(0, 1);
+      // NOLINTNEXTLINE(concurrency-mt-unsafe): it has a state of its own
       const std::size_t length = std::mbrtowc(&character, &byte, 1, &state);
       if (length <= 1) {
         return kOneCharacter;

@@ -1,5 +1,6 @@
 #include "streams.h"
 
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
@@ -27,6 +28,8 @@ void FillClosedStreams() {
 const char kNowhere[] = "/dev/null";
 
 void PrepareStreams() {
+  // The encoding of what is typed. NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
+  std::setlocale(LC_CTYPE, "");
   FillClosedStreams();
   std::signal(SIGPIPE, SIG_IGN);
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
