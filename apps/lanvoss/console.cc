@@ -63,16 +63,11 @@ void OpenConsole(const ConsoleOptions& options) {
   }
 }
 
-void Print(const std::string& lines) {
-  std::FILE* results = TheChannels().results;
-  std::fputs(lines.c_str(), results);
-  std::fflush(results);
-}
+// In one piece: the log may grow at the same time. No stream here keeps a line back.
+void Print(const std::string& lines) { std::fprintf(TheChannels().results, "%s", lines.c_str()); }
 
 void Complain(const std::string& text) {
-  std::FILE* complaints = TheChannels().complaints;
-  std::fputs(("lanvoss: " + text + "\n").c_str(), complaints);
-  std::fflush(complaints);
+  std::fprintf(TheChannels().complaints, "lanvoss: %s\n", text.c_str());
 }
 
 void CloseConsole() {

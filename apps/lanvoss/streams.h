@@ -17,7 +17,8 @@ bool IsTerminal(std::FILE* stream);
 // How many characters a line of the terminal behind `stream` takes.
 int TerminalWidth(std::FILE* stream);
 
-// Another stream to where standard output goes now. It stays there when that is led elsewhere.
+// Another stream to where standard output goes now, which appears line by line too. It stays there
+// when that is led elsewhere.
 std::FILE* DuplicateOutput();
 
 // Leads standard output to where `stream` goes.

@@ -23,6 +23,12 @@ void FillClosedStreams() {
   }
 }
 
+std::FILE* OpenByLines(int file) {
+  std::FILE* stream = ::fdopen(file, "w");
+  std::setvbuf(stream, nullptr, _IOLBF, BUFSIZ);
+  return stream;
+}
+
 }  // namespace
 
 const char kNowhere[] = "/dev/null";
@@ -44,7 +50,7 @@ int TerminalWidth(std::FILE* stream) {
 }
 
 std::FILE* DuplicateOutput() {
-  return ::fdopen(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1), "w");
+  return OpenByLines(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
 }
 
 void LeadOutputTo(std::FILE* stream) {
@@ -57,9 +63,7 @@ Pipe MakePipe() {
   if (::pipe2(ends, O_CLOEXEC) != 0) {
     return {};
   }
-  std::FILE* in = ::fdopen(ends[1], "w");
-  std::setvbuf(in, nullptr, _IOLBF, BUFSIZ);
-  return {in, ends[0]};
+  return {OpenByLines(ends[1]), ends[0]};
 }
 
 }  // namespace lanvoss::program

@@ -36,6 +36,13 @@ HANDLE HandleOf(std::FILE* stream) {
   return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
 }
 
+// This runtime library takes line buffering for full buffering.
+std::FILE* OpenUnbuffered(int file) {
+  std::FILE* stream = _fdopen(file, "wb");
+  std::setvbuf(stream, nullptr, _IONBF, 0);
+  return stream;
+}
+
 }  // namespace
 
 const char kNowhere[] = "NUL";
@@ -61,7 +68,7 @@ int TerminalWidth(std::FILE* stream) {
   return isKnown ? screen.dwSize.X : kUsualWidth;
 }
 
-std::FILE* DuplicateOutput() { return _fdopen(_dup(_fileno(stdout)), "wb"); }
+std::FILE* DuplicateOutput() { return OpenUnbuffered(_dup(_fileno(stdout))); }
 
 void LeadOutputTo(std::FILE* stream) {
   std::fflush(stdout);
@@ -73,9 +80,7 @@ Pipe MakePipe() {
   if (_pipe(ends, kPipeLength, _O_BINARY | _O_NOINHERIT) != 0) {
     return {};
   }
-  std::FILE* in = _fdopen(ends[1], "wb");
-  std::setvbuf(in, nullptr, _IONBF, 0);
-  return {in, ends[0]};
+  return {OpenUnbuffered(ends[1]), ends[0]};
 }
 
 }  // namespace lanvoss::program
