@@ -63,11 +63,12 @@ int PingHost(platform::System& system, const std::string& host) {
   }
   socket->SetTimeouts(kEchoTimeoutMs, kEchoTimeoutMs);
 
+  const std::uint32_t processId = system.ProcessId();
   std::array<std::uint8_t, kReceiveBufferLength> buffer{};
   int replies = 0;
   for (std::uint16_t sequence = 0; sequence < kEchoTries; ++sequence) {
     socket->SetTimeToLive(kEchoTimeToLive);
-    EchoReply expected = ExpectReply(system.ProcessId(), sequence);
+    EchoReply expected = ExpectReply(processId, sequence);
     socket->Send(*destination, MakeEchoRequest(expected));
     if (ReplyArrives(*socket, buffer, *destination, expected)) {
       ++replies;
