@@ -150,8 +150,13 @@ class PosixSystem final : public platform::System {
   platform::LocalTime GetLocalTime() override {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    tm local{};
-    localtime_r(&now.tv_sec, &local);
+    // Log lines follow each other closely, and their date would cost as much as all the rest.
+    thread_local std::time_t second = -1;
+    thread_local tm local{};
+    if (second != now.tv_sec) {
+      second = now.tv_sec;
+      localtime_r(&second, &local);
+    }
     const auto part = [](std::int64_t value) { return static_cast<std::uint16_t>(value); };
     return {part(local.tm_year + 1900),  part(local.tm_mon + 1), part(local.tm_mday),
             part(local.tm_hour),         part(local.tm_min),     part(local.tm_sec),
