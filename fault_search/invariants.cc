@@ -163,9 +163,9 @@ std::string CheckLine(const std::string& info) {
 
 std::string CheckCacheSoFar(const std::string& file,
                             const std::map<std::string, std::string>& devices) {
-  for (const std::string& text : SplitText(file, "\n")) {
+  for (const std::string_view text : SplitText(file, "\n")) {
     if (const auto line = ParseCacheLine(text); !line || !devices.contains(line->id)) {
-      return "a line of the cache is no device that was reported: " + text;
+      return "a line of the cache is no device that was reported: " + std::string(text);
     }
   }
   return {};
@@ -173,10 +173,10 @@ std::string CheckCacheSoFar(const std::string& file,
 
 std::string CheckCache(const std::string& file, const std::map<std::string, std::string>& devices) {
   std::map<std::string, std::string> held;
-  for (const std::string& text : SplitText(file, "\n")) {
+  for (const std::string_view text : SplitText(file, "\n")) {
     const auto line = ParseCacheLine(text);
     if (!line) {
-      return "a line of the cache does not parse: " + text;
+      return "a line of the cache does not parse: " + std::string(text);
     }
     held.emplace(line->id, line->record.name);
   }

@@ -27,11 +27,11 @@ constexpr char kPartMark = '\x1f';  // between the parts of a report
 // As the watcher object loads its cache.
 DeviceTable Load(const std::string& content) {
   DeviceTable table;
-  for (const std::string& text : lanvoss::SplitText(content, "\n")) {
+  for (const std::string_view text : lanvoss::SplitText(content, "\n")) {
     if (const auto line = lanvoss::ParseCacheLine(text)) {
       table.Load(line->id, line->record);
       Require(table.mapIdRecord.contains(line->id), "a loaded id has a record");
-      Require(table.IdOf(line->record.name).has_value(), "a loaded name has an id");
+      Require(table.IdOf(line->record.name) != nullptr, "a loaded name has an id");
     }
   }
   return table;
@@ -77,7 +77,9 @@ bool Holds(const Records& records, const std::string& id, const DeviceRecord& re
 
 void CheckNames(const DeviceTable& table) {
   for (const auto& [id, record] : table.mapIdRecord) {
-    const auto latest = table.mapIdRecord.find(table.IdOf(record.name).value_or(""));
+    const std::string* latestId = table.IdOf(record.name);
+    Require(latestId != nullptr, "a name means a device");
+    const auto latest = table.mapIdRecord.find(*latestId);
     Require(latest != table.mapIdRecord.end() && latest->second.name == record.name,
             "a name means a device of that name");
     Require(lanvoss::CompareSeconds(record.seen, latest->second.seen) <= 0,

@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::size_t count = std::min(data[0] % kDelimiterCounts, input.size());
   const std::string delimiters = input.substr(0, count);
   const std::string text = input.substr(count);
-  Require(lanvoss::SplitText(text, delimiters) == Expected(text, delimiters),
+  Require(std::ranges::equal(lanvoss::SplitText(text, delimiters), Expected(text, delimiters)),
           "the fields are those of the rules");
   return 0;
 }

@@ -9,7 +9,7 @@
 namespace lanvoss {
 namespace {
 
-using Fields = std::vector<std::string>;
+using Fields = std::vector<std::string_view>;
 
 TEST(SplitText, OneEmptyFieldForADoubledSeparator) {
   EXPECT_EQ(SplitText("a|b", "|"), (Fields{"a", "b"}));
@@ -71,14 +71,14 @@ TEST(DeviceTable, TheLatestLineOfANameWinsAndTheFirstOfAnId) {
   };
   table.Load("A", {"mac", "Cam", at(3, 0)});
   table.Load("B", {"", "Cam", at(3, 999)});
-  EXPECT_EQ(table.IdOf("Cam"), "A") << "less than a second later";
+  EXPECT_EQ(*table.IdOf("Cam"), "A") << "less than a second later";
   table.Load("B", {"", "Cam", at(4, 0)});
-  EXPECT_EQ(table.IdOf("Cam"), "B") << "a second later, though its record stays the first";
+  EXPECT_EQ(*table.IdOf("Cam"), "B") << "a second later, though its record stays the first";
   EXPECT_EQ(table.mapIdRecord.at("B").seen, at(3, 999));
   table.Load("A", {"", "Other", at(9, 0)});
   EXPECT_EQ(table.NameOf("A"), "Cam");
-  EXPECT_EQ(table.IdOf("Other"), "A");
-  EXPECT_EQ(table.IdOf("cam"), std::nullopt);
+  EXPECT_EQ(*table.IdOf("Other"), "A");
+  EXPECT_EQ(table.IdOf("cam"), nullptr);
   EXPECT_EQ(table.NameOf("C"), "");
 }
 

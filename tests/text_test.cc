@@ -43,11 +43,6 @@ TEST(ToAnsi, KeepsTheCountOfCharactersAndStopsAtZero) {
   EXPECT_EQ(system->WideToUtf8(std::u16string_view(u"ab\0cd", 5)), std::string("ab\0cd", 5));
 }
 
-TEST(Format, CutsNothing) {
-  const std::string text(5000, 'x');
-  EXPECT_EQ(Format("%d:%s", -1, text.c_str()), "-1:" + text);
-}
-
 TEST(ElapsedMs, CrossesTheWrapOfTheClock) {
   using Limits = std::numeric_limits<std::int32_t>;
   EXPECT_EQ(ElapsedMs(Limits::max() - 99, Limits::min() + 100), 200);

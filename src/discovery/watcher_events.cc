@@ -16,9 +16,9 @@ void CDeviceWatcherWinRT::WatchDeviceAdded(platform::DeviceWatcher& sender,
     const Lock lock(mutex);
     ++nAddedCount;
     numbers =
-        strWatchName.empty() ? Format("%d", nAddedCount) : Format("%d-%d", nWatchTry, nAddedCount);
+        (strWatchName.empty() ? "" : std::to_string(nWatchTry) + "-") + std::to_string(nAddedCount);
   }
-  WriteLog(Format("%s WatchDeviceAdded:%s id:%s", numbers.c_str(), name.c_str(), id.c_str()));
+  WriteLog(numbers + " WatchDeviceAdded:" + name + " id:" + id.c_str());
   if (RecordDevice(name, id, std::move(info))) {
     WriteCache();
   }

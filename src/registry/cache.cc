@@ -2,24 +2,26 @@
 #include "registry/cache_file.h"
 #include "registry/split_text.h"
 #include "watcher/device_watcher_winrt.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 
 void CDeviceWatcherWinRT::LoadCache() {
   int number = 0;  // position in the file's lines, skipped ones included
-  for (const std::string& text : SplitText(ReadCacheFile(strCachePath), "\n")) {
+  const std::string content = ReadCacheFile(strCachePath);
+  for (const std::string_view text : SplitText(content, "\n")) {
     ++number;
-    const auto line = ParseCacheLine(text);
+    auto line = ParseCacheLine(text);
     if (!line) {
       continue;
     }
+    std::string name = line->record.name;
+    std::string logText = std::to_string(number) + " Device:" + name + " id:" + line->id;
     {
       const Lock lock(mutex);
-      deviceTable.Load(line->id, line->record);
+      deviceTable.Load(std::move(line->id), std::move(line->record));
     }
-    Notify("watch", line->record.name);
-    WriteLog(Format("%d Device:%s id:%s", number, line->record.name.c_str(), line->id.c_str()));
+    Notify("watch", std::move(name));
+    WriteLog(std::move(logText));
   }
 }
 

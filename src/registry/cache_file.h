@@ -7,6 +7,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "registry/device_table.h"
 
@@ -21,7 +22,7 @@ struct CacheLine {
 };
 
 // None for a line of fewer than five fields. Parts of the time that do not parse are 0.
-std::optional<CacheLine> ParseCacheLine(const std::string& line);
+std::optional<CacheLine> ParseCacheLine(std::string_view line);
 
 std::string FormatCache(const std::map<std::string, DeviceRecord>& records);
 

@@ -18,21 +18,24 @@ RecordChange DeviceTable::Report(const std::string& name, const std::string& id,
   return stored->second.name == name ? RecordChange::kNone : RecordChange::kRenamed;
 }
 
-void DeviceTable::Load(const std::string& id, const DeviceRecord& record) {
-  mapIdRecord.try_emplace(id, record);
-  const auto [mapped, inserted] = mapNameId.try_emplace(record.name, id);
+void DeviceTable::Load(std::string id, DeviceRecord record) {
+  const std::string name = record.name;
+  const platform::LocalTime seen = record.seen;
+  // The hint is right for a file whose lines are in the order of their ids.
+  const auto stored = mapIdRecord.try_emplace(mapIdRecord.end(), std::move(id), std::move(record));
+  const auto [mapped, inserted] = mapNameId.try_emplace(name, stored->first);
   if (inserted) {
     return;
   }
   const auto current = mapIdRecord.find(mapped->second);
-  if (current == mapIdRecord.end() || CompareSeconds(record.seen, current->second.seen) > 0) {
-    mapped->second = id;
+  if (current == mapIdRecord.end() || CompareSeconds(seen, current->second.seen) > 0) {
+    mapped->second = stored->first;
   }
 }
 
-std::optional<std::string> DeviceTable::IdOf(const std::string& name) const {
+const std::string* DeviceTable::IdOf(const std::string& name) const {
   const auto entry = mapNameId.find(name);
-  return entry == mapNameId.end() ? std::nullopt : std::optional(entry->second);
+  return entry == mapNameId.end() ? nullptr : &entry->second;
 }
 
 DeviceTable::Information DeviceTable::InformationOf(const std::string& name) const {

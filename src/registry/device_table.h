@@ -6,7 +6,6 @@
 
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "platform/system.h"
@@ -42,9 +41,9 @@ class DeviceTable {
 
   // Takes up one line of the cache file: the first record of an id stays, and a name means the id
   // of its latest line, the earlier one winning ties.
-  void Load(const std::string& id, const DeviceRecord& record);
+  void Load(std::string id, DeviceRecord record);
 
-  std::optional<std::string> IdOf(const std::string& name) const;
+  const std::string* IdOf(const std::string& name) const;    // null for an unknown name
   Information InformationOf(const std::string& name) const;  // none for a name not reported
   std::string NameOf(const std::string& id) const;           // empty for an unknown id
 };

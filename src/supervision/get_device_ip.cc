@@ -119,7 +119,8 @@ void CDeviceWatcherWinRT::BeginAttempt() {
 
 std::optional<std::string> CDeviceWatcherWinRT::RememberedId(const std::string& name) const {
   const Lock lock(mutex);
-  return deviceTable.IdOf(name);
+  const std::string* id = deviceTable.IdOf(name);
+  return id == nullptr ? std::nullopt : std::optional(*id);
 }
 
 // ConnDevice on this thread. Meanwhile a find by the watcher starts no connection of its own.

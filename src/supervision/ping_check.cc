@@ -11,13 +11,14 @@ std::string CDeviceWatcherWinRT::PingCheck() {
 }
 
 std::string CDeviceWatcherWinRT::CheckLink() {
-  const std::vector<std::string> addresses = SplitText(DeviceIp(), ",");
+  const std::string link = DeviceIp();
+  const std::vector<std::string_view> addresses = SplitText(link, ",");
   if (addresses.size() < 2 || addresses[1].empty()) {
     return {};
   }
   const std::int32_t begun = Now();
   WriteLog("(watch) ping ...");
-  const int replies = PingHost(*platform_.system, addresses[1]);
+  const int replies = PingHost(*platform_.system, std::string(addresses[1]));
   WriteLog("(watch) ping done ret:" + std::to_string(replies) +
            " dt:" + std::to_string(ElapsedMs(begun, Now())) +
            "ms DisConnect:" + std::to_string(IsGivenUp()));
@@ -60,8 +61,9 @@ void CDeviceWatcherWinRT::Recover(const std::string& name) {
   std::optional<std::string> id;
   {
     const Lock lock(mutex);
-    if (deviceTable.InformationOf(name) != nullptr) {
-      id = deviceTable.IdOf(name);
+    const std::string* known = deviceTable.IdOf(name);
+    if (known != nullptr && deviceTable.InformationOf(name) != nullptr) {
+      id = *known;
     }
   }
   if (id) {

@@ -1,18 +1,28 @@
 #include "watcher/log_sink.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <utility>
 
+#include "watcher/text.h"
+
 namespace lanvoss {
+namespace {
+
+constexpr std::size_t kStampSpace = 32;  // for the time stamp in its brackets
+
+}  // namespace
 
 LogSink::LogSink(platform::System& system, platform::WiFiDirect& wifiDirect,
                  std::shared_ptr<LifetimeGate> gate, NotifyCallback notify)
     : system_(system), wifiDirect_(wifiDirect), gate_(std::move(gate)), pfnNotify(notify) {}
 
 void LogSink::WriteLog(std::string text) const {
-  const platform::LocalTime now = system_.GetLocalTime();
-  std::printf("[%04d-%02d-%02d %02d:%02d:%02d.%03d] %s\n", now.year, now.month, now.day, now.hour,
-              now.minute, now.second, now.millisecond, text.c_str());
+  std::string line = "[";
+  line.reserve(kStampSpace + text.size());
+  AppendStamp(line, system_.GetLocalTime());
+  line.append("] ").append(text);
+  std::printf("%s\n", line.c_str());
   LifetimeGate::CallHost(gate_, pfnNotify, "info", std::move(text));
 }
 

@@ -1,10 +1,25 @@
 #include "watcher/text.h"
 
-#include <cstdarg>
 #include <cstddef>
-#include <cstdio>
 
 namespace lanvoss {
+namespace {
+
+constexpr std::size_t kMostDigits = 10;  // of a number of 32 bits
+// Seven numbers, none of more than 16 bits, and what stands between them.
+constexpr std::size_t kMostStampLength = 7 * 5 + 6;
+
+// Writes the number in front of `end`, and tells where it begins.
+char* PutBefore(char* end, unsigned number, int width) {
+  char* begin = end;
+  do {
+    *--begin = static_cast<char>('0' + number % 10);
+    number /= 10;
+  } while (number > 0 || end - begin < width);
+  return begin;
+}
+
+}  // namespace
 
 std::string ToAnsi(platform::System& system, std::u16string_view wide) {
   std::string narrow = system.WideToAnsi(wide);
@@ -14,18 +29,28 @@ std::string ToAnsi(platform::System& system, std::u16string_view wide) {
   return narrow;
 }
 
-std::string Format(const char* format, ...) {
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::va_list again;
-  va_copy(again, arguments);
-  const int length = std::vsnprintf(nullptr, 0, format, arguments);
-  va_end(arguments);
+// What a log line and a line of the cache file cost most. printf would take several times as long.
+void AppendNumber(std::string& text, unsigned number, int width) {
+  char digits[kMostDigits];
+  char* const end = digits + sizeof digits;
+  text.append(PutBefore(end, number, width), end);
+}
 
-  std::string text(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
-  std::vsnprintf(text.data(), text.size() + 1, format, again);
-  va_end(again);
-  return text;
+void AppendStamp(std::string& text, const platform::LocalTime& time) {
+  char stamp[kMostStampLength];
+  char* const end = stamp + sizeof stamp;
+  char* begin = PutBefore(end, time.millisecond, 3);
+  const auto put = [&begin](char separator, unsigned number, int width) {
+    *--begin = separator;
+    begin = PutBefore(begin, number, width);
+  };
+  put('.', time.second, 2);
+  put(':', time.minute, 2);
+  put(':', time.hour, 2);
+  put(' ', time.day, 2);
+  put('-', time.month, 2);
+  put('-', time.year, 4);
+  text.append(begin, end);
 }
 
 }  // namespace lanvoss
