@@ -1,0 +1,277 @@
+// A whole request for an address on a radio without latency: by the library, and by hand.
+#include <benchmark/benchmark.h>
+#include <chrono>
+#include <semaphore>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "backends/events/threads.h"
+#include "backends/posix/posix_system.h"
+#include "devices.h"
+#include "world.h"
+
+namespace lanvoss::bench {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Seconds = std::chrono::duration<double>;
+
+constexpr std::chrono::microseconds kUsualWait(50);
+constexpr char kDirectRequest[] = "\nCam";
+constexpr char kStartedLine[] = "(watch) Start Watcher done";
+
+Clock::time_point opened;  // when the platform completed the latest open request
+const simulated::PeerHandle* camera = nullptr;
+
+void NoteTime(benchmark::State& state, Clock::time_point begun) {
+  state.SetIterationTime(Seconds(Clock::now() - begun).count());
+}
+
+void OnNotify(std::string kind, std::string message) {
+  if (kind == "info" && message == kStartedLine) {
+    camera->Appear();
+  }
+}
+
+// A radio that notes when its open requests are completed.
+class NotingRadio final : public platform::WiFiDirect {
+ public:
+  explicit NotingRadio(std::shared_ptr<platform::WiFiDirect> radio) : radio_(std::move(radio)) {}
+
+  std::u16string GetDeviceSelector(platform::WiFiDirectDeviceSelectorType type) override {
+    return radio_->GetDeviceSelector(type);
+  }
+  std::shared_ptr<platform::DeviceWatcher> CreateWatcher(
+      const std::u16string& selector, const std::vector<std::u16string>& properties) override {
+    return radio_->CreateWatcher(selector, properties);
+  }
+  std::shared_ptr<platform::WiFiDirectConnectionParameters> CreateConnectionParameters() override {
+    return radio_->CreateConnectionParameters();
+  }
+  std::shared_ptr<platform::WiFiDirectDevice> FromIdAsync(const std::u16string& id) override {
+    auto device = radio_->FromIdAsync(id);
+    opened = Clock::now();
+    return device;
+  }
+
+ private:
+  const std::shared_ptr<platform::WiFiDirect> radio_;
+};
+
+// The device appears when the watcher runs. Found any earlier, it would make the library take the
+// watcher that it stops for one that has not started, and pause before it tries again.
+struct Air {
+  Air() { camera = &device; }
+
+  simulated::Neighbourhood air{posix::CreateSystem(), events::RealThreads(),
+                               HabitsWithoutLatency()};
+  simulated::PeerHandle device = air.Add(PeerWithoutLatency(u"Cam"));
+  std::shared_ptr<platform::System> system = air.System();
+  std::shared_ptr<platform::WiFiDirect> radio = std::make_shared<NotingRadio>(air.Radio());
+};
+
+// The host's object. It is made anew for every request that the watcher takes part in: only its
+// destruction tells that the handlers of the last pass have ended.
+class ByLibrary {
+ public:
+  ByLibrary() { Renew(); }
+
+  void Renew() {
+    lanvoss_.reset();
+    camera->Disappear();
+    lanvoss_ = Open({air_.system, air_.radio}, &OnNotify, WorkDirectory::Path().string());
+  }
+  void Request(const char* request) {
+    if (lanvoss_->GetDeviceIp(request).empty()) {
+      std::abort();
+    }
+  }
+  void LetGo() { lanvoss_->DisConnect(""); }
+
+ private:
+  Air air_;
+  std::shared_ptr<LanvossInterface> lanvoss_;
+};
+
+// The same calls to the platform in the same order, but those that only stamp log lines.
+class ByHand {
+ public:
+  ByHand() {
+    watcher_->Added(
+        [this](platform::DeviceWatcher& sender, std::shared_ptr<platform::DeviceInformation> info) {
+          static_cast<void>(system_.WideToAnsi(info->Name()));
+          id_ = system_.WideToUtf8(info->Id());
+          static_cast<void>(system_.GetLocalTime());
+          info_ = std::move(info);
+          static_cast<void>(system_.Clock());
+          sender.Stop();
+          Connect();
+        });
+    watcher_->Stopped([this](platform::DeviceWatcher&) { stopped_.release(); });
+    camera->Disappear();
+    RequestFound();
+    LetGoOfFound();
+  }
+
+  void RequestFound() {
+    static_cast<void>(system_.Clock());
+    done_->Reset();
+    static_cast<void>(watcher_->Status());
+    static_cast<void>(system_.Clock());
+    watcher_->Start();
+    static_cast<void>(system_.Clock());
+    static_cast<void>(watcher_->Status());
+    camera->Appear();
+    Wait();
+  }
+  void RequestById() {
+    static_cast<void>(system_.Clock());
+    done_->Reset();
+    Connect();
+    Wait();
+  }
+  void LetGo() {
+    status_->Reset();
+    device_->Close();
+    status_->Wait(platform::kWaitForever);
+    device_.reset();
+  }
+  void LetGoOfFound() {
+    LetGo();
+    stopped_.acquire();
+  }
+
+ private:
+  void Connect() {
+    const std::u16string id = system_.Utf8ToWide(id_);
+    static_cast<void>(info_->Pairing()->IsPaired());
+    static_cast<void>(system_.Clock());
+    device_ = air_.radio->FromIdAsync(id);
+    static_cast<void>(system_.Clock());
+    device_->ConnectionStatusChanged([this](platform::WiFiDirectDevice&) { status_->Set(); });
+    const auto pair = device_->GetConnectionEndpointPairs()->GetAt(0);
+    const std::string local = system_.WideToUtf8(pair->LocalHostName()->DisplayName());
+    const std::string remote = system_.WideToUtf8(pair->RemoteHostName()->DisplayName());
+    static_cast<void>(system_.Clock());
+    address_ = local + "," + remote;
+    done_->Set();
+    watcher_->Stop();
+  }
+  void Wait() {
+    done_->Wait(platform::kWaitForever);
+    benchmark::DoNotOptimize(address_);
+  }
+
+  Air air_;
+  platform::System& system_ = *air_.system;
+  std::binary_semaphore stopped_{0};
+  std::unique_ptr<platform::Event> done_ = system_.CreateManualResetEvent(false);
+  std::unique_ptr<platform::Event> status_ = system_.CreateManualResetEvent(false);
+  std::shared_ptr<platform::DeviceWatcher> watcher_ = air_.radio->CreateWatcher(u"", {});
+  std::string id_;
+  std::string address_;
+  std::shared_ptr<platform::DeviceInformation> info_;
+  std::shared_ptr<platform::WiFiDirectDevice> device_;
+};
+
+void FoundByLibrary(benchmark::State& state) {
+  ByLibrary host;
+  for (auto _ : state) {
+    host.Renew();
+    const auto begun = Clock::now();
+    host.Request(kCamera);
+    NoteTime(state, begun);
+    host.LetGo();
+  }
+}
+
+void FoundByHand(benchmark::State& state) {
+  ByHand host;
+  for (auto _ : state) {
+    camera->Disappear();
+    const auto begun = Clock::now();
+    host.RequestFound();
+    NoteTime(state, begun);
+    host.LetGoOfFound();
+  }
+}
+
+void DirectByLibrary(benchmark::State& state) {
+  ByLibrary host;
+  host.Request(kCamera);
+  host.LetGo();
+  for (auto _ : state) {
+    const auto begun = Clock::now();
+    host.Request(kDirectRequest);
+    NoteTime(state, begun);
+    host.LetGo();
+  }
+}
+
+void DirectByHand(benchmark::State& state) {
+  ByHand host;
+  for (auto _ : state) {
+    const auto begun = Clock::now();
+    host.RequestById();
+    NoteTime(state, begun);
+    host.LetGo();
+  }
+}
+
+// From the completion of the open request to the return of the request that waits for it.
+void ReturnOfRequest(benchmark::State& state) {
+  ByLibrary host;
+  for (auto _ : state) {
+    host.Renew();
+    host.Request(kCamera);
+    NoteTime(state, opened);
+    host.LetGo();
+  }
+}
+
+void ReturnByHand(benchmark::State& state) {
+  ByHand host;
+  for (auto _ : state) {
+    camera->Disappear();
+    host.RequestFound();
+    NoteTime(state, opened);
+    host.LetGoOfFound();
+  }
+}
+
+// One event set by one thread for another that has waited for it as long as a request does.
+void WakeUp(benchmark::State& state) {
+  const auto system = posix::CreateSystem();
+  const auto asked = system->CreateManualResetEvent(false);
+  const auto answered = system->CreateManualResetEvent(false);
+  Clock::time_point set;
+  bool ended = false;
+  std::jthread other([&] {
+    while (asked->Wait(platform::kWaitForever) && !ended) {
+      asked->Reset();
+      std::this_thread::sleep_for(kUsualWait);
+      set = Clock::now();
+      answered->Set();
+    }
+  });
+  for (auto _ : state) {
+    asked->Set();
+    answered->Wait(platform::kWaitForever);
+    NoteTime(state, set);
+    answered->Reset();
+  }
+  ended = true;
+  asked->Set();
+}
+
+BENCHMARK(FoundByLibrary)->Name("found/library")->UseManualTime();
+BENCHMARK(FoundByHand)->Name("found/by_hand")->UseManualTime();
+BENCHMARK(DirectByLibrary)->Name("direct/library")->UseManualTime();
+BENCHMARK(DirectByHand)->Name("direct/by_hand")->UseManualTime();
+BENCHMARK(ReturnOfRequest)->Name("return/library")->UseManualTime();
+BENCHMARK(ReturnByHand)->Name("return/by_hand")->UseManualTime();
+BENCHMARK(WakeUp)->Name("return/wake_up")->UseManualTime();
+
+}  // namespace
+}  // namespace lanvoss::bench

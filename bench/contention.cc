@@ -1,0 +1,91 @@
+// Operations of one and of three threads while the platform reports as fast as it is heard.
+#include <atomic>
+#include <benchmark/benchmark.h>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "backends/events/threads.h"
+#include "backends/posix/posix_system.h"
+#include "world.h"
+
+namespace lanvoss::bench {
+namespace {
+
+constexpr int kMostUnheard = 16;  // events on their way, so that they do not pile up
+std::atomic<int> unheard = 0;
+std::atomic<bool> seen = false;
+
+void OnNotify(std::string kind, std::string message) {
+  if (message.starts_with("(watch) OnDeviceUpdated")) {
+    --unheard;
+    unheard.notify_one();
+  } else if (kind == "watch") {
+    seen = true;
+    seen.notify_one();
+  }
+}
+
+// An object whose watcher runs, and a device that keeps changing.
+class Busy {
+ public:
+  Busy() {
+    unheard = 0;
+    seen = false;
+    lanvoss->StartWatch("");
+    seen.wait(false);
+    events_ = std::jthread([this](const std::stop_token& stop) {
+      while (!stop.stop_requested()) {
+        ++unheard;
+        camera_.Rename(u"Cam");
+        unheard.wait(kMostUnheard);
+      }
+    });
+  }
+
+ private:
+  simulated::Neighbourhood air_{posix::CreateSystem(), events::RealThreads(),
+                                HabitsWithoutLatency()};
+  simulated::PeerHandle camera_ = air_.Add(PeerWithoutLatency(u"Cam"));
+
+ public:
+  const std::shared_ptr<LanvossInterface> lanvoss =
+      Open({air_.System(), air_.Radio()}, &OnNotify, "/nonexistent");
+
+ private:
+  std::jthread events_;  // last, so that it ends first
+};
+
+std::unique_ptr<Busy> busy;
+
+template <typename Operation>
+void Operate(benchmark::State& state, Operation operation) {
+  for (auto _ : state) {
+    operation(*busy->lanvoss);
+  }
+}
+
+void OneAndThree(benchmark::internal::Benchmark* benchmark) {
+  benchmark->Threads(1)->Threads(3)->UseRealTime();
+  benchmark->Setup([](const benchmark::State&) { busy = std::make_unique<Busy>(); });
+  benchmark->Teardown([](const benchmark::State&) { busy.reset(); });
+}
+
+BENCHMARK_CAPTURE(Operate, abort, [](LanvossInterface& lanvoss) { lanvoss.AbortConnect(""); })
+    ->Name("contention/AbortConnect")
+    ->Apply(OneAndThree);
+BENCHMARK_CAPTURE(Operate, disconnect, [](LanvossInterface& lanvoss) { lanvoss.DisConnect(""); })
+    ->Name("contention/DisConnect")
+    ->Apply(OneAndThree);
+BENCHMARK_CAPTURE(Operate, unpair, [](LanvossInterface& lanvoss) { lanvoss.Unpair("Other"); })
+    ->Name("contention/Unpair")
+    ->Apply(OneAndThree);
+BENCHMARK_CAPTURE(Operate, check, [](LanvossInterface& lanvoss) { lanvoss.PingCheck(); })
+    ->Name("contention/PingCheck")
+    ->Apply(OneAndThree);
+BENCHMARK_CAPTURE(Operate, start, [](LanvossInterface& lanvoss) { lanvoss.StartWatch(""); })
+    ->Name("contention/StartWatch")
+    ->Apply(OneAndThree);
+
+}  // namespace
+}  // namespace lanvoss::bench

@@ -1,0 +1,45 @@
+// Devices in numbers: as records, and as a cache file.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "registry/device_table.h"
+
+namespace lanvoss::bench {
+
+using Records = std::map<std::string, DeviceRecord>;
+
+struct Device {
+  std::string id;
+  std::string name;
+};
+
+// Different ids, and names in no order that the ids have.
+Device DeviceOf(std::size_t number);
+
+// Made once and kept.
+const Records& RecordsOf(std::size_t count);
+// Where the cache file of so many devices is, in a directory of its own.
+const std::filesystem::path& CacheDirectoryOf(std::size_t count);
+
+std::size_t BytesOf(const Device& device);
+
+// A directory that is removed with the process.
+class WorkDirectory {
+ public:
+  static const std::filesystem::path& Path();
+  ~WorkDirectory();
+  WorkDirectory(const WorkDirectory&) = delete;
+  WorkDirectory& operator=(const WorkDirectory&) = delete;
+
+ private:
+  WorkDirectory();
+
+  std::filesystem::path path_;
+};
+
+}  // namespace lanvoss::bench

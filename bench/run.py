@@ -1,0 +1,298 @@
+"""Runs the benchmarks and prints one table of ratios: what the library takes beside its peer.
+
+A row's ratio is the median over the repetitions of both sides, which are interleaved; behind it are
+the quartiles. Where one thread does all the work its processor time counts, else the time passed.
+"""
+
+import argparse
+import dataclasses
+import datetime
+import json
+import os
+import pathlib
+import platform
+import re
+import statistics
+import subprocess
+import tempfile
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+BUILD = ROOT / "build/release"
+BENCH = BUILD / "bench/lanvoss_bench"
+MEMORY = "/dev/shm" if os.access("/dev/shm", os.W_OK) else tempfile.gettempdir()
+DISK = tempfile.gettempdir()
+PROGRAM_RUNS = 21
+FAULT_STORIES = 1_000
+# The far end of a virtual cable, in namespaces that are gone with their last process.
+CABLE = """mount -t tmpfs none /run
+ip link set lo up
+ip netns add far
+ip link add near type veth peer name end netns far
+ip address add 192.0.2.1/24 dev near
+ip link set near up
+ip -n far address add 192.0.2.2/24 dev end
+ip -n far link set end up
+exec "$@"
+"""
+
+
+@dataclasses.dataclass
+class Row:
+    path: str
+    ours: str
+    beside: str
+    peer: str  # what `beside` is, in words
+    aim: float | None  # the greatest ratio; None: nothing is judged
+    limit: str = ""
+    cpu: bool = False
+    place: str = MEMORY  # where the files are
+    per: float = 1  # so many of the peer are one of ours
+    most_more: float | None = None  # nanoseconds that ours may take longer
+    big: bool = False  # takes seconds, so it is repeated less
+    namespaces: bool = False
+
+
+def size_rows(path, ours, beside, peer, aim, limits=("", "", ""), cpu=True, **more):
+    sizes = (100, "100"), (10_000, "10 000"), (1_000_000, "1 000 000")
+    return [
+        Row(path.format(text), f"{ours}/{size}", f"{beside}/{size}", peer, aim, limit, cpu=cpu,
+            big=size == 1_000_000, **more)
+        for (size, text), limit in zip(sizes, limits)
+    ]
+
+
+def scaling_row(path, ours, limit):
+    return Row(path, f"{ours}/1000000", f"{ours}/10000", "100 × 10 000 lines", 1.5, limit, cpu=True,
+               big=True, per=100)
+
+
+LINES_COST = "the table, and a line of the log for each"
+NODES_COST = "the table, on both sides: two nodes of ordered maps and three texts a line"
+PARSE_COST = "three texts a line on the heap; SQLite's rows are less than two `memchr` splits"
+NAMES_COST = "names come in random order: every level of the tree is a miss in the caches"
+PAGES_COST = "first touch of the memory that holds the whole file"
+FORM_COST = "forming a line takes 40 ns, writing it 15 ns"
+SYSCALLS = "five more system calls: the time to live before each request, and the send time-out"
+
+ROWS = [
+    Row("`GetDeviceIp`, device found by the watcher", "found/library", "found/by_hand",
+        "the platform's calls by hand", 1.5, "wake-ups of the platform's two threads",
+        most_more=100_000),
+    Row("`GetDeviceIp`, direct by id", "direct/library", "direct/by_hand",
+        "the platform's calls by hand", 1.5, "eleven lines of the log; a radio of no latency takes"
+        " less than they do", most_more=100_000),
+    Row("from the completed open request to the return", "return/library", "return/wake_up",
+        "one event wake-up", 1.2, "the platform's calls for the addresses come before the wake-up:"
+        " see the next line"),
+    Row("from the completed open request to the return", "return/library", "return/by_hand",
+        "the platform's calls by hand", 1.2),
+    Row("`WriteLog` with a callback", "log/library", "log/printf", "one `printf` of the bytes", 1.1,
+        cpu=True),
+    Row("`WriteLog` with a callback", "log/library", "log/spdlog", "spdlog's file sink", 1.0,
+        cpu=True),
+    *size_rows("load of {} lines, log to nowhere", "load/object", "load/sqlite_table",
+               "SQLite into the same table", 0.2, (LINES_COST,) * 3),
+    *size_rows("load of {} lines, no log", "load/table", "load/sqlite_table",
+               "SQLite into the same table", 0.2, (NODES_COST,) * 3),
+    *size_rows("parsing of {} lines", "load/parse", "load/sqlite_rows", "SQLite's rows", 0.2,
+               (PARSE_COST,) * 3),
+    *size_rows("parsing of {} lines", "load/parse", "load/split", "reading and `memchr`", 3.0,
+               ("", PARSE_COST, "")),
+    scaling_row("parsing grows with the lines", "load/parse", PAGES_COST),
+    scaling_row("loading grows with the lines", "load/table", NAMES_COST),
+    *size_rows("cache write of {} lines, on disk", "write/library", "write/bare", "one `fwrite`",
+               1.5, ("", FORM_COST, f"{FORM_COST}; {PAGES_COST}"), cpu=False,
+               place=DISK),
+    *size_rows("cache write of {} lines, in memory", "write/library", "write/bare", "one `fwrite`",
+               1.5, (FORM_COST, FORM_COST, f"{FORM_COST}; {PAGES_COST}")),
+    Row("1 000 new devices in one pass, on disk", "burst/library", "burst/bare",
+        "the same 1 000 writes bare", 2.0, place=DISK, big=True),
+    Row("1 000 new devices in one pass, in memory", "burst/library", "burst/bare",
+        "the same 1 000 writes bare", 2.0,
+        f"{FORM_COST}; the simulated radio's reports"),
+    Row("id of a name among 1 000 000", "look_up/name/library", "look_up/name/find",
+        "`std::map::find`", 1.1, cpu=True, big=True),
+    Row("name of an id among 1 000 000", "look_up/id/library", "look_up/id/find",
+        "`std::map::find`", 1.1, "the copy that the caller needs", cpu=True, big=True),
+    *[
+        Row(f"{what} {where}", f"ping/{place}/{ours}", f"ping/{place}/{beside}", peer, aim, limit,
+            namespaces=True)
+        for place, where in (("loopback", "on the loopback"), ("cable", "across a virtual cable"))
+        for what, ours, beside, peer, aim, limit in (
+            ("`PingHost`", "library", "bare", "`sendto` and `recvfrom` alone", 1.1, SYSCALLS),
+            ("`PingHost`", "library", "liboping", "liboping", 1.0, ""),
+            ("probe program", "program", "fping", "fping, one request for four", 1.0,
+             "starting a C++ program"),
+        )
+    ],
+    Row("a switch on virtual time, and back", "switch/virtual_time", "switch/hand_over",
+        "a condition variable's hand-over", 2.0),
+    *[
+        Row(f"`{operation}` of three threads against events", f"contention/{operation}/threads:3",
+            f"contention/{operation}/threads:1", "of one thread", 3.0)
+        for operation in ("AbortConnect", "DisConnect", "Unpair", "PingCheck", "StartWatch")
+    ],
+]
+
+
+def own_name(entry):
+    """The name under which a benchmark was registered."""
+    return re.sub("/(real|manual)_time", "", entry["run_name"])
+
+
+def group_of(row):
+    """What rows have to share to be run at once."""
+    return row.place, row.big, row.namespaces, row.ours.startswith("load/")
+
+
+def run_group(rows, quick):
+    """Runs the benchmarks of some rows, and returns what was measured in every repetition."""
+    names = {re.sub("/threads:.*", "", name) for row in rows for name in (row.ours, row.beside)}
+    place, big, namespaces, quiet = group_of(rows[0])
+    command = [BENCH, f"--benchmark_filter=^({'|'.join(sorted(names))})(/(real|manual)_time.*)?$",
+               f"--benchmark_min_time={0.001 if quick else 0.02}",
+               f"--benchmark_repetitions={1 if quick else 5 if big else 21}",
+               "--benchmark_enable_random_interleaving=true"]
+    if namespaces and os.geteuid() == 0:
+        command = ["unshare", "--mount", "--net", "sh", "-ec", CABLE, "cable", *command]
+    with tempfile.TemporaryDirectory(dir=place) as scratch:
+        out = pathlib.Path(scratch) / "json"
+        with open(os.devnull if quiet else pathlib.Path(scratch) / "log", "wb") as log:
+            subprocess.run([*command, f"--benchmark_out={out}"], stdout=log, check=True,
+                           stderr=subprocess.PIPE, env={**os.environ, "TMPDIR": scratch})
+        return json.loads(out.read_text())["benchmarks"]
+
+
+def run_benchmarks(rows, quick):
+    groups = {}
+    for row in rows:
+        groups.setdefault(group_of(row), []).append(row)
+    return {key: run_group(group, quick) for key, group in groups.items()}
+
+
+def values_of(row, name, entries):
+    """What the row counts of each repetition of a benchmark; a text when it could not be run."""
+    key = "cpu_time" if row.cpu else "real_time"
+    values = []
+    for entry in entries:
+        if own_name(entry) == name and entry["run_type"] == "iteration":
+            if entry.get("error_occurred"):
+                return entry["error_message"]
+            values.append(entry[key] * entry["threads"])
+    return values
+
+
+def time_text(nanoseconds):
+    for unit, size in (("s", 1e9), ("ms", 1e6), ("µs", 1e3)):
+        if nanoseconds >= size:
+            return f"{nanoseconds / size:.3g} {unit}"
+    return f"{nanoseconds:.3g} ns"
+
+
+def size_text(size):
+    for unit, factor in (("MiB", 1 << 20), ("KiB", 1 << 10)):
+        if size >= factor:
+            return f"{size / factor:.3g} {unit}"
+    return f"{size:.0f} B"
+
+
+def print_row(path, ours, beside, peer, aim, limit, text, most_more=None):
+    """One line of the table, from the values of both sides."""
+    ratio = statistics.median(ours) / statistics.median(beside)
+    spread = sorted(a / b for a, b in zip(ours, beside))
+    quarter = len(spread) // 4
+    more = statistics.median(ours) - statistics.median(beside)
+    met = aim is None or (ratio <= aim and (most_more is None or more < most_more))
+    print(f"| {path} | {text(statistics.median(ours))} | {text(statistics.median(beside))}: {peer} "
+          f"| {ratio:.2f} ({spread[quarter]:.2f} to {spread[-1 - quarter]:.2f}) "
+          f"| {'' if aim is None else f'{aim:g}'}{'' if most_more is None else ', 100 µs more'} "
+          f"| {'' if aim is None else 'yes' if met else 'no'} | {limit} |", flush=True)
+
+
+def print_benchmarks(rows, measured):
+    for row in rows:
+        ours, beside = (values_of(row, name, measured[group_of(row)])
+                        for name in (row.ours, row.beside))
+        skipped = [values for values in (ours, beside) if isinstance(values, str)]
+        if skipped:
+            print(f"| {row.path} | | {row.peer} | skipped: {skipped[0]} | {row.aim:g} | | |")
+        else:
+            print_row(row.path, ours, [value * row.per for value in beside], row.peer, row.aim,
+                      row.limit, time_text, row.most_more)
+
+
+def output_of(*command):
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=True,
+                          text=True).stdout
+
+
+def stripped_size(library):
+    with tempfile.NamedTemporaryFile() as copy:
+        strip = "x86_64-w64-mingw32-strip" if library.suffix == ".dll" else "strip"
+        subprocess.run([strip, "-o", copy.name, library], check=True)
+        return os.path.getsize(copy.name)
+
+
+def print_programs(quick, raw):
+    """What is measured as whole processes."""
+    library, empty = BUILD / "src/liblanvoss.so", BUILD / "bench/liblanvoss_bench_empty.so"
+    loads = [[int(output_of(BUILD / "bench/lanvoss_bench_load", each)) for each in (library, empty)]
+             for _ in range(3 if quick else PROGRAM_RUNS)]
+    raw.append({"name": "load_and_unload", "library_and_empty_ns": loads})
+    print_row("loading and unloading the library", *map(list, zip(*loads)), "an empty C++ library",
+              None, "relocations", time_text)
+    sizes = stripped_size(library), stripped_size(empty)
+    print_row("size of the stripped library", [sizes[0]], [sizes[1]], "an empty C++ library", None,
+              "with the simulated radio", size_text)
+    dll = ROOT / "build/windows/src/lanvoss.dll"
+    if dll.exists():
+        print_row("size of the stripped DLL", [stripped_size(dll)], [sizes[1]],
+                  "an empty C++ library", None, "", size_text)
+    else:
+        print("| size of the stripped DLL | not built: `scripts/package-windows` does | | | | | |")
+    for measure, path, peer, aim, limit in (
+            ("records", "memory of 1 000 000 records", "their texts", 3.0,
+             "two map nodes, six text headers and four heap blocks a record"),
+            ("idle", "resident size of an idle object", "what it may be", 1.0, ""),
+            ("rewrites", "resident size after 10 000 rewrites of the cache", "after 100", 1.05, "")):
+        text = output_of(BUILD / "bench/lanvoss_bench_memory", measure).splitlines()[-1]
+        ours, beside = map(int, text.split())
+        raw.append({"name": f"memory_{measure}", "bytes": [ours, beside]})
+        print_row(path, [ours], [beside], peer, aim, limit, size_text)
+    stories = 100 if quick else FAULT_STORIES
+    begun = time.monotonic()
+    text = output_of(BUILD / "fault_search/lanvoss_fault_search", "--seeds", str(stories))
+    hours = int(re.search(r"(\d+) virtual hours", text).group(1))
+    speed = hours / (time.monotonic() - begun) * 3600
+    raw.append({"name": "fault_search", "virtual_hours_an_hour": speed})
+    print(f"| virtual hours an hour in the fault search | {speed:.0f} | | | | | |")
+
+
+def machine_text():
+    model = re.search(r"model name\s*: (.*)", pathlib.Path("/proc/cpuinfo").read_text())
+    load = ", ".join(f"{value:.1f}" for value in os.getloadavg())
+    return (f"{model.group(1) if model else platform.machine()}, {os.cpu_count()} cores, "
+            f"{datetime.date.today()}, load {load} at the start")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--json", help="keep what was measured in this file")
+    parser.add_argument("--quick", action="store_true", help="run each case once, to see it run")
+    parser.add_argument("--filter", default="", help="only the rows whose names match, such as log/")
+    options = parser.parse_args()
+    rows = [row for row in ROWS if re.search(options.filter, row.ours)]
+    print(machine_text() + "\n")
+    print("| Path | Ours | Beside | Ratio (quartiles) | Aim | Met | Limit |")
+    print("|---|---|---|---|---|---|---|")
+    measured = run_benchmarks(rows, options.quick)
+    raw = [entry for entries in measured.values() for entry in entries]
+    print_benchmarks(rows, measured)
+    if not options.filter:
+        print_programs(options.quick, raw)
+    if options.json:
+        pathlib.Path(options.json).write_text(json.dumps(raw, indent=1))
+
+
+main()
