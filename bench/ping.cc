@@ -1,5 +1,4 @@
-// The probe of four echo requests, in this process and as a program, beside its peers. Peers that
-// are programs send one request: their own pauses between several are not what is compared.
+// The probe of four echo requests, in this process and as a program, beside its peers.
 #include <arpa/inet.h>
 #include <array>
 #include <benchmark/benchmark.h>
@@ -78,8 +77,8 @@ void Liboping(benchmark::State& state, const char* host) {
   }
 }
 
-void Program(benchmark::State& state, std::array<const char*, 5> arguments) {
-  std::array<char*, 6> argv{};
+void Program(benchmark::State& state, std::array<const char*, 7> arguments) {
+  std::array<char*, 8> argv{};
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     argv[i] = const_cast<char*>(arguments[i]);
   }
@@ -103,12 +102,13 @@ bool AddCases(const std::string& name, const char* host) {
     benchmark::RegisterBenchmark(("ping/" + name + "/" + who).c_str(), run, argument)
         ->UseRealTime();
   };
-  using Arguments = std::array<const char*, 5>;
+  using Arguments = std::array<const char*, 7>;
   add("library", Library, host);
   add("bare", Bare, host);
   add("liboping", Liboping, host);
   add("program", Program, Arguments{LANVOSS_PROBE, host});
-  add("fping", Program, Arguments{"fping", "-c", "1", "-q", host});
+  add("fping", Program, Arguments{"fping", "-c", "4", "-p", "1", "-q", host});
+  add("fping_once", Program, Arguments{"fping", "-c", "1", "-q", host});
   return true;
 }
 

@@ -18,7 +18,7 @@ void CDeviceWatcherWinRT::WatchDeviceAdded(platform::DeviceWatcher& sender,
     numbers =
         (strWatchName.empty() ? "" : std::to_string(nWatchTry) + "-") + std::to_string(nAddedCount);
   }
-  WriteLog(numbers + " WatchDeviceAdded:" + name + " id:" + id.c_str());
+  WriteLog(numbers + " WatchDeviceAdded:" + name + " id:" + id.substr(0, id.find('\0')));
   if (RecordDevice(name, id, std::move(info))) {
     WriteCache();
   }

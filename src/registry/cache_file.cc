@@ -116,7 +116,8 @@ std::string FormatCache(const std::map<std::string, DeviceRecord>& records) {
   for (const auto& [id, record] : records) {
     AppendNumber(content, ++number);
     for (const std::string* text : {&id, &record.mac, &record.name}) {
-      content.append(1, '|').append(text->c_str());  // a zero byte would end the file
+      // A zero byte would end the file for who loads it.
+      content.append(1, '|').append(*text, 0, text->find('\0'));
     }
     content += '|';
     AppendStamp(content, record.seen);
