@@ -28,6 +28,7 @@ void Library(benchmark::State& state, const char* host) {
   for (auto _ : state) {
     if (PingHost(*system, host) != kTries) {
       state.SkipWithError("no answer: the right to raw sockets or the network is missing");
+      break;
     }
   }
 }
@@ -59,6 +60,7 @@ void Bare(benchmark::State& state, const char* host) {
   for (auto _ : state) {
     if (ask() != kTries) {
       state.SkipWithError("no answer: the right to raw sockets or the network is missing");
+      break;
     }
   }
 }
@@ -73,6 +75,7 @@ void Liboping(benchmark::State& state, const char* host) {
     ping_destroy(pings);
     if (!answered) {
       state.SkipWithError("no answer: the right to raw sockets or the network is missing");
+      break;
     }
   }
 }
@@ -92,6 +95,7 @@ void Program(benchmark::State& state, std::array<const char*, 7> arguments) {
     if (posix_spawnp(&child, argv[0], &quiet, nullptr, argv.data(), environ) != 0 ||
         waitpid(child, &status, 0) != child || status != 0) {
       state.SkipWithError("the program did not end well");
+      break;
     }
   }
   posix_spawn_file_actions_destroy(&quiet);
