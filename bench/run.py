@@ -89,7 +89,7 @@ ROWS = [
         "one event wake-up", 1.2, "the platform's calls for the addresses come before the wake-up:"
         " see the next line"),
     Row("from the completed open request to the return", "return/library", "return/by_hand",
-        "the platform's calls by hand", 1.2),
+        "the platform's calls by hand", 1.2, "the same calls, and then the wake-up"),
     Row("`WriteLog` with a callback", "log/library", "log/printf", "one `printf` of the bytes", 1.1,
         cpu=True),
     Row("`WriteLog` with a callback", "log/library", "log/spdlog", "spdlog's file sink", 1.0,
@@ -117,7 +117,7 @@ ROWS = [
     Row("id of a name among 1 000 000", "look_up/name/library", "look_up/name/find",
         "`std::map::find`", 1.1, cpu=True),
     Row("name of an id among 1 000 000", "look_up/id/library", "look_up/id/find",
-        "`std::map::find`", 1.1, "the copy that the caller needs", cpu=True),
+        "`std::map::find`", 1.1, "the copy that the caller needs, from a record not in the cache", cpu=True),
     *[
         Row(f"{what} {where}", f"ping/{place}/{ours}", f"ping/{place}/{beside}", peer, aim, limit,
             namespaces=True)
