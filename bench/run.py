@@ -117,7 +117,8 @@ ROWS = [
     Row("id of a name among 1 000 000", "look_up/name/library", "look_up/name/find",
         "`std::map::find`", 1.1, cpu=True),
     Row("name of an id among 1 000 000", "look_up/id/library", "look_up/id/find",
-        "`std::map::find`", 1.1, "the copy that the caller needs, from a record not in the cache", cpu=True),
+        "`std::map::find`", 1.1, "the copy that the caller needs, from a record not in the cache",
+        cpu=True),
     *[
         Row(f"{what} {where}", f"ping/{place}/{ours}", f"ping/{place}/{beside}", peer, aim, limit,
             namespaces=True)
