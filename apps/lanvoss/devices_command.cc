@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "registry/cache_file.h"
@@ -23,7 +24,8 @@ const Row kHeading = {"NAME", "LAST SEEN", "ADDRESS", "ID"};
 std::vector<CacheLine> ReadDevices(const std::string& directory) {
   const std::string path = (directory.empty() ? "." : directory) + kCacheFileName;
   std::vector<CacheLine> devices;
-  for (const std::string& text : SplitText(ReadCacheFile(path), "\n")) {
+  const std::string content = ReadCacheFile(path);
+  for (const std::string_view text : SplitText(content, "\n")) {
     if (auto line = ParseCacheLine(text)) {
       devices.push_back(std::move(*line));
     }
