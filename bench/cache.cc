@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <malloc.h>
 #include <sqlite3.h>
 #include <string>
 #include <string_view>
@@ -32,10 +33,14 @@ std::string CachePathOf(std::size_t count) {
   return CacheDirectoryOf(count).string() + kCacheFileName;
 }
 
+// What a million records have left free would be gone through at the next case's expense.
+void TidyHeap() { malloc_trim(0); }
+
 // ---- Loading
 
 // A new object, which tells standard output of every line.
 void LoadObject(benchmark::State& state) {
+  TidyHeap();
   const simulated::Neighbourhood air(posix::CreateSystem(), events::RealThreads());
   const platform::Platform platform{air.System(), air.Radio()};
   const std::string directory = CacheDirectoryOf(CountOf(state)).string();
@@ -46,6 +51,7 @@ void LoadObject(benchmark::State& state) {
 
 // The same without the log: the file into the table.
 void LoadTable(benchmark::State& state) {
+  TidyHeap();
   const std::string path = CachePathOf(CountOf(state));
   for (auto _ : state) {
     DeviceTable table;

@@ -136,7 +136,8 @@ ROWS = [
         "a condition variable's hand-over", 2.0),
     *[
         Row(f"`{operation}` of three threads against events", f"contention/{operation}/threads:3",
-            f"contention/{operation}/threads:1", "of one thread", 3.0)
+            f"contention/{operation}/threads:1", "of one thread", 3.0,
+            f"{os.cpu_count()} cores for four busy threads, and a lock that passes between them")
         for operation in ("AbortConnect", "DisConnect", "Unpair", "PingCheck", "StartWatch")
     ],
 ]
