@@ -174,6 +174,7 @@ void SqliteRows(benchmark::State& state) {
 
 // The stamps stay texts, which favours it.
 void SqliteTable(benchmark::State& state) {
+  TidyHeap();
   const auto path = DatabaseOf(CountOf(state));
   for (auto _ : state) {
     DeviceTable table;
