@@ -27,19 +27,13 @@ constexpr char kFooter[] =
     "  6    the device was found, but no address came: no link came up\n"
     "  130  aborted by an interrupt; a second Ctrl-C leaves at once\n";
 
-constexpr char kRunFooter[] =
+constexpr char kBeforeOperations[] =
     "Each OPERATION is one argument, as in: lanvoss run \"ip Cam-7F21\" ping disconnect\n"
     "Without one they are read from standard input, one a line, as they come; blank lines and\n"
     "lines that begin with # are skipped. A NAME may have blanks in it.\n"
-    "\n"
-    "  ip [--gap MS | --direct] NAME  find, pair and connect; the result is LOCAL,REMOTE\n"
-    "  ping                           probe the link, and pair and connect a silent device anew\n"
-    "  disconnect                     close the link\n"
-    "  unpair NAME                    start to remove the pairing\n"
-    "  watch [[--keep] NAME]          start to look for devices\n"
-    "  stop                           stop looking\n"
-    "  abort                          give the attempt up\n"
-    "  sleep MS                       wait\n"
+    "\n";
+
+constexpr char kBehindOperations[] =
     "\n"
     "After each, a line \"> OPERATION -> RESULT\" follows on standard output.\n";
 
@@ -133,7 +127,7 @@ void AddRunCommand(CLI::App& app, CommandLine& line, std::vector<std::string>& o
   CLI::App& command =
       AddCommand(app, line, Command::kRun, "run", "Do several operations one after the other");
   command.add_option("OPERATION", operations, "What to do, see below")->type_name("");
-  command.footer(kRunFooter);
+  command.footer(std::string(kBeforeOperations) + kOperationHelp + kBehindOperations);
 }
 
 void AddTimelineCommand(CLI::App& app, CommandLine& line) {

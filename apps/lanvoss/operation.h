@@ -35,6 +35,17 @@ Operation ParseOperation(std::string_view text, const std::string& place);
 // Whether a line of input is none: blank, or a comment that begins with #.
 bool IsComment(std::string_view line);
 
+// What they are, for people, an operation a line.
+inline constexpr char kOperationHelp[] =
+    "  ip [--gap MS | --direct] NAME  find, pair and connect; the result is LOCAL,REMOTE\n"
+    "  ping                           probe the link, and pair and connect a silent device anew\n"
+    "  disconnect                     close the link\n"
+    "  unpair NAME                    start to remove the pairing\n"
+    "  watch [[--keep] NAME]          start to look for devices\n"
+    "  stop                           stop looking\n"
+    "  abort                          give the attempt up\n"
+    "  sleep MS                       wait\n";
+
 // The words that operations begin with.
 std::vector<std::string> OperationWords();
 

@@ -24,17 +24,9 @@ constexpr char kPrompt[] = "lanvoss> ";
 constexpr std::string_view kOwnWords[] = {"devices", "exit", "help"};
 constexpr std::string_view kNamedWords[] = {"ip", "ip --direct", "unpair", "watch", "watch --keep"};
 
-constexpr char kHelp[] =
-    "ip [--gap MS | --direct] NAME  find, pair and connect\n"
-    "ping                           probe the link, and pair and connect a silent device anew\n"
-    "disconnect                     close the link\n"
-    "unpair NAME                    start to remove the pairing\n"
-    "watch [[--keep] NAME]          start to look for devices\n"
-    "stop                           stop looking\n"
-    "abort                          give the attempt up\n"
-    "sleep MS                       wait\n"
-    "devices                        show what is remembered\n"
-    "exit                           leave, as the end of the input does\n"
+constexpr char kShellHelp[] =
+    "  devices                        show what is remembered\n"
+    "  exit                           leave, as the end of the input does\n"
     "Ctrl-C ends the operation that runs.\n";
 
 struct Names {
@@ -82,7 +74,7 @@ class Shell {
       return false;
     }
     if (text == "help") {
-      Print(kHelp);
+      Print(std::string(kOperationHelp) + kShellHelp);
     } else if (text == "devices") {
       Tell(RunDevices(line_));
     } else if (!IsComment(text)) {
