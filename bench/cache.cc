@@ -196,7 +196,7 @@ void WriteBare(const std::string& path, std::string_view content) {
 }
 
 void Write(benchmark::State& state) {
-  const Records& records = RecordsOf(CountOf(state));
+  const DeviceTable::Records& records = RecordsOf(CountOf(state));
   const std::string path = (WorkDirectory::Path() / "written").string() + kCacheFileName;
   std::filesystem::create_directory(WorkDirectory::Path() / "written");
   for (auto _ : state) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 
 #include "registry/cache_file.h"
 
@@ -23,9 +24,9 @@ std::size_t BytesOf(const Device& device) {
   return device.id.size() + MacOf(device.id).size() + device.name.size();
 }
 
-const Records& RecordsOf(std::size_t count) {
-  static std::map<std::size_t, Records> made;
-  Records& records = made[count];
+const DeviceTable::Records& RecordsOf(std::size_t count) {
+  static std::map<std::size_t, DeviceTable::Records> made;
+  DeviceTable::Records& records = made[count];
   for (std::size_t number = records.size(); number < count; ++number) {
     const Device device = DeviceOf(number);
     records.try_emplace(

@@ -3,15 +3,12 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "registry/device_table.h"
 
 namespace lanvoss::bench {
-
-using Records = std::map<std::string, DeviceRecord>;
 
 struct Device {
   std::string id;
@@ -22,7 +19,7 @@ struct Device {
 Device DeviceOf(std::size_t number);
 
 // Made once and kept.
-const Records& RecordsOf(std::size_t count);
+const DeviceTable::Records& RecordsOf(std::size_t count);
 // Where the cache file of so many devices is, in a directory of its own.
 const std::filesystem::path& CacheDirectoryOf(std::size_t count);
 

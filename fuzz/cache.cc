@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <map>
 #include <string>
 #include <string_view>
 
@@ -19,7 +18,7 @@ namespace {
 
 using lanvoss::DeviceRecord;
 using lanvoss::DeviceTable;
-using Records = std::map<std::string, DeviceRecord>;
+using Records = DeviceTable::Records;
 
 constexpr char kReportMark = '\x1e';
 constexpr char kPartMark = '\x1f';  // between the parts of a report

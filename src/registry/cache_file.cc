@@ -48,53 +48,55 @@ std::size_t SizeOf(std::FILE* file) {
 bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Takes a number off the front of the text, as scanf does: white space before it does not count, a
-// sign is part of its width.
-std::optional<int> TakeNumber(std::string_view& text, std::size_t width) {
-  const char* const begin = std::find_if_not(text.data(), text.data() + text.size(), IsSpace);
-  const char* const end =
-      begin + std::min(width, text.size() - static_cast<std::size_t>(begin - text.data()));
-  const bool isSigned = begin != end && (*begin == '-' || *begin == '+');
-  const char* next = isSigned ? begin + 1 : begin;
-  if (next == end || !IsDigit(*next)) {
-    return std::nullopt;
-  }
-  int number = 0;
-  for (; next != end && IsDigit(*next); ++next) {
-    number = number * 10 + (*next - '0');
-  }
-  text.remove_prefix(static_cast<std::size_t>(next - text.data()));
-  return *begin == '-' ? -number : number;
-}
+// Takes what scanf would take off the front of a text, in a fraction of the time.
+class Scanner {
+ public:
+  explicit Scanner(std::string_view text) : next_(text.data()), end_(next_ + text.size()) {}
 
-// What scanf would make of the stamp, an order of magnitude faster. Parts from the first one on
-// that does not parse stay 0.
-platform::LocalTime ParseTime(std::string_view text) {
-  using platform::LocalTime;
-  struct Part {
-    std::uint16_t LocalTime::*value;
-    std::size_t width;
-    char after;
-  };
-  static constexpr Part kParts[] = {{&LocalTime::year, 4, '-'},       {&LocalTime::month, 2, '-'},
-                                    {&LocalTime::day, 2, ' '},        {&LocalTime::hour, 2, ':'},
-                                    {&LocalTime::minute, 2, ':'},     {&LocalTime::second, 2, '.'},
-                                    {&LocalTime::millisecond, 3, ' '}};
-  LocalTime time;
-  for (const Part& part : kParts) {
-    const auto number = TakeNumber(text, part.width);
-    if (!number) {
-      break;
+  // White space before the number does not count, a sign is part of its width. False, and `value`
+  // is left alone, when no number follows.
+  bool Number(std::uint16_t& value, std::ptrdiff_t width) {
+    while (next_ != end_ && IsSpace(*next_)) {
+      ++next_;
     }
-    time.*part.value = static_cast<std::uint16_t>(*number);
-    if (part.after == ' ') {
-      continue;  // any white space, none included; the next number skips it
+    const char* const end = next_ + std::min(width, end_ - next_);
+    const bool isNegative = next_ != end && *next_ == '-';
+    if (isNegative || (next_ != end && *next_ == '+')) {
+      ++next_;
     }
-    if (!text.starts_with(part.after)) {
-      break;
+    if (next_ == end || !IsDigit(*next_)) {
+      return false;
     }
-    text.remove_prefix(1);
+    int number = 0;
+    for (; next_ != end && IsDigit(*next_); ++next_) {
+      number = number * 10 + (*next_ - '0');
+    }
+    value = static_cast<std::uint16_t>(isNegative ? -number : number);
+    return true;
   }
+  bool Mark(char mark) {
+    if (next_ == end_ || *next_ != mark) {
+      return false;
+    }
+    ++next_;
+    return true;
+  }
+
+ private:
+  const char* next_;
+  const char* const end_;
+};
+
+// Parts from the first one on that does not parse stay 0. Between day and hour white space may
+// stand, which the number skips.
+platform::LocalTime ParseTime(std::string_view text) {
+  platform::LocalTime time;
+  Scanner scanner(text);
+  static_cast<void>(
+      scanner.Number(time.year, 4) && scanner.Mark('-') && scanner.Number(time.month, 2) &&
+      scanner.Mark('-') && scanner.Number(time.day, 2) && scanner.Number(time.hour, 2) &&
+      scanner.Mark(':') && scanner.Number(time.minute, 2) && scanner.Mark(':') &&
+      scanner.Number(time.second, 2) && scanner.Mark('.') && scanner.Number(time.millisecond, 3));
   return time;
 }
 
@@ -109,7 +111,7 @@ std::optional<CacheLine> ParseCacheLine(std::string_view line) {
                    {std::string(fields[2]), std::string(fields[3]), ParseTime(fields[4])}};
 }
 
-std::string FormatCache(const std::map<std::string, DeviceRecord>& records) {
+std::string FormatCache(const DeviceTable::Records& records) {
   std::string content;
   content.reserve(records.size() * kUsualLineLength);
   unsigned number = 0;
@@ -117,7 +119,8 @@ std::string FormatCache(const std::map<std::string, DeviceRecord>& records) {
     AppendNumber(content, ++number);
     for (const std::string* text : {&id, &record.mac, &record.name}) {
       // A zero byte would end the file for who loads it.
-      content.append(1, '|').append(*text, 0, text->find('\0'));
+      content += '|';
+      content.append(*text, 0, text->find('\0'));
     }
     content += '|';
     AppendStamp(content, record.seen);

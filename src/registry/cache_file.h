@@ -4,7 +4,6 @@
 // escaping. The number is only for people.
 #pragma once
 
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +23,7 @@ struct CacheLine {
 // None for a line of fewer than five fields. Parts of the time that do not parse are 0.
 std::optional<CacheLine> ParseCacheLine(std::string_view line);
 
-std::string FormatCache(const std::map<std::string, DeviceRecord>& records);
+std::string FormatCache(const DeviceTable::Records& records);
 
 // The file's bytes up to the first zero byte; empty when it cannot be opened for update.
 std::string ReadCacheFile(const std::string& path);

@@ -10,8 +10,8 @@ namespace lanvoss {
 RecordChange DeviceTable::Report(const std::string& name, const std::string& id,
                                  const DeviceRecord& record, Information& info) {
   std::swap(mapNameInfo[name], info);
-  mapNameId[name] = id;
   const auto [stored, inserted] = mapIdRecord.try_emplace(id, record);
+  mapNameId[name] = &*stored;
   if (inserted) {
     return RecordChange::kNew;
   }
@@ -19,23 +19,19 @@ RecordChange DeviceTable::Report(const std::string& name, const std::string& id,
 }
 
 void DeviceTable::Load(std::string id, DeviceRecord record) {
-  const std::string name = record.name;
+  std::string name = record.name;
   const platform::LocalTime seen = record.seen;
   // The hint is right for a file whose lines are in the order of their ids.
   const auto stored = mapIdRecord.try_emplace(mapIdRecord.end(), std::move(id), std::move(record));
-  const auto [mapped, inserted] = mapNameId.try_emplace(name, stored->first);
-  if (inserted) {
-    return;
-  }
-  const auto current = mapIdRecord.find(mapped->second);
-  if (current == mapIdRecord.end() || CompareSeconds(seen, current->second.seen) > 0) {
-    mapped->second = stored->first;
+  const auto [mapped, inserted] = mapNameId.try_emplace(std::move(name), &*stored);
+  if (!inserted && CompareSeconds(seen, mapped->second->second.seen) > 0) {
+    mapped->second = &*stored;
   }
 }
 
 const std::string* DeviceTable::IdOf(const std::string& name) const {
   const auto entry = mapNameId.find(name);
-  return entry == mapNameId.end() ? nullptr : &entry->second;
+  return entry == mapNameId.end() ? nullptr : &entry->second->first;
 }
 
 DeviceTable::Information DeviceTable::InformationOf(const std::string& name) const {

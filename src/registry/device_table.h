@@ -25,12 +25,19 @@ enum class RecordChange { kNone, kRenamed, kNew };
 class DeviceTable {
  public:
   using Information = std::shared_ptr<platform::DeviceInformation>;
+  using Records = std::map<std::string, DeviceRecord>;
 
-  // Ordered by their keys' bytes. Two devices of one name share its entry in the first two, and the
+  // Ordered by their keys' bytes. Two devices of one name share its entry in the last two, and the
   // later report wins; their records stay apart.
+  Records mapIdRecord;  // in the order of the cache file's lines
+  // The id is the key of its record, which stays where it is: a copy would cost as much again.
+  std::map<std::string, Records::const_pointer> mapNameId;
   std::map<std::string, Information> mapNameInfo;  // as reported by the watcher
-  std::map<std::string, std::string> mapNameId;
-  std::map<std::string, DeviceRecord> mapIdRecord;  // in the order of the cache file's lines
+
+  DeviceTable() = default;
+  // Not to be copied: the copy's names would mean the original's records.
+  DeviceTable(DeviceTable&&) = default;
+  DeviceTable& operator=(DeviceTable&&) = default;
 
   // The first half of a report: the name now means this device, and a new id gets its record. A
   // record that is there stays, so that the host hears of a new name before the table takes it.
