@@ -9,6 +9,7 @@
 #include "backends/events/threads.h"
 #include "backends/posix/posix_system.h"
 #include "devices.h"
+#include "watcher/log_sink.h"
 #include "world.h"
 
 namespace lanvoss::bench {
@@ -20,6 +21,17 @@ using Seconds = std::chrono::duration<double>;
 constexpr std::chrono::microseconds kUsualWait(50);
 constexpr char kDirectRequest[] = "\nCam";
 constexpr char kStartedLine[] = "(watch) Start Watcher done";
+// What a direct request logs.
+constexpr const char* kDirectLines[] = {
+    "(watch) Connect Dev for id,name=Cam id=WiFiDirect#02:00:00:00:00:00",
+    "(watch) ConnDevice... name=Cam id=WiFiDirect#02:00:00:00:00:00",
+    "(watch) RequestPairDeviceAsync ...",
+    "(watch) RequestPairDeviceAsync done",
+    "(watch) FromIdAsync ...",
+    "(watch) FromIdAsync done dt:0ms",
+    "(watch) Devices connected on L2 layer, connecting to name(Cam),time:0ms(1),watch:0ms(0),"
+    "fromid:0ms(1) IPAddress: loc:192.168.137.1,remote:192.168.137.2",
+};
 
 Clock::time_point opened;  // when the platform completed the latest open request
 const simulated::PeerHandle* camera = nullptr;
@@ -137,6 +149,11 @@ class ByHand {
     status_->Wait(platform::kWaitForever);
     device_.reset();
   }
+  void LogDirectRequest() {
+    for (const char* line : kDirectLines) {
+      log_.WriteLog(line);
+    }
+  }
   void LetGoOfFound() {
     LetGo();
     stopped_.acquire();
@@ -165,6 +182,7 @@ class ByHand {
 
   Air air_;
   platform::System& system_ = *air_.system;
+  const LogSink log_{system_, *air_.radio, std::make_shared<LifetimeGate>(system_), &OnNotify};
   std::binary_semaphore stopped_{0};
   std::unique_ptr<platform::Event> done_ = system_.CreateManualResetEvent(false);
   std::unique_ptr<platform::Event> status_ = system_.CreateManualResetEvent(false);
@@ -214,6 +232,17 @@ void DirectByHand(benchmark::State& state) {
   for (auto _ : state) {
     const auto begun = Clock::now();
     host.RequestById();
+    NoteTime(state, begun);
+    host.LetGo();
+  }
+}
+
+void DirectByHandWithLog(benchmark::State& state) {
+  ByHand host;
+  for (auto _ : state) {
+    const auto begun = Clock::now();
+    host.RequestById();
+    host.LogDirectRequest();
     NoteTime(state, begun);
     host.LetGo();
   }
@@ -269,6 +298,7 @@ BENCHMARK(FoundByLibrary)->Name("found/library")->UseManualTime();
 BENCHMARK(FoundByHand)->Name("found/by_hand")->UseManualTime();
 BENCHMARK(DirectByLibrary)->Name("direct/library")->UseManualTime();
 BENCHMARK(DirectByHand)->Name("direct/by_hand")->UseManualTime();
+BENCHMARK(DirectByHandWithLog)->Name("direct/by_hand_with_log")->UseManualTime();
 BENCHMARK(ReturnOfRequest)->Name("return/library")->UseManualTime();
 BENCHMARK(ReturnByHand)->Name("return/by_hand")->UseManualTime();
 BENCHMARK(WakeUp)->Name("return/wake_up")->UseManualTime();

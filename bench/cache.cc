@@ -1,5 +1,6 @@
 // The cache file: loading it, writing it, and a burst of new devices, each of which writes it.
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -7,6 +8,8 @@
 #include <cstring>
 #include <fstream>
 #include <malloc.h>
+#include <map>
+#include <memory>
 #include <sqlite3.h>
 #include <string>
 #include <string_view>
@@ -24,6 +27,7 @@ namespace lanvoss::bench {
 namespace {
 
 constexpr std::size_t kBurst = 1'000;  // devices
+constexpr std::size_t kFields = 5;     // of a line
 
 std::size_t CountOf(const benchmark::State& state) {
   return static_cast<std::size_t>(state.range(0));
@@ -33,14 +37,10 @@ std::string CachePathOf(std::size_t count) {
   return CacheDirectoryOf(count).string() + kCacheFileName;
 }
 
-// What a million records have left free would be gone through at the next case's expense.
-void TidyHeap() { malloc_trim(0); }
-
 // ---- Loading
 
 // A new object, which tells standard output of every line.
 void LoadObject(benchmark::State& state) {
-  TidyHeap();
   const simulated::Neighbourhood air(posix::CreateSystem(), events::RealThreads());
   const platform::Platform platform{air.System(), air.Radio()};
   const std::string directory = CacheDirectoryOf(CountOf(state)).string();
@@ -51,7 +51,6 @@ void LoadObject(benchmark::State& state) {
 
 // The same without the log: the file into the table.
 void LoadTable(benchmark::State& state) {
-  TidyHeap();
   const std::string path = CachePathOf(CountOf(state));
   for (auto _ : state) {
     DeviceTable table;
@@ -76,31 +75,55 @@ void Parse(benchmark::State& state) {
   }
 }
 
-// Reads the bytes and finds the fields, and does nothing with them.
+// Reads the bytes and hands the fields of each line to `take`, as bare as can be.
+template <typename Take>
+void SplitBare(const std::string& path, Take take) {
+  std::FILE* file = std::fopen(path.c_str(), "rb");
+  std::fseek(file, 0, SEEK_END);
+  const auto size = static_cast<std::size_t>(std::ftell(file));
+  std::rewind(file);
+  const auto content = std::make_unique_for_overwrite<char[]>(size);
+  benchmark::DoNotOptimize(std::fread(content.get(), 1, size, file));
+  std::fclose(file);
+  const char* const end = content.get() + size;
+  const auto until = [](const char* from, char mark, const char* limit) {
+    const void* found = std::memchr(from, mark, static_cast<std::size_t>(limit - from));
+    return found == nullptr ? limit : static_cast<const char*>(found);
+  };
+  for (const char* line = content.get(); line < end;) {
+    const char* const lineEnd = until(line, '\n', end);
+    std::array<std::string_view, kFields> fields;
+    for (auto& field : fields) {
+      const char* const fieldEnd = until(line, '|', lineEnd);
+      field = std::string_view(line, fieldEnd);
+      line = fieldEnd + 1;
+    }
+    take(fields);
+    line = lineEnd + 1;
+  }
+}
+
+// Finds the fields, and does nothing with them.
 void Split(benchmark::State& state) {
   const std::string path = CachePathOf(CountOf(state));
   for (auto _ : state) {
-    std::FILE* file = std::fopen(path.c_str(), "rb");
-    std::fseek(file, 0, SEEK_END);
-    const auto size = static_cast<std::size_t>(std::ftell(file));
-    std::rewind(file);
-    const auto content = std::make_unique_for_overwrite<char[]>(size);
-    benchmark::DoNotOptimize(std::fread(content.get(), 1, size, file));
-    std::fclose(file);
-    const char* const end = content.get() + size;
-    const auto until = [](const char* from, char mark, const char* limit) {
-      const void* found = std::memchr(from, mark, static_cast<std::size_t>(limit - from));
-      return found == nullptr ? limit : static_cast<const char*>(found);
-    };
-    for (const char* line = content.get(); line < end;) {
-      const char* const lineEnd = until(line, '\n', end);
-      for (const char* field = line; field < lineEnd;) {
-        const char* const fieldEnd = until(field, '|', lineEnd);
-        benchmark::DoNotOptimize(std::string_view(field, fieldEnd));
-        field = fieldEnd + 1;
-      }
-      line = lineEnd + 1;
-    }
+    SplitBare(path, [](const auto& fields) { benchmark::DoNotOptimize(fields); });
+  }
+}
+
+// The least that fills two maps with the fields. Trusts every line, and leaves the stamps texts.
+void LoadByHand(benchmark::State& state) {
+  const std::string path = CachePathOf(CountOf(state));
+  for (auto _ : state) {
+    DeviceTable::Records records;
+    std::map<std::string, DeviceTable::Records::const_pointer> names;
+    SplitBare(path, [&](const auto& fields) {
+      const auto stored =
+          records.try_emplace(records.end(), std::string(fields[1]),
+                              DeviceRecord{std::string(fields[2]), std::string(fields[3]), {}});
+      names.try_emplace(std::string(fields[3]), &*stored);
+    });
+    benchmark::DoNotOptimize(names);
   }
 }
 
@@ -174,7 +197,6 @@ void SqliteRows(benchmark::State& state) {
 
 // The stamps stay texts, which favours it.
 void SqliteTable(benchmark::State& state) {
-  TidyHeap();
   const auto path = DatabaseOf(CountOf(state));
   for (auto _ : state) {
     DeviceTable table;
@@ -208,6 +230,22 @@ void WriteOnce(benchmark::State& state) {
   const std::string content = FormatCache(RecordsOf(CountOf(state)));
   const std::string path = (WorkDirectory::Path() / "written_bare").string();
   for (auto _ : state) {
+    WriteBare(path, content);
+  }
+}
+
+// The least that takes the texts from the records. Numbers and stamps are left out, and zeros are
+// in their places.
+void WriteCopied(benchmark::State& state) {
+  const DeviceTable::Records& records = RecordsOf(CountOf(state));
+  const std::string path = (WorkDirectory::Path() / "written_copied").string();
+  constexpr std::size_t kNumbers = sizeof "10000||||2024-03-01 09:05:03.040";
+  for (auto _ : state) {
+    std::string content;
+    content.reserve(records.size() * 2 * kFields * kNumbers);
+    for (const auto& [id, record] : records) {
+      content.append(kNumbers, '0').append(id).append(record.mac).append(record.name);
+    }
     WriteBare(path, content);
   }
 }
@@ -262,16 +300,20 @@ void BurstBare(benchmark::State& state) {
 
 void Sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("")->Arg(100)->Arg(10'000)->Arg(1'000'000)->UseRealTime();
+  // What a million records have left free would be gone through at the next case's expense.
+  benchmark->Setup([](const benchmark::State&) { malloc_trim(0); });
 }
 
 BENCHMARK(LoadObject)->Name("load/object")->Apply(Sizes);
 BENCHMARK(LoadTable)->Name("load/table")->Apply(Sizes);
 BENCHMARK(Parse)->Name("load/parse")->Apply(Sizes);
 BENCHMARK(Split)->Name("load/split")->Apply(Sizes);
+BENCHMARK(LoadByHand)->Name("load/by_hand")->Apply(Sizes);
 BENCHMARK(SqliteRows)->Name("load/sqlite_rows")->Apply(Sizes);
 BENCHMARK(SqliteTable)->Name("load/sqlite_table")->Apply(Sizes);
 BENCHMARK(Write)->Name("write/library")->Apply(Sizes);
 BENCHMARK(WriteOnce)->Name("write/bare")->Apply(Sizes);
+BENCHMARK(WriteCopied)->Name("write/copied")->Apply(Sizes);
 BENCHMARK(Burst)->Name("burst/library")->UseRealTime();
 BENCHMARK(BurstBare)->Name("burst/bare")->UseRealTime();
 

@@ -7,6 +7,7 @@
 
 #include "backends/events/threads.h"
 #include "backends/posix/posix_system.h"
+#include "watcher/guarded.h"
 #include "world.h"
 
 namespace lanvoss::bench {
@@ -65,12 +66,37 @@ void Operate(benchmark::State& state, Operation operation) {
   }
 }
 
+// The least of an operation: it locks the object to get in, to act, and to get out.
+void LockThrice(benchmark::State& state) {
+  constexpr int kLocks = 3;
+  static Mutex mutex;
+  static int guarded = 0;
+  for (auto _ : state) {
+    for (int i = 0; i < kLocks; ++i) {
+      const Lock lock(mutex);
+      benchmark::DoNotOptimize(++guarded);
+    }
+  }
+}
+
+// As long as the shortest operation, and nothing is shared: what is left is the cores' share.
+void ShareNothing(benchmark::State& state) {
+  constexpr int kSteps = 150;
+  for (auto _ : state) {
+    for (int i = 0; i < kSteps; ++i) {
+      benchmark::DoNotOptimize(i);
+    }
+  }
+}
+
 void OneAndThree(benchmark::internal::Benchmark* benchmark) {
   benchmark->Threads(1)->Threads(3)->UseRealTime();
   benchmark->Setup([](const benchmark::State&) { busy = std::make_unique<Busy>(); });
   benchmark->Teardown([](const benchmark::State&) { busy.reset(); });
 }
 
+BENCHMARK(ShareNothing)->Name("contention/nothing")->Apply(OneAndThree);
+BENCHMARK(LockThrice)->Name("contention/locks")->Apply(OneAndThree);
 BENCHMARK_CAPTURE(Operate, abort, [](LanvossInterface& lanvoss) { lanvoss.AbortConnect(""); })
     ->Name("contention/AbortConnect")
     ->Apply(OneAndThree);

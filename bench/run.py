@@ -60,22 +60,23 @@ def size_rows(path, ours, beside, peer, aim, limits=("", "", ""), cpu=True, **mo
     sizes = (100, "100"), (10_000, "10 000"), (1_000_000, "1 000 000")
     return [
         Row(path.format(text), f"{ours}/{size}", f"{beside}/{size}", peer, aim, limit, cpu=cpu,
-            big=size == 1_000_000, **more)
+            **more)
         for (size, text), limit in zip(sizes, limits)
     ]
 
 
-def scaling_row(path, ours, limit):
-    return Row(path, f"{ours}/1000000", f"{ours}/10000", "100 × 10 000 lines", 1.5, limit,
-               cpu=True, big=True, per=100)
+def scaling_row(path, ours, limit, aim=1.5):
+    return Row(path, f"{ours}/1000000", f"{ours}/10000", "100 × 10 000 lines", aim, limit,
+               cpu=True, per=100)
 
 
-LINES_COST = "the table, and a line of the log for each"
-NODES_COST = "the table, on both sides: two nodes of ordered maps and three texts a line"
-PARSE_COST = "three texts a line on the heap and seven numbers, each checked"
+LINES_COST = "the maps, and a line of the log for each"
+MAPS_COST = "two ordered maps and their texts on the heap, on both sides: see by hand"
+PARSE_COST = "a fifth for `memchr`, a fifth for the heap, a third for the stamps: 17 digits, checked"
+READING_COST = "a file that the caches cannot hold, and first touch of the memory for it"
 NAMES_COST = "names come in random order: every level of the tree is a miss in the caches"
-PAGES_COST = "first touch of the memory that holds the whole file"
-FORM_COST = "forming a line takes 40 ns, writing it 15 ns"
+FORM_COST = "the records' own texts, and for each line some 25 ns for 24 digits"
+CONTENTION_COST = "the same locks, see above, and the events' share of them"
 SYSCALLS = "five more system calls: the time to live before each request, and the send time-out"
 
 ROWS = [
@@ -83,11 +84,13 @@ ROWS = [
         "the platform's calls by hand", 1.5, "wake-ups of the platform's two threads",
         most_more=100_000),
     Row("`GetDeviceIp`, direct by id", "direct/library", "direct/by_hand",
-        "the platform's calls by hand", 1.5, "seven lines of the log and their texts; a radio"
-        " without latency takes less", most_more=100_000),
+        "the platform's calls by hand", 1.5, "seven lines of the log: see the next line",
+        most_more=100_000),
+    Row("`GetDeviceIp`, direct by id", "direct/library", "direct/by_hand_with_log",
+        "the same calls, and the same lines of the log", 1.5),
     Row("from the completed open request to the return", "return/library", "return/wake_up",
-        "one event wake-up", 1.2, "the platform's calls for the addresses come before the wake-up:"
-        " see the next line"),
+        "one event wake-up", 1.2, "the platform's calls for the addresses, and its own threads on the"
+        " same cores: see the next line"),
     Row("from the completed open request to the return", "return/library", "return/by_hand",
         "the platform's calls by hand", 1.2, "the same calls, and then the wake-up"),
     Row("`WriteLog` with a callback", "log/library", "log/printf", "one `printf` of the bytes", 1.1,
@@ -97,18 +100,23 @@ ROWS = [
     *size_rows("load of {} lines, log to nowhere", "load/object", "load/sqlite_table",
                "SQLite into the same table", 0.2, (LINES_COST,) * 3),
     *size_rows("load of {} lines, no log", "load/table", "load/sqlite_table",
-               "SQLite into the same table", 0.2, (NODES_COST,) * 3),
+               "SQLite into the same table", 0.2, (MAPS_COST,) * 3),
+    *size_rows("load of {} lines, no log", "load/table", "load/by_hand",
+               "`memchr` and the same maps by hand", None),
     *size_rows("parsing of {} lines", "load/parse", "load/sqlite_rows", "SQLite's rows", 0.2,
                (PARSE_COST,) * 3),
     *size_rows("parsing of {} lines", "load/parse", "load/split", "reading and `memchr`", 3.0,
-               ("", PARSE_COST, "")),
-    scaling_row("parsing grows with the lines", "load/parse", PAGES_COST),
+               ("", PARSE_COST, PARSE_COST)),
+    scaling_row("parsing grows with the lines", "load/parse", READING_COST),
+    scaling_row("reading and `memchr` grow with the lines", "load/split", READING_COST, aim=None),
     scaling_row("loading grows with the lines", "load/table", NAMES_COST),
+    scaling_row("loading by hand grows with the lines", "load/by_hand", NAMES_COST, aim=None),
     *size_rows("cache write of {} lines, on disk", "write/library", "write/bare", "one `fwrite`",
-               1.5, ("", FORM_COST, f"{FORM_COST}; {PAGES_COST}"), cpu=False,
-               place=DISK),
+               1.5, ("", FORM_COST, FORM_COST), cpu=False, place=DISK),
     *size_rows("cache write of {} lines, in memory", "write/library", "write/bare", "one `fwrite`",
-               1.5, (FORM_COST, FORM_COST, f"{FORM_COST}; {PAGES_COST}")),
+               1.5, ("", FORM_COST, FORM_COST)),
+    *size_rows("cache write of {} lines, in memory", "write/library", "write/copied",
+               "the texts copied, and one `fwrite`", None, (FORM_COST,) * 3),
     Row("1 000 new devices in one pass, on disk", "burst/library", "burst/bare",
         "the same 1 000 writes bare", 2.0, place=DISK, big=True),
     Row("1 000 new devices in one pass, in memory", "burst/library", "burst/bare",
@@ -135,9 +143,15 @@ ROWS = [
     Row("a switch on virtual time, and back", "switch/virtual_time", "switch/hand_over",
         "a condition variable's hand-over", 2.0),
     *[
+        Row(f"{what} of three threads against events", f"contention/{name}/threads:3",
+            f"contention/{name}/threads:1", "of one thread", None, why)
+        for what, name, why in (
+            ("nothing shared", "nothing", f"{os.cpu_count()} cores for all these threads"),
+            ("three locks of a mutex", "locks", "nearly all of the time it is held"))
+    ],
+    *[
         Row(f"`{operation}` of three threads against events", f"contention/{operation}/threads:3",
-            f"contention/{operation}/threads:1", "of one thread", 3.0,
-            f"{os.cpu_count()} cores for four busy threads, and a lock that passes between them")
+            f"contention/{operation}/threads:1", "of one thread", 3.0, CONTENTION_COST)
         for operation in ("AbortConnect", "DisConnect", "Unpair", "PingCheck", "StartWatch")
     ],
 ]
@@ -148,24 +162,36 @@ def own_name(entry):
     return re.sub("/(real|manual)_time", "", entry["run_name"])
 
 
-def group_of(row):
-    """What rows have to share to be run at once."""
-    return row.place, row.big, row.namespaces, row.ours.startswith("load/")
+@dataclasses.dataclass(frozen=True)
+class Group:
+    """What is run in one process. Each subject, and each number of lines, has its own: everything
+    takes longer in the heap that a million records leave behind, and beside their log."""
+    place: str
+    namespaces: bool
+    big: bool
+    subject: str
+    lines: str
 
 
-def run_group(rows, quick):
-    """Runs the benchmarks of some rows, and returns what was measured in every repetition."""
-    names = {re.sub("/threads:.*", "", name) for row in rows for name in (row.ours, row.beside)}
-    place, big, namespaces, quiet = group_of(rows[0])
+def group_of(row, name):
+    lines = re.search(r"(/\d+)?$", name).group()
+    return Group(row.place, row.namespaces, lines == "/1000000" or row.big and not lines,
+                 name.split("/")[0], lines)
+
+
+def run_group(group, names, quick):
+    """Runs some benchmarks, and returns what was measured in every repetition."""
+    names = {re.sub("/threads:.*", "", name) for name in names}
     command = [BENCH, f"--benchmark_filter=^({'|'.join(sorted(names))})(/(real|manual)_time.*)?$",
                f"--benchmark_min_time={0.001 if quick else 0.02}",
-               f"--benchmark_repetitions={1 if quick else 5 if big else 21}",
+               f"--benchmark_repetitions={1 if quick else 5 if group.big else 21}",
                "--benchmark_enable_random_interleaving=true"]
-    if namespaces:
+    if group.namespaces:
         command = [*WITH_CABLE, *command]
-    with tempfile.TemporaryDirectory(dir=place) as scratch:
+    with tempfile.TemporaryDirectory(dir=group.place) as scratch:
         out = pathlib.Path(scratch) / "json"
-        with open(os.devnull if quiet else pathlib.Path(scratch) / "log", "wb") as log:
+        log_path = os.devnull if group.subject == "load" else pathlib.Path(scratch) / "log"
+        with open(log_path, "wb") as log:
             subprocess.run([*command, f"--benchmark_out={out}"], stdout=log, check=True,
                            stderr=subprocess.PIPE, env={**os.environ, "TMPDIR": scratch})
         return json.loads(out.read_text())["benchmarks"]
@@ -182,8 +208,9 @@ def why_no_cable():
 def run_benchmarks(rows, quick):
     groups = {}
     for row in rows:
-        groups.setdefault(group_of(row), []).append(row)
-    return {key: run_group(group, quick) for key, group in groups.items()}
+        for name in (row.ours, row.beside):
+            groups.setdefault(group_of(row, name), set()).add(name)
+    return {group: run_group(group, names, quick) for group, names in groups.items()}
 
 
 def values_of(row, name, entries):
@@ -229,7 +256,7 @@ def print_benchmarks(rows, measured, no_cable):
         if row.namespaces and no_cable:
             print(f"| {row.path} | | {row.peer} | skipped: {no_cable} | | | |")
             continue
-        ours, beside = (values_of(row, name, measured[group_of(row)])
+        ours, beside = (values_of(row, name, measured[group_of(row, name)])
                         for name in (row.ours, row.beside))
         print_row(row.path, ours, [value * row.per for value in beside], row.peer, row.aim,
                   row.limit, time_text, row.most_more)
