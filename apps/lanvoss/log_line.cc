@@ -6,13 +6,13 @@
 namespace lanvoss::program {
 namespace {
 
-struct Wording {
+struct Pattern {
   Step step;
-  std::string_view pattern;  // with {fields}; {} is a number that nobody asks for
+  std::string_view text;  // with {fields}; {} is a number that nobody asks for
 };
 
 // The first that matches counts.
-constexpr Wording kWordings[] = {
+constexpr Pattern kPatterns[] = {
     {Step::kRemembered, "{number} Device:{name} id:{id}"},
     {Step::kReported, "{number} WatchDeviceAdded:{name} id:{id}"},
     {Step::kReported, "{}-{number} WatchDeviceAdded:{name} id:{id}"},
@@ -134,19 +134,19 @@ std::string_view TakeLiteral(std::string_view& pattern) {
   return literal;
 }
 
-std::optional<LogLine> Match(const Wording& wording, std::string_view rest) {
-  LogLine line{.step = wording.step};
-  std::string_view pattern = wording.pattern;
-  std::string_view literal = TakeLiteral(pattern);
+std::optional<LogLine> Match(const Pattern& pattern, std::string_view rest) {
+  LogLine line{.step = pattern.step};
+  std::string_view ahead = pattern.text;
+  std::string_view literal = TakeLiteral(ahead);
   while (rest.starts_with(literal)) {
     rest.remove_prefix(literal.size());
-    if (pattern.empty()) {
+    if (ahead.empty()) {
       return rest.empty() ? std::optional(std::move(line)) : std::nullopt;
     }
-    const auto end = pattern.find('}');
-    const std::string_view field = pattern.substr(1, end - 1);
-    pattern.remove_prefix(end + 1);
-    literal = TakeLiteral(pattern);
+    const auto end = ahead.find('}');
+    const std::string_view field = ahead.substr(1, end - 1);
+    ahead.remove_prefix(end + 1);
+    literal = TakeLiteral(ahead);
     if (!TakeField(field, literal, rest, line)) {
       return std::nullopt;
     }
@@ -157,8 +157,8 @@ std::optional<LogLine> Match(const Wording& wording, std::string_view rest) {
 }  // namespace
 
 LogLine Understand(std::string_view message) {
-  for (const Wording& wording : kWordings) {
-    if (auto line = Match(wording, message)) {
+  for (const Pattern& pattern : kPatterns) {
+    if (auto line = Match(pattern, message)) {
       return std::move(*line);
     }
   }

@@ -150,4 +150,6 @@ int Main(int argc, char** argv) {
 }  // namespace
 }  // namespace lanvoss::program
 
+// What cannot even be reported may end the program.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) { return lanvoss::program::Main(argc, argv); }

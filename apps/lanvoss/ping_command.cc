@@ -11,7 +11,7 @@ namespace lanvoss::program {
 namespace {
 
 // What the check came to, given that there is a link after it.
-std::string Finding(const LinkCheck& check, const std::string& name) {
+std::string FindingText(const LinkCheck& check, const std::string& name) {
   if (!check.replies) {
     return name + " was not probed: its link had no remote address";
   }
@@ -46,7 +46,7 @@ Outcome RunPing(LanvossInterface& object, const CommandLine& line, std::stop_tok
             .complaint = "dead link: " + name + " could not be connected anew",
             .facts = Facts().AddText("name", name)};
   }
-  return {.result = Finding(check, name) + "\n" + addresses + "\n",
+  return {.result = FindingText(check, name) + "\n" + addresses + "\n",
           .facts = CheckFacts(check, name, addresses)};
 }
 

@@ -14,35 +14,35 @@ namespace {
 // More than an hour of watching; a link that is kept for a day must not fill the memory.
 constexpr std::size_t kRecordedNotifications = 100'000;
 
-struct Shared {
-  std::mutex mutex;  // guards the tape
-  std::deque<Notification> tape;
+struct Tape {
+  std::mutex mutex;
+  std::deque<Notification> notifications;  // guarded by it
 };
 
 // Never destroyed: the library may call its host late.
-Shared& TheShared() {
-  static auto& shared = *new Shared;
-  return shared;
+Tape& TheTape() {
+  static auto& tape = *new Tape;
+  return tape;
 }
 
 }  // namespace
 
 void Record(const Notification& notification) {
-  Shared& shared = TheShared();
-  const std::lock_guard lock(shared.mutex);
-  shared.tape.push_back(notification);
-  shared.tape.back().message = ToUtf8(notification.message);
-  if (shared.tape.size() > kRecordedNotifications) {
-    shared.tape.pop_front();
+  Tape& tape = TheTape();
+  const std::lock_guard lock(tape.mutex);
+  tape.notifications.push_back(notification);
+  tape.notifications.back().message = ToUtf8(notification.message);
+  if (tape.notifications.size() > kRecordedNotifications) {
+    tape.notifications.pop_front();
   }
 }
 
 void SaveRecording(const std::string& file) {
-  Shared& shared = TheShared();
+  Tape& tape = TheTape();
   std::vector<Notification> recorded;
   {
-    const std::lock_guard lock(shared.mutex);
-    recorded.assign(shared.tape.begin(), shared.tape.end());
+    const std::lock_guard lock(tape.mutex);
+    recorded.assign(tape.notifications.begin(), tape.notifications.end());
   }
   if (!recorded.empty()) {
     WriteTimeline(recorded, file);

@@ -24,23 +24,23 @@ std::string TextOf(const LinkCheck& check) {
 }  // namespace
 
 std::string Sequence::Do(const Operation& operation, const std::stop_token& interrupted) {
-  using Kind = Operation::Kind;
+  using enum Operation::Kind;
   switch (operation.kind) {
-    case Kind::kIp:
+    case kIp:
       return Ip(operation.request);
-    case Kind::kPing:
+    case kPing:
       return TextOf(CheckLink(object_));
-    case Kind::kDisconnect:
+    case kDisconnect:
       return std::to_string(object_.DisConnect(""));
-    case Kind::kUnpair:
+    case kUnpair:
       return std::to_string(object_.Unpair(operation.request));
-    case Kind::kAbort:
+    case kAbort:
       return std::to_string(object_.AbortConnect(""));
-    case Kind::kWatch:
+    case kWatch:
       return std::to_string(object_.StartWatch(operation.request));
-    case Kind::kStop:
+    case kStop:
       return std::to_string(object_.StopWatch());
-    case Kind::kSleep:
+    case kSleep:
       return Pause(std::chrono::milliseconds(operation.sleepMs), interrupted) ? "done"
                                                                               : "interrupted";
   }

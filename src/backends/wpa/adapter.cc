@@ -15,9 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A driver that keeps peer-to-peer apart from the rest has an interface of its own for it.
-constexpr char kDevicePrefix[] = "p2p-dev-";
-
 // The names of all control sockets, those for peer-to-peer alone first.
 std::vector<std::string> SocketNames() {
   std::set<std::string> devices;

@@ -8,6 +8,9 @@ namespace lanvoss::wpa {
 // Where Debian's wpa_supplicant has its control sockets.
 inline constexpr char kControlDirectory[] = "/run/wpa_supplicant";
 
+// A driver that keeps peer-to-peer apart from the rest has an interface of its own for it.
+inline constexpr char kDevicePrefix[] = "p2p-dev-";
+
 // What can be in the way of using an adapter.
 enum class Lack {
   kNothing,

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "backends/wpa/adapter.h"
 #include "backends/wpa/dhcp.h"
 #include "backends/wpa/interface_address.h"
 #include "backends/wpa/limits.h"
@@ -9,9 +10,8 @@
 namespace lanvoss::wpa {
 namespace {
 
-// The names of interfaces: of groups, and of what is no group.
+// The names of groups' interfaces; kDevicePrefix begins with it too.
 constexpr char kGroupPrefix[] = "p2p-";
-constexpr char kDevicePrefix[] = "p2p-dev-";
 
 // In P2P-GROUP-STARTED: the interface, and the part that this machine plays in the group.
 constexpr std::size_t kInterfaceWord = 0;
