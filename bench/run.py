@@ -75,7 +75,7 @@ MAPS_COST = "two ordered maps and their texts on the heap, on both sides: see by
 PARSE_COST = "a fifth for `memchr`, a fifth for the heap, a third for the stamps: 17 digits, checked"
 READING_COST = "a file that the caches cannot hold, and first touch of the memory for it"
 NAMES_COST = "names come in random order: every level of the tree is a miss in the caches"
-FORM_COST = "the records' own texts, and for each line some 25 ns for 24 digits"
+FORM_COST = "the records' own texts, and for each line 20 to 30 ns for its digits"
 CONTENTION_COST = "the same locks, see above, and the events' share of them"
 SYSCALLS = "five more system calls: the time to live before each request, and the send time-out"
 
