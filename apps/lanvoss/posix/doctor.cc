@@ -1,4 +1,4 @@
-#include "doctor.h"
+#include "commands/doctor.h"
 
 #include "backends/wpa/doctor.h"
 #include "chosen_adapter.h"

@@ -1,4 +1,4 @@
-#include "doctor.h"
+#include "commands/doctor.h"
 
 #include "backends/windows/windows_radio.h"
 #include "backends/windows/windows_system.h"

@@ -1,4 +1,4 @@
-#include "watch_command.h"
+#include "commands/watch.h"
 
 #include <vector>
 

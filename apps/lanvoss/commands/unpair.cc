@@ -1,11 +1,11 @@
-#include "unpair_command.h"
+#include "commands/unpair.h"
 
 #include <chrono>
 
+#include "commands/watch.h"
 #include "pause.h"
 #include "request.h"
 #include "situation.h"
-#include "watch_command.h"
 
 namespace lanvoss::program {
 namespace {

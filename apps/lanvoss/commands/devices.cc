@@ -1,4 +1,4 @@
-#include "devices_command.h"
+#include "commands/devices.h"
 
 #include <algorithm>
 #include <array>

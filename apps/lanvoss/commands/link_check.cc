@@ -1,4 +1,4 @@
-#include "link_check.h"
+#include "commands/link_check.h"
 
 #include <mutex>
 

@@ -1,13 +1,13 @@
-#include "run_command.h"
+#include "commands/run.h"
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "commands/sequence.h"
 #include "line_reader.h"
 #include "operation.h"
 #include "results.h"
-#include "sequence.h"
 
 namespace lanvoss::program {
 namespace {

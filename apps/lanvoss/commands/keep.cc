@@ -1,14 +1,14 @@
-#include "keep_command.h"
+#include "commands/keep.h"
 
 #include <algorithm>
 #include <chrono>
 #include <exception>
 #include <string>
 
-#include "addresses.h"
 #include "clock.h"
+#include "commands/addresses.h"
+#include "commands/link_check.h"
 #include "console.h"
-#include "link_check.h"
 #include "pause.h"
 #include "results.h"
 

@@ -1,9 +1,9 @@
-#include "sequence.h"
+#include "commands/sequence.h"
 
 #include <chrono>
 
-#include "link_check.h"
-#include "no_link.h"
+#include "commands/link_check.h"
+#include "commands/no_link.h"
 #include "pause.h"
 #include "situation.h"
 

@@ -1,6 +1,6 @@
-#include "disconnect_command.h"
+#include "commands/disconnect.h"
 
-#include "no_link.h"
+#include "commands/no_link.h"
 #include "request.h"
 #include "situation.h"
 

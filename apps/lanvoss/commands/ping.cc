@@ -1,10 +1,10 @@
-#include "ping_command.h"
+#include "commands/ping.h"
 
 #include <string>
 
-#include "addresses.h"
-#include "link_check.h"
-#include "no_link.h"
+#include "commands/addresses.h"
+#include "commands/link_check.h"
+#include "commands/no_link.h"
 #include "situation.h"
 
 namespace lanvoss::program {

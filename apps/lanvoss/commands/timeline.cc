@@ -1,4 +1,4 @@
-#include "timeline_command.h"
+#include "commands/timeline.h"
 
 #include <cerrno>
 #include <exception>

@@ -1,9 +1,9 @@
-#include "ip_command.h"
+#include "commands/ip.h"
 
 #include <string>
 
-#include "addresses.h"
-#include "no_link.h"
+#include "commands/addresses.h"
+#include "commands/no_link.h"
 #include "request.h"
 #include "situation.h"
 

@@ -1,4 +1,4 @@
-#include "no_link.h"
+#include "commands/no_link.h"
 
 #include "situation.h"
 

@@ -1,4 +1,4 @@
-#include "shell_command.h"
+#include "commands/shell.h"
 
 #include <functional>
 #include <mutex>
@@ -8,13 +8,13 @@
 #include <string_view>
 #include <vector>
 
+#include "commands/devices.h"
+#include "commands/sequence.h"
 #include "console.h"
-#include "devices_command.h"
 #include "line_editor.h"
 #include "line_reader.h"
 #include "operation.h"
 #include "results.h"
-#include "sequence.h"
 #include "texts.h"
 
 namespace lanvoss::program {
