@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "scenario.h"
+#include "scenario_error.h"
 
 namespace lanvoss::program {
 

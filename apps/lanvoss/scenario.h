@@ -11,11 +11,11 @@
 #pragma once
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "backends/simulated/peer.h"
+#include "scenario_error.h"
 
 namespace lanvoss::program {
 
@@ -23,13 +23,6 @@ struct Scenario {
   std::uint64_t seed = 1;
   simulated::Habits habits = {};
   std::vector<simulated::Peer> peers = {};
-};
-
-// Tells in one line what is wrong and where: "home.json:7: ..." for what is not JSON, otherwise
-// "home.json: peers[1].pair_ms: ...".
-class ScenarioError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
 };
 
 // Both throw ScenarioError.
