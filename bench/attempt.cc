@@ -227,22 +227,14 @@ void DirectByLibrary(benchmark::State& state) {
   }
 }
 
-void DirectByHand(benchmark::State& state) {
+void DirectByHand(benchmark::State& state, bool withLog) {
   ByHand host;
   for (auto _ : state) {
     const auto begun = Clock::now();
     host.RequestById();
-    NoteTime(state, begun);
-    host.LetGo();
-  }
-}
-
-void DirectByHandWithLog(benchmark::State& state) {
-  ByHand host;
-  for (auto _ : state) {
-    const auto begun = Clock::now();
-    host.RequestById();
-    host.LogDirectRequest();
+    if (withLog) {
+      host.LogDirectRequest();
+    }
     NoteTime(state, begun);
     host.LetGo();
   }
@@ -297,8 +289,8 @@ void WakeUp(benchmark::State& state) {
 BENCHMARK(FoundByLibrary)->Name("found/library")->UseManualTime();
 BENCHMARK(FoundByHand)->Name("found/by_hand")->UseManualTime();
 BENCHMARK(DirectByLibrary)->Name("direct/library")->UseManualTime();
-BENCHMARK(DirectByHand)->Name("direct/by_hand")->UseManualTime();
-BENCHMARK(DirectByHandWithLog)->Name("direct/by_hand_with_log")->UseManualTime();
+BENCHMARK_CAPTURE(DirectByHand, silent, false)->Name("direct/by_hand")->UseManualTime();
+BENCHMARK_CAPTURE(DirectByHand, telling, true)->Name("direct/by_hand_with_log")->UseManualTime();
 BENCHMARK(ReturnOfRequest)->Name("return/library")->UseManualTime();
 BENCHMARK(ReturnByHand)->Name("return/by_hand")->UseManualTime();
 BENCHMARK(WakeUp)->Name("return/wake_up")->UseManualTime();
