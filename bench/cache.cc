@@ -240,9 +240,10 @@ void WriteCopied(benchmark::State& state) {
   const DeviceTable::Records& records = RecordsOf(CountOf(state));
   const std::string path = (WorkDirectory::Path() / "written_copied").string();
   constexpr std::size_t kNumbers = sizeof "10000||||2024-03-01 09:05:03.040";
+  constexpr std::size_t kMostLength = 128;  // of a line
   for (auto _ : state) {
     std::string content;
-    content.reserve(records.size() * 2 * kFields * kNumbers);
+    content.reserve(records.size() * kMostLength);
     for (const auto& [id, record] : records) {
       content.append(kNumbers, '0').append(id).append(record.mac).append(record.name);
     }

@@ -1,8 +1,8 @@
 """Runs the benchmarks and prints one table of ratios: what the library takes beside its peer.
 
-A row's ratio is the median of the repetitions' ratios, both sides of which are interleaved; behind
-it are the quartiles. Where one thread does all the work its processor time counts, else the time
-passed.
+A row's ratio is the median of the repetitions' ratios, both sides of which are interleaved, but for
+different sizes, which have a process each; behind it are the quartiles. Where one thread does all
+the work its processor time counts, else the time passed.
 """
 
 import argparse
@@ -75,7 +75,8 @@ MAPS_COST = "two ordered maps and their texts on the heap, on both sides: see by
 PARSE_COST = "a fifth for `memchr`, a fifth for the heap, a third for the stamps: 17 digits, checked"
 READING_COST = "a file that the caches cannot hold, and first touch of the memory for it"
 NAMES_COST = "names come in random order: every level of the tree is a miss in the caches"
-FORM_COST = "the records' own texts, and for each line 20 to 30 ns for its digits"
+DIGITS_COST = "20 to 30 ns for the digits of each line"
+FORM_COST = f"the records' own texts, and {DIGITS_COST}"
 CONTENTION_COST = "the same locks, see above, and the events' share of them"
 SYSCALLS = "five more system calls: the time to live before each request, and the send time-out"
 
@@ -116,7 +117,7 @@ ROWS = [
     *size_rows("cache write of {} lines, in memory", "write/library", "write/bare", "one `fwrite`",
                1.5, ("", FORM_COST, FORM_COST)),
     *size_rows("cache write of {} lines, in memory", "write/library", "write/copied",
-               "the texts copied, and one `fwrite`", None, (FORM_COST,) * 3),
+               "the texts copied, and one `fwrite`", None, (DIGITS_COST,) * 3),
     Row("1 000 new devices in one pass, on disk", "burst/library", "burst/bare",
         "the same 1 000 writes bare", 2.0, place=DISK, big=True),
     Row("1 000 new devices in one pass, in memory", "burst/library", "burst/bare",
@@ -146,8 +147,9 @@ ROWS = [
         Row(f"{what} of three threads against events", f"contention/{name}/threads:3",
             f"contention/{name}/threads:1", "of one thread", None, why)
         for what, name, why in (
-            ("nothing shared", "nothing", f"{os.cpu_count()} cores for all these threads"),
-            ("three locks of a mutex", "locks", "nearly all of the time it is held"))
+            ("a loop that shares nothing,", "nothing",
+             f"{os.cpu_count()} cores for all these threads"),
+            ("three locks of a mutex,", "locks", "nearly all of the time it is held"))
     ],
     *[
         Row(f"`{operation}` of three threads against events", f"contention/{operation}/threads:3",

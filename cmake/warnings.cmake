@@ -37,8 +37,8 @@ target_compile_options(
             -Wno-restrict
             # Nor are the uninitialised members that it sees in std::regex under the sanitizers.
             -Wno-maybe-uninitialized
-            # Where several sources are compiled as one, it warns of what is well in each of them.
-            -Wno-subobject-linkage
+            # Where many sources are compiled as one, it warns of what is well in each of them.
+            $<$<BOOL:${CMAKE_UNITY_BUILD}>:-Wno-subobject-linkage>
             # An interface of the platform's cannot have one: it would take a slot.
             $<$<PLATFORM_ID:Windows>:-Wno-non-virtual-dtor>>
             $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety

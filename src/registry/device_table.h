@@ -30,7 +30,7 @@ class DeviceTable {
   // Ordered by their keys' bytes. Two devices of one name share its entry in the last two, and the
   // later report wins; their records stay apart.
   Records mapIdRecord;  // in the order of the cache file's lines
-  // The id is the key of its record, which stays where it is: a copy would cost as much again.
+  // Each points into mapIdRecord, where nothing moves or goes: the key there is the name's id.
   std::map<std::string, Records::const_pointer> mapNameId;
   std::map<std::string, Information> mapNameInfo;  // as reported by the watcher
 
