@@ -56,14 +56,13 @@ class PairingRequest final
   STDMETHOD(AcceptWithPin)(HSTRING) noexcept override { return NotUsed(__func__); }
 };
 
-class PairingResult final : public Facade<DevicePairingResultStatus, IDevicePairingResult> {
+class PairingResult final : public Facade<platform::DevicePairingResult, IDevicePairingResult> {
  public:
-  PairingResult(Session& session, DevicePairingResultStatus status)
-      : Facade(session, "DevicePairingResult",
-               std::make_shared<DevicePairingResultStatus>(status)) {}
+  PairingResult(Session& session, std::shared_ptr<platform::DevicePairingResult> result)
+      : Facade(session, "DevicePairingResult", std::move(result)) {}
 
   STDMETHOD(get_Status)(DevicePairingResultStatus* value) noexcept override {
-    return Give(__func__, value, [](DevicePairingResultStatus status) { return status; });
+    return Give(__func__, value, [](auto& result) { return result.Status(); });
   }
   STDMETHOD(get_ProtectionLevelUsed)(DevicePairingProtectionLevel*) noexcept override {
     return NotUsed(__func__);

@@ -23,10 +23,11 @@ bool LogSink::RequestPairDeviceAsync(
 
   WriteLog("PairAsync... GoIntent:" + std::to_string(kGroupOwnerIntent));
   const std::int32_t begun = system_.Clock();
-  const auto status =
+  const auto result =
       custom->PairAsync(platform::DevicePairingKinds::ConfirmOnly,
                         platform::DevicePairingProtectionLevel::Default, parameters);
   WriteLog("PairAsync done dt:" + std::to_string(ElapsedMs(begun, system_.Clock())) + "ms");
+  const auto status = result->Status();
   WriteLog("PairAsync Status: " + PairingStatusName(static_cast<std::int32_t>(status)));
   // Every other status lets the connection be tried: it may come up all the same.
   return status != platform::DevicePairingResultStatus::Failed;

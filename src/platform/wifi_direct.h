@@ -101,6 +101,13 @@ class DevicePairingRequestedEventArgs {
   virtual void Accept() = 0;
 };
 
+class DevicePairingResult {
+ public:
+  virtual ~DevicePairingResult() = default;
+
+  virtual DevicePairingResultStatus Status() = 0;
+};
+
 class DeviceInformationCustomPairing {
  public:
   virtual ~DeviceInformationCustomPairing() = default;
@@ -109,8 +116,8 @@ class DeviceInformationCustomPairing {
       Handler<DeviceInformationCustomPairing, DevicePairingRequestedEventArgs>;
   // Subscribes; the subscription ends with this object.
   virtual EventToken PairingRequested(PairingRequestedHandler handler) = 0;
-  // Runs the ceremony. Blocks until it has ended, without a time limit.
-  virtual DevicePairingResultStatus PairAsync(
+  // Runs the ceremony. Blocks until it has ended, without a time limit. Never none.
+  virtual std::shared_ptr<DevicePairingResult> PairAsync(
       DevicePairingKinds kinds, DevicePairingProtectionLevel minProtectionLevel,
       std::shared_ptr<WiFiDirectConnectionParameters> settings) = 0;
 };

@@ -34,6 +34,7 @@ enum class Call {
   kPreferredPairingProcedure,
   kPairingRequestedSubscribe,
   kPairAsync,
+  kPairingStatus,
   kPairingKind,
   kGetDeferral,
   kAccept,

@@ -59,6 +59,20 @@ class Ceremony final : public platform::DevicePairingRequestedEventArgs, public 
   const std::shared_ptr<Holder> open_;
 };
 
+class SimulatedPairingResult final : public platform::DevicePairingResult, public Counted {
+ public:
+  SimulatedPairingResult(std::shared_ptr<Air> owner, DevicePairingResultStatus status)
+      : Counted(std::move(owner)), status_(status) {}
+
+  DevicePairingResultStatus Status() override {
+    air->faults.Pass(Call::kPairingStatus);
+    return status_;
+  }
+
+ private:
+  const DevicePairingResultStatus status_;
+};
+
 }  // namespace
 
 std::u16string SimulatedInformation::Id() {
@@ -110,20 +124,24 @@ platform::EventToken SimulatedCustomPairing::PairingRequested(PairingRequestedHa
   return requested_.Subscribe(std::move(handler));
 }
 
-DevicePairingResultStatus SimulatedCustomPairing::PairAsync(
+std::shared_ptr<platform::DevicePairingResult> SimulatedCustomPairing::PairAsync(
     platform::DevicePairingKinds kinds, platform::DevicePairingProtectionLevel minProtectionLevel,
     std::shared_ptr<platform::WiFiDirectConnectionParameters> settings) {
   air->faults.Pass(Call::kPairAsync);
-  const bool first = air->Update(index_, [&](PeerState& state) {
+  air->Update(index_, [&](PeerState& state) {
     state.latestPairing.kinds = kinds;
     state.latestPairing.protection = minProtectionLevel;
     if (const auto* parameters = dynamic_cast<const SimulatedParameters*>(settings.get())) {
       parameters->CopyTo(state.latestPairing);
     }
     ++state.pairings;
-    return !std::exchange(state.pairing, true);
   });
-  if (!first) {
+  return std::make_shared<SimulatedPairingResult>(air, PairOnce());
+}
+
+// One ceremony at a time.
+DevicePairingResultStatus SimulatedCustomPairing::PairOnce() {
+  if (air->Update(index_, [](PeerState& state) { return std::exchange(state.pairing, true); })) {
     return DevicePairingResultStatus::OperationAlreadyInProgress;
   }
   try {

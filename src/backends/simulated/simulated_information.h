@@ -60,11 +60,12 @@ class SimulatedCustomPairing final : public platform::DeviceInformationCustomPai
       : Counted(std::move(owner)), index_(index), lane_(air->courier.NewLane()) {}
 
   platform::EventToken PairingRequested(PairingRequestedHandler handler) override;
-  platform::DevicePairingResultStatus PairAsync(
+  std::shared_ptr<platform::DevicePairingResult> PairAsync(
       platform::DevicePairingKinds kinds, platform::DevicePairingProtectionLevel minProtectionLevel,
       std::shared_ptr<platform::WiFiDirectConnectionParameters> settings) override;
 
  private:
+  platform::DevicePairingResultStatus PairOnce();
   platform::DevicePairingResultStatus RunCeremony();
   bool AskHandlers(platform::DevicePairingKinds ceremony);
 

@@ -36,6 +36,24 @@ class WindowsPairingRequest final : public platform::DevicePairingRequestedEvent
   const ComPointer<abi::IDevicePairingRequestedEventArgs> args_;
 };
 
+class WindowsPairingResult final : public platform::DevicePairingResult {
+ public:
+  explicit WindowsPairingResult(ComPointer<abi::IDevicePairingResult> result)
+      : result_(std::move(result)) {
+    if (!result_) {
+      Raise(E_POINTER);
+    }
+  }
+
+  platform::DevicePairingResultStatus Status() override {
+    return Read<platform::DevicePairingResultStatus>(result_,
+                                                     &abi::IDevicePairingResult::get_Status);
+  }
+
+ private:
+  const ComPointer<abi::IDevicePairingResult> result_;
+};
+
 class WindowsCustomPairing final : public platform::DeviceInformationCustomPairing {
  public:
   WindowsCustomPairing(ComPointer<abi::IDeviceInformationCustomPairing> custom,
@@ -53,7 +71,7 @@ class WindowsCustomPairing final : public platform::DeviceInformationCustomPairi
                      });
   }
 
-  platform::DevicePairingResultStatus PairAsync(
+  std::shared_ptr<platform::DevicePairingResult> PairAsync(
       platform::DevicePairingKinds kinds, platform::DevicePairingProtectionLevel minProtectionLevel,
       std::shared_ptr<platform::WiFiDirectConnectionParameters> settings) override {
     // Every parameters object comes from this backend.
@@ -62,8 +80,7 @@ class WindowsCustomPairing final : public platform::DeviceInformationCustomPairi
     const auto operation = Get<abi::IAsyncOperation<abi::IDevicePairingResult*>>(
         custom_, &abi::IDeviceInformationCustomPairing::PairWithProtectionLevelAndSettingsAsync,
         kinds, minProtectionLevel, pairingSettings.Get());
-    return Read<platform::DevicePairingResultStatus>(Await(system_, operation),
-                                                     &abi::IDevicePairingResult::get_Status);
+    return std::make_shared<WindowsPairingResult>(Await(system_, operation));
   }
 
  private:

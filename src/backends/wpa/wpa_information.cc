@@ -46,6 +46,16 @@ class Ceremony final : public platform::DevicePairingRequestedEventArgs {
   const std::shared_ptr<Holder> open_;
 };
 
+class WpaPairingResult final : public platform::DevicePairingResult {
+ public:
+  explicit WpaPairingResult(DevicePairingResultStatus status) : status_(status) {}
+
+  DevicePairingResultStatus Status() override { return status_; }
+
+ private:
+  const DevicePairingResultStatus status_;
+};
+
 }  // namespace
 
 std::u16string IdOf(const std::string& address) {
@@ -79,9 +89,16 @@ platform::EventToken WpaCustomPairing::PairingRequested(PairingRequestedHandler 
   return requested_.Subscribe(std::move(handler));
 }
 
-DevicePairingResultStatus WpaCustomPairing::PairAsync(
+std::shared_ptr<platform::DevicePairingResult> WpaCustomPairing::PairAsync(
     platform::DevicePairingKinds kinds, platform::DevicePairingProtectionLevel,
     std::shared_ptr<platform::WiFiDirectConnectionParameters> settings) {
+  const auto parameters = std::dynamic_pointer_cast<WpaConnectionParameters>(settings);
+  return std::make_shared<WpaPairingResult>(
+      RunCeremony(kinds, parameters == nullptr ? 0 : parameters->Intent()));
+}
+
+DevicePairingResultStatus WpaCustomPairing::RunCeremony(platform::DevicePairingKinds kinds,
+                                                        int ownerIntent) {
   if (kinds != platform::DevicePairingKinds::ConfirmOnly) {
     return DevicePairingResultStatus::NoSupportedProfiles;
   }
@@ -94,8 +111,7 @@ DevicePairingResultStatus WpaCustomPairing::PairAsync(
   if (!AskHandlers()) {
     return DevicePairingResultStatus::RejectedByHandler;
   }
-  const auto parameters = std::dynamic_pointer_cast<WpaConnectionParameters>(settings);
-  return station_->Pair(address_, parameters == nullptr ? 0 : parameters->Intent());
+  return station_->Pair(address_, ownerIntent);
 }
 
 // Whether the handlers accept the ceremony.

@@ -79,11 +79,13 @@ class WpaCustomPairing final : public platform::DeviceInformationCustomPairing,
         lane_(station_->courier.NewLane()) {}
 
   platform::EventToken PairingRequested(PairingRequestedHandler handler) override;
-  platform::DevicePairingResultStatus PairAsync(
+  std::shared_ptr<platform::DevicePairingResult> PairAsync(
       platform::DevicePairingKinds kinds, platform::DevicePairingProtectionLevel minProtectionLevel,
       std::shared_ptr<platform::WiFiDirectConnectionParameters> settings) override;
 
  private:
+  platform::DevicePairingResultStatus RunCeremony(platform::DevicePairingKinds kinds,
+                                                  int ownerIntent);
   bool AskHandlers();
 
   const std::shared_ptr<Station> station_;
