@@ -51,10 +51,11 @@ void LoadObject(benchmark::State& state) {
 
 // The same without the log: the file into the table.
 void LoadTable(benchmark::State& state) {
+  const auto system = posix::CreateSystem();
   const std::string path = CachePathOf(CountOf(state));
   for (auto _ : state) {
     DeviceTable table;
-    const std::string content = ReadCacheFile(path);
+    const std::string content = ReadCacheFile(*system, path);
     for (const auto& text : SplitText(content, "\n")) {
       if (auto line = ParseCacheLine(text)) {
         table.Load(std::move(line->id), std::move(line->record));
@@ -66,9 +67,10 @@ void LoadTable(benchmark::State& state) {
 
 // The file into one record after the other.
 void Parse(benchmark::State& state) {
+  const auto system = posix::CreateSystem();
   const std::string path = CachePathOf(CountOf(state));
   for (auto _ : state) {
-    const std::string content = ReadCacheFile(path);
+    const std::string content = ReadCacheFile(*system, path);
     for (const auto& text : SplitText(content, "\n")) {
       benchmark::DoNotOptimize(ParseCacheLine(text));
     }
@@ -221,8 +223,9 @@ void Write(benchmark::State& state) {
   const DeviceTable::Records& records = RecordsOf(CountOf(state));
   const std::string path = (WorkDirectory::Path() / "written").string() + kCacheFileName;
   std::filesystem::create_directory(WorkDirectory::Path() / "written");
+  const auto system = posix::CreateSystem();
   for (auto _ : state) {
-    WriteCacheFile(path, FormatCache(records));
+    WriteCacheFile(*system, path, FormatCache(records));
   }
 }
 

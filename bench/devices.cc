@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <map>
 
+#include "backends/posix/posix_system.h"
 #include "registry/cache_file.h"
 
 namespace lanvoss::bench {
@@ -42,7 +43,8 @@ const std::filesystem::path& CacheDirectoryOf(std::size_t count) {
   if (directory.empty()) {
     directory = WorkDirectory::Path() / std::to_string(count);
     std::filesystem::create_directory(directory);
-    WriteCacheFile(directory.string() + kCacheFileName, FormatCache(RecordsOf(count)));
+    WriteCacheFile(*posix::CreateSystem(), directory.string() + kCacheFileName,
+                   FormatCache(RecordsOf(count)));
   }
   return directory;
 }

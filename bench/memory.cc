@@ -62,9 +62,10 @@ void MeasureRewrites() {
   constexpr int kFew = 100;
   constexpr int kMany = 10'000;
   const std::string path = (WorkDirectory::Path() / "rewritten").string();
-  const auto rewrite = [&path](int times) {
+  const auto system = posix::CreateSystem();
+  const auto rewrite = [&](int times) {
     for (int i = 0; i < times; ++i) {
-      WriteCacheFile(path, FormatCache(RecordsOf(1'000)));
+      WriteCacheFile(*system, path, FormatCache(RecordsOf(1'000)));
     }
     return ResidentBytes();
   };

@@ -47,8 +47,9 @@ constexpr std::array kCallNames = {"GetDeviceSelector",
                                    "LocalHostName or RemoteHostName",
                                    "DisplayName",
                                    "device Close",
-                                   "opening of an ICMP socket"};
-static_assert(kCallNames.size() == static_cast<std::size_t>(Call::kOpenIcmpSocket) + 1);
+                                   "opening of an ICMP socket",
+                                   "opening of a file"};
+static_assert(kCallNames.size() == simulated::kCalls);
 
 // What is thrown for a story, in a fixed order.
 class Dice {
@@ -186,7 +187,7 @@ PlannedFault InventFault(Dice& dice, Call call) {
   PlannedFault fault{.call = call, .share = dice.Pick({0.03, 0.2, 0.5, 1.0})};
   if (dice.Chance(0.3)) {
     fault.delayMs = dice.Between(1, kLongestDelayMs);
-  } else if (call == Call::kOpenIcmpSocket) {
+  } else if (call == Call::kOpenIcmpSocket || call == Call::kOpenFile) {
     fault.failure.kind = Failure::Kind::kNone;
   } else {
     fault.failure.kind =

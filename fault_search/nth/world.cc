@@ -91,7 +91,7 @@ World::~World() {
 }
 
 Result World::Play(Story story) {
-  LetRadioFail();
+  LetPlatformFail();
   Plant(plan_.failure, plan_.nth, plan_.lasts);
   Open();
   if (lanvoss_ != nullptr) {
@@ -120,9 +120,16 @@ Result World::Play(Story story) {
   return result_;
 }
 
-void World::LetRadioFail() {
+void World::LetPlatformFail() {
   using simulated::Call;
   const Failure failure = plan_.failure;
+  if (failure == Failure::kFile) {
+    air_.faults().OnCall(Call::kOpenFile, [this] {
+      if (IsDue(Failure::kFile)) {
+        air_.faults().FailNth(Call::kOpenFile, 1, {.kind = simulated::Failure::Kind::kNone});
+      }
+    });
+  }
   if (failure == Failure::kFile || failure == Failure::kAllocation) {
     return;
   }

@@ -65,7 +65,7 @@ class World {
  private:
   static void OnNotify(std::string kind, std::string message);
 
-  void LetRadioFail();
+  void LetPlatformFail();
   void Open();
   void Close();
   void Recover();

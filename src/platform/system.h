@@ -1,4 +1,4 @@
-// The contract with the operating system: time, waiting, events, code pages, ICMP.
+// The contract with the operating system: time, waiting, events, files, code pages, ICMP.
 //
 // All blocking of the library goes through here, so whoever implements System owns time. Every
 // operation may be called from any thread, several at once, and raises nothing but std::bad_alloc.
@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <span>
@@ -30,8 +31,8 @@ struct LocalTime {
   friend bool operator==(const LocalTime&, const LocalTime&) = default;
 };
 
-// A manual-reset event: once set it stays set, and every wait passes, until it is reset.
-// Set and Reset never block. An event must be destroyed before its System.
+// A manual-reset event: once set it stays set, and every wait passes, until it is reset. A wait that
+// was under way when it was set passes too, however soon it is reset. Set and Reset never block. An event must be destroyed before its System.
 class Event {
  public:
   virtual ~Event() = default;
@@ -40,6 +41,17 @@ class Event {
   virtual void Reset() = 0;
   // Blocks until the event is set, for `timeoutMs` milliseconds at most. False: it timed out.
   virtual bool Wait(std::uint32_t timeoutMs) = 0;
+};
+
+// An open file; its end closes it.
+struct FileCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+enum class FileUse {
+  kUpdate,   // a file that is there, to be read and written
+  kReplace,  // an empty file, made where there is none
 };
 
 // In the order of the wire: 192.168.49.1 is {192, 168, 49, 1}.
@@ -62,7 +74,7 @@ class IcmpSocket {
   virtual void SetTimeToLive(int hops) = 0;
   // A message that cannot be sent is lost, as any other may be.
   virtual void Send(const Ipv4Address& destination, std::span<const std::uint8_t> message) = 0;
-  // The next datagram, cut at the size of the buffer.
+  // The next datagram. One that is longer than the buffer is a failure.
   virtual Received Receive(std::span<std::uint8_t> buffer) = 0;
 };
 
@@ -70,7 +82,8 @@ class System {
  public:
   virtual ~System() = default;
 
-  // Milliseconds of wall time since the process started; wraps after 2^31.
+  // Milliseconds since the process started, on a clock that a correction of the time of day does not
+  // reach; wraps at 2^31.
   virtual std::int32_t Clock() = 0;
   // Blocks for `milliseconds`.
   virtual void Sleep(std::uint32_t milliseconds) = 0;
@@ -80,6 +93,12 @@ class System {
   virtual LocalTime GetLocalTime() = 0;
   // The current directory; empty when it does not fit into `capacity` bytes with its closing zero.
   virtual std::string CurrentDirectory(std::size_t capacity) = 0;
+
+  // Opens a binary file, unshared: none when anybody has it open, another object of this process
+  // included, when it is no regular file (a pipe, a device, a directory), or when the system
+  // refuses. Does not wait. A file that cannot be opened keeps its content. The path is in the ANSI
+  // code page.
+  virtual File OpenFile(const std::string& path, FileUse use) = 0;
 
   // Into the system's ANSI code page; what it cannot represent becomes its default character.
   virtual std::string WideToAnsi(std::u16string_view wide) = 0;

@@ -7,7 +7,7 @@ namespace lanvoss {
 
 void CDeviceWatcherWinRT::LoadCache() {
   int number = 0;  // position in the file's lines, skipped ones included
-  const std::string content = ReadCacheFile(strCachePath);
+  const std::string content = ReadCacheFile(*platform_.system, strCachePath);
   for (const std::string_view text : SplitText(content, "\n")) {
     ++number;
     auto line = ParseCacheLine(text);
@@ -38,7 +38,7 @@ void CDeviceWatcherWinRT::WriteCache() {
   }
   try {
     while (const auto content = TakeCacheContent()) {
-      WriteCacheFile(strCachePath, *content);
+      WriteCacheFile(*platform_.system, strCachePath, *content);
     }
   } catch (...) {
     const Lock lock(mutex);

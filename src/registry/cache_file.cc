@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include "registry/split_text.h"
@@ -17,11 +16,6 @@ namespace {
 // A guess that spares the content from growing; a longer line only costs time.
 constexpr std::size_t kUsualLineLength = 128;
 
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
 // Whether the path means the file that it says. The file name alone comes from a current directory
 // too long to be told, and would become a file in the root directory; a zero byte would cut it
 // short.
@@ -29,8 +23,9 @@ bool IsPlace(const std::string& path) {
   return path != kCacheFileName && path.find('\0') == std::string::npos;
 }
 
-File OpenCacheFile(const std::string& path, const char* mode) {
-  return File(IsPlace(path) ? std::fopen(path.c_str(), mode) : nullptr);
+platform::File OpenCacheFile(platform::System& system, const std::string& path,
+                             platform::FileUse use) {
+  return IsPlace(path) ? system.OpenFile(path, use) : nullptr;
 }
 
 // 0 for a size that 32 bits cannot hold, or that cannot be told.
@@ -129,9 +124,9 @@ std::string FormatCache(const DeviceTable::Records& records) {
   return content;
 }
 
-std::string ReadCacheFile(const std::string& path) {
+std::string ReadCacheFile(platform::System& system, const std::string& path) {
   // For update: a cache that could not be written later is not read either.
-  const File file = OpenCacheFile(path, "rb+");
+  const auto file = OpenCacheFile(system, path, platform::FileUse::kUpdate);
   if (file == nullptr) {
     return {};
   }
@@ -143,8 +138,9 @@ std::string ReadCacheFile(const std::string& path) {
   return content;
 }
 
-void WriteCacheFile(const std::string& path, const std::string& content) {
-  if (const File file = OpenCacheFile(path, "wb+"); file != nullptr) {
+void WriteCacheFile(platform::System& system, const std::string& path, const std::string& content) {
+  const auto file = OpenCacheFile(system, path, platform::FileUse::kReplace);
+  if (file != nullptr) {
     // A write that fails is made good by the next change, which writes the whole table again.
     static_cast<void>(std::fwrite(content.data(), 1, content.size(), file.get()));
   }

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/system.h"
 #include "registry/device_table.h"
 
 namespace lanvoss {
@@ -26,9 +27,9 @@ std::optional<CacheLine> ParseCacheLine(std::string_view line);
 std::string FormatCache(const DeviceTable::Records& records);
 
 // The file's bytes up to the first zero byte; empty when it cannot be opened for update.
-std::string ReadCacheFile(const std::string& path);
+std::string ReadCacheFile(platform::System& system, const std::string& path);
 
 // Replaces the file's content; a file that cannot be opened is left alone.
-void WriteCacheFile(const std::string& path, const std::string& content);
+void WriteCacheFile(platform::System& system, const std::string& path, const std::string& content);
 
 }  // namespace lanvoss

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,7 +25,10 @@ const Row kHeading = {"NAME", "LAST SEEN", "ADDRESS", "ID"};
 std::vector<CacheLine> ReadDevices(const std::string& directory) {
   const std::string path = (directory.empty() ? "." : directory) + kCacheFileName;
   std::vector<CacheLine> devices;
-  const std::string content = ReadCacheFile(path);
+  // Shared, unlike the library's own reading, which would keep another process from writing.
+  std::ifstream file(path, std::ios::binary);
+  std::string content;
+  std::getline(file, content, '\0');
   for (const std::string_view text : SplitText(content, "\n")) {
     if (auto line = ParseCacheLine(text)) {
       devices.push_back(std::move(*line));

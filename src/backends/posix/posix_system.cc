@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <cstring>
 #include <ctime>
+#include <fcntl.h>
 #include <fstream>
 #include <iterator>
 #include <mutex>
@@ -13,10 +14,13 @@
 #include <netinet/in.h>
 #include <sstream>
 #include <string>
+#include <sys/file.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include "platform/unicode.h"
@@ -62,6 +66,7 @@ class PosixEvent final : public platform::Event {
     {
       const std::lock_guard lock(mutex_);
       set_ = true;
+      ++timesSet_;
     }
     changed_.notify_all();
   }
@@ -71,7 +76,7 @@ class PosixEvent final : public platform::Event {
   }
   bool Wait(std::uint32_t timeoutMs) override {
     std::unique_lock lock(mutex_);
-    const auto isSet = [this] { return set_; };
+    const auto isSet = [this, before = timesSet_] { return set_ || timesSet_ != before; };
     if (timeoutMs == platform::kWaitForever) {
       changed_.wait(lock, isSet);
       return true;
@@ -82,8 +87,21 @@ class PosixEvent final : public platform::Event {
  private:
   std::mutex mutex_;
   std::condition_variable changed_;
-  bool set_;  // guarded by the mutex
+  bool set_;                     // guarded by the mutex, as is the next
+  std::uint64_t timesSet_ = 0;  // so that a wait under way sees a set that was reset at once
 };
+
+bool IsRegular(const struct stat& status) { return S_ISREG(status.st_mode); }
+
+// Whether opening the path can do nothing but open a file. Merely opening a pipe or a device may have
+// effects.
+bool MayOpen(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 ? IsRegular(status) : errno == ENOENT;
+}
+
+// Whether the open file is this process's alone from now on. A file system without locks cannot tell.
+bool LockAlone(int file) { return flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
 
 class PosixIcmpSocket final : public platform::IcmpSocket {
  public:
@@ -114,12 +132,14 @@ class PosixIcmpSocket final : public platform::IcmpSocket {
     using Outcome = platform::Received::Outcome;
     ssize_t length = -1;
     do {
-      length = recv(socket_, buffer.data(), buffer.size(), 0);
+      length = recv(socket_, buffer.data(), buffer.size(), MSG_TRUNC);  // the datagram's own length
     } while (length < 0 && errno == EINTR);
-    if (length >= 0) {
-      return {Outcome::kDatagram, static_cast<std::size_t>(length)};
+    if (length < 0) {
+      return {errno == EAGAIN ? Outcome::kTimedOut : Outcome::kFailed};
     }
-    return {errno == EAGAIN ? Outcome::kTimedOut : Outcome::kFailed};
+    const auto whole = static_cast<std::size_t>(length);
+    return whole > buffer.size() ? platform::Received{Outcome::kFailed}
+                                 : platform::Received{Outcome::kDatagram, whole};
   }
 
  private:
@@ -166,6 +186,30 @@ class PosixSystem final : public platform::System {
   std::string CurrentDirectory(std::size_t capacity) override {
     std::vector<char> buffer(capacity);
     return getcwd(buffer.data(), buffer.size()) == nullptr ? std::string() : buffer.data();
+  }
+
+  platform::File OpenFile(const std::string& path, platform::FileUse use) override {
+    if (!MayOpen(path)) {
+      return nullptr;
+    }
+    constexpr mode_t kAnybodyMayRead = 0666;  // but for what the process's mask takes away
+    const bool replaces = use == platform::FileUse::kReplace;
+    const int opened = open(path.c_str(),
+                            O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (replaces ? O_CREAT : 0),
+                            kAnybodyMayRead);
+    if (opened < 0) {
+      return nullptr;
+    }
+    platform::File file(fdopen(opened, "rb+"));
+    if (file == nullptr) {
+      close(opened);
+      return nullptr;
+    }
+    // The path may mean something else by now.
+    struct stat status {};
+    const bool isOwn = fstat(opened, &status) == 0 && IsRegular(status) && LockAlone(opened);
+    // Emptied only now: until here it may be somebody else's.
+    return isOwn && (!replaces || ftruncate(opened, 0) == 0) ? std::move(file) : nullptr;
   }
 
   std::string WideToAnsi(std::u16string_view wide) override { return platform::Utf16ToUtf8(wide); }

@@ -19,6 +19,7 @@ constexpr std::uint8_t kEchoReply = 0;
 constexpr std::uint8_t kUnreachable = 3;
 constexpr std::uint8_t kEchoRequest = 8;
 constexpr std::uint8_t kTimeExceeded = 11;
+constexpr std::size_t kTooLongLength = 1'025;
 constexpr Ipv4Address kStranger = {10, 99, 99, 99};
 
 // A valid ICMP message sums up to all ones, its checksum included.
@@ -80,6 +81,9 @@ Bytes Answer(Echo echo, const Ipv4Address& device, BytesView request) {
     case Echo::kUnrelated:
       reply[0] = kUnreachable;
       break;
+    case Echo::kTooLong:
+      reply.resize(kTooLongLength);
+      break;
   }
   return Datagram(device, reply);
 }
@@ -136,9 +140,11 @@ class SimulatedIcmpSocket final : public platform::IcmpSocket {
     if (mailbox_->datagrams.empty()) {
       mailbox_->filled->Reset();
     }
-    const std::size_t length = std::min(buffer.size(), datagram.size());
-    std::copy_n(datagram.begin(), length, buffer.begin());
-    return {Outcome::kDatagram, length};
+    if (datagram.size() > buffer.size()) {
+      return {Outcome::kFailed};
+    }
+    std::ranges::copy(datagram, buffer.begin());
+    return {Outcome::kDatagram, datagram.size()};
   }
 
  private:
@@ -170,6 +176,9 @@ class EchoSystem final : public platform::System {
   platform::LocalTime GetLocalTime() override { return beneath_->GetLocalTime(); }
   std::string CurrentDirectory(std::size_t capacity) override {
     return beneath_->CurrentDirectory(capacity);
+  }
+  platform::File OpenFile(const std::string& path, platform::FileUse use) override {
+    return air_->faults.Pass(Call::kOpenFile) ? beneath_->OpenFile(path, use) : nullptr;
   }
   std::string WideToAnsi(std::u16string_view wide) override { return beneath_->WideToAnsi(wide); }
   std::string WideToUtf8(std::u16string_view wide) override { return beneath_->WideToUtf8(wide); }

@@ -69,23 +69,26 @@ unsigned Faults::Failures() const {
 
 bool Faults::Pass(Call call) {
   std::function<void()> hook;
+  {
+    const std::lock_guard lock(mutex_);
+    if (const auto found = hooks_.find(call); found != hooks_.end()) {
+      hook = found->second;
+    }
+  }
+  if (hook) {
+    hook();
+  }
   Order due;
   bool fails = false;
   {
     const std::lock_guard lock(mutex_);
     const unsigned number = ++counts_[call];
-    if (const auto found = hooks_.find(call); found != hooks_.end()) {
-      hook = found->second;
-    }
     if (const auto order = orders_.find(call); order != orders_.end()) {
       due = order->second;
       fails = number >= due.from && number <= due.to &&
               std::generate_canonical<double, 32>(random_) < due.probability;
       failures_ += fails ? 1 : 0;
     }
-  }
-  if (hook) {
-    hook();
   }
   return !fails || Raise(due.failure);
 }

@@ -1,7 +1,8 @@
-// Lets any call across the seam to the radio fail on demand, and the opening of an ICMP socket: the
-// n-th, all from the n-th on, or a share of them.
+// Lets any call across the seam to the radio fail on demand, and the opening of an ICMP socket or of a
+// file: the n-th, all from the n-th on, or a share of them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -47,7 +48,10 @@ enum class Call {
   kDeviceClose,
   // Of the system beneath, which can give none and raises nothing.
   kOpenIcmpSocket,
+  kOpenFile,
 };
+// Their number.
+inline constexpr std::size_t kCalls = static_cast<std::size_t>(Call::kOpenFile) + 1;
 
 struct Failure {
   enum class Kind {
@@ -71,7 +75,8 @@ class Faults {
   void FailFrom(Call call, unsigned nth = 1, Failure failure = {});
   // Each call fails with the given probability.
   void FailShare(Call call, double probability, Failure failure = {});
-  // Runs `hook` inside every such call, before it takes effect; a way to get between two steps.
+  // Runs `hook` at the beginning of every such call, whose failure it may still order; a way to get
+  // between two steps.
   void OnCall(Call call, std::function<void()> hook);
   void Clear();
 

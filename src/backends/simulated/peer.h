@@ -38,6 +38,7 @@ enum class Echo {
   kTimeExceededCut,   // the quote ends before the request's numbers
   kTruncated,         // shorter than its headers
   kUnrelated,         // another ICMP type
+  kTooLong,           // longer than what the probe receives into
 };
 
 enum class Act {

@@ -332,6 +332,11 @@ std::string VirtualTime::CurrentDirectory(std::size_t capacity) {
   return scheduler_->directory.size() < capacity ? scheduler_->directory : std::string();
 }
 
+platform::File VirtualTime::OpenFile(const std::string& path, platform::FileUse use) {
+  return platform::File(
+      std::fopen(path.c_str(), use == platform::FileUse::kReplace ? "wb+" : "rb+"));
+}
+
 std::string VirtualTime::WideToAnsi(std::u16string_view wide) {
   if (scheduler_->codePage == AnsiCodePage::kUtf8) {
     return WideToUtf8(wide);

@@ -46,6 +46,8 @@ class VirtualTime final : public platform::System, public events::Threads {
   std::unique_ptr<platform::Event> CreateManualResetEvent(bool set) override;
   platform::LocalTime GetLocalTime() override;
   std::string CurrentDirectory(std::size_t capacity) override;
+  // The machine's own files, shared as the runtime library shares them.
+  platform::File OpenFile(const std::string& path, platform::FileUse use) override;
   std::string WideToAnsi(std::u16string_view wide) override;
   std::string WideToUtf8(std::u16string_view wide) override;
   std::u16string Utf8ToWide(std::string_view utf8) override;

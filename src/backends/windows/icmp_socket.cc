@@ -59,14 +59,7 @@ class WindowsIcmpSocket final : public platform::IcmpSocket {
     if (length != SOCKET_ERROR) {
       return {Outcome::kDatagram, static_cast<std::size_t>(length)};
     }
-    switch (WSAGetLastError()) {
-      case WSAETIMEDOUT:
-        return {Outcome::kTimedOut};
-      case WSAEMSGSIZE:  // longer than the buffer, which it fills
-        return {Outcome::kDatagram, buffer.size()};
-      default:
-        return {Outcome::kFailed};
-    }
+    return {WSAGetLastError() == WSAETIMEDOUT ? Outcome::kTimedOut : Outcome::kFailed};
   }
 
  private:

@@ -1,7 +1,11 @@
 #include "backends/windows/windows_system.h"
 
-#include <ctime>
+#include <algorithm>
+#include <chrono>
+#include <io.h>
+#include <share.h>
 #include <string>
+#include <utility>
 #include <vector>
 #include <windows.h>
 
@@ -11,7 +15,6 @@
 namespace lanvoss::windows {
 namespace {
 
-static_assert(CLOCKS_PER_SEC == 1000, "clock() counts milliseconds");
 static_assert(platform::kWaitForever == INFINITE);
 
 class WindowsEvent final : public platform::Event {
@@ -31,6 +34,32 @@ class WindowsEvent final : public platform::Event {
   const HANDLE event_;
 };
 
+std::int64_t SteadyMs() {
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+}
+
+// When this process started, on the clock of SteadyMs. The system tells it by the time of day, which
+// may have been corrected since; later corrections do not count.
+std::int64_t ProcessStartMs() {
+  constexpr std::int64_t kFileTimePerMs = 10'000;
+  const auto number = [](const FILETIME& time) {
+    return std::int64_t{time.dwHighDateTime} << 32 | std::int64_t{time.dwLowDateTime};
+  };
+  FILETIME created{};
+  FILETIME unused[3] = {};
+  FILETIME now{};
+  GetSystemTimeAsFileTime(&now);
+  if (GetProcessTimes(GetCurrentProcess(), &created, &unused[0], &unused[1], &unused[2]) == FALSE) {
+    created = now;
+  }
+  return SteadyMs() - std::max<std::int64_t>(0, (number(now) - number(created)) / kFileTimePerMs);
+}
+
+bool IsOnDisk(std::FILE* file) {
+  return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)))) == FILE_TYPE_DISK;
+}
+
 std::string Narrow(UINT codePage, std::u16string_view wide) {
   const int length = static_cast<int>(wide.size());
   const auto convert = [&](char* buffer, int capacity) {
@@ -44,8 +73,9 @@ std::string Narrow(UINT codePage, std::u16string_view wide) {
 
 class WindowsSystem final : public platform::System {
  public:
-  // Of the runtime library: wall time here, not processor time.
-  std::int32_t Clock() override { return std::clock(); }
+  std::int32_t Clock() override {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(SteadyMs() - startMs_));
+  }
 
   void Sleep(std::uint32_t milliseconds) override { ::Sleep(milliseconds); }
 
@@ -65,6 +95,12 @@ class WindowsSystem final : public platform::System {
     std::vector<char> buffer(capacity);
     const DWORD length = GetCurrentDirectoryA(static_cast<DWORD>(capacity), buffer.data());
     return length < capacity ? std::string(buffer.data(), length) : std::string();
+  }
+
+  platform::File OpenFile(const std::string& path, platform::FileUse use) override {
+    const char* const mode = use == platform::FileUse::kReplace ? "wb+" : "rb+";
+    platform::File file(_fsopen(path.c_str(), mode, _SH_DENYRW));
+    return file != nullptr && IsOnDisk(file.get()) ? std::move(file) : nullptr;
   }
 
   std::string WideToAnsi(std::u16string_view wide) override { return Narrow(CP_ACP, wide); }
@@ -88,6 +124,9 @@ class WindowsSystem final : public platform::System {
   std::unique_ptr<platform::IcmpSocket> OpenIcmpSocket() override {
     return windows::OpenIcmpSocket();
   }
+
+ private:
+  const std::int64_t startMs_ = ProcessStartMs();
 };
 
 }  // namespace

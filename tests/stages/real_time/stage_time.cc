@@ -29,6 +29,9 @@ platform::LocalTime StageTime::GetLocalTime() { return system_->GetLocalTime(); 
 std::string StageTime::CurrentDirectory(std::size_t capacity) {
   return system_->CurrentDirectory(capacity);
 }
+platform::File StageTime::OpenFile(const std::string& path, platform::FileUse use) {
+  return system_->OpenFile(path, use);
+}
 std::string StageTime::WideToAnsi(std::u16string_view wide) { return system_->WideToAnsi(wide); }
 std::string StageTime::WideToUtf8(std::u16string_view wide) { return system_->WideToUtf8(wide); }
 std::u16string StageTime::Utf8ToWide(std::string_view utf8) { return system_->Utf8ToWide(utf8); }
