@@ -31,9 +31,11 @@ void Print(const char* text) {
 // Receives until the expected reply arrives from `destination` or nothing comes for a time-out.
 // Whatever else arrives (other processes' replies, late ones, other types) starts a fresh wait.
 bool ReplyArrives(platform::IcmpSocket& socket, std::span<std::uint8_t> buffer,
-                  const platform::Ipv4Address& destination, EchoReply& expected) {
+                  const platform::Ipv4Address& destination, EchoReply& expected,
+                  const std::function<void()>& beforeReceive) {
   using Outcome = platform::Received::Outcome;
   while (true) {
+    beforeReceive();
     const platform::Received received = socket.Receive(buffer);
     if (received.outcome == Outcome::kTimedOut) {
       Print(kTimedOutText);
@@ -51,7 +53,8 @@ bool ReplyArrives(platform::IcmpSocket& socket, std::span<std::uint8_t> buffer,
 
 }  // namespace
 
-int PingHost(platform::System& system, const std::string& host) {
+int PingHost(platform::System& system, const std::string& host,
+             const std::function<void()>& beforeReceive) {
   const auto destination = system.ResolveHost(host);
   if (!destination) {
     Print(kNoSuchHostText);
@@ -70,7 +73,7 @@ int PingHost(platform::System& system, const std::string& host) {
     socket->SetTimeToLive(kEchoTimeToLive);
     EchoReply expected = ExpectReply(processId, sequence);
     socket->Send(*destination, MakeEchoRequest(expected));
-    if (ReplyArrives(*socket, buffer, *destination, expected)) {
+    if (ReplyArrives(*socket, buffer, *destination, expected, beforeReceive)) {
       ++replies;
     }
   }

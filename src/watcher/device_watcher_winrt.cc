@@ -26,6 +26,7 @@ CDeviceWatcherWinRT::CDeviceWatcherWinRT(platform::Platform platform, NotifyCall
 }
 
 CDeviceWatcherWinRT::~CDeviceWatcherWinRT() {
+  gate->BeginDestruction();
   try {
     StopWatcher();
   } catch (...) {

@@ -13,18 +13,99 @@ std::unique_ptr<platform::Event> CreateEventOrThrow(platform::System& system, bo
   return event;
 }
 
-LifetimeGate::LifetimeGate(platform::System& system) : left_(CreateEventOrThrow(system, false)) {}
+class LifetimeGate::Waiter {
+ public:
+  Waiter(LifetimeGate& gate, platform::Event& event) : gate_(gate), event_(&event) {
+    const Lock lock(gate_.mutex_);
+    if (gate_.IsDestroyedByAnother()) {
+      throw ObjectGone();
+    }
+    gate_.waitedFor_.push_back(event_);
+  }
+  ~Waiter() {
+    const Lock lock(gate_.mutex_);
+    auto& all = gate_.waitedFor_;
+    all.erase(std::find(all.begin(), all.end(), event_));
+  }
+  Waiter(const Waiter&) = delete;
+  Waiter& operator=(const Waiter&) = delete;
+
+ private:
+  LifetimeGate& gate_;
+  platform::Event* const event_;
+};
+
+LifetimeGate::LifetimeGate(platform::System& system)
+    : system_(system),
+      ending_(CreateEventOrThrow(system, false)),
+      left_(CreateEventOrThrow(system, false)) {}
 
 void LifetimeGate::CallHost(std::shared_ptr<LifetimeGate> gate, NotifyCallback notify,
                             std::string kind, std::string message) {
   if (notify == nullptr) {
     return;
   }
-  notify(std::move(kind), std::move(message));
-  const Lock lock(gate->mutex_);
-  if (gate->destroyed_) {
+  const auto endIfGone = [&gate] {
+    const Lock lock(gate->mutex_);
+    if (gate->destroyed_) {
+      throw ObjectGone();
+    }
+  };
+  try {
+    notify(std::move(kind), std::move(message));
+  } catch (...) {
+    endIfGone();
+    throw;
+  }
+  endIfGone();
+}
+
+bool LifetimeGate::Wait(platform::Event& event, std::uint32_t timeoutMs) {
+  bool isSet = false;
+  {
+    const Waiter waiter(*this, event);
+    isSet = event.Wait(timeoutMs);
+  }
+  EndIfDestroyed();
+  return isSet;
+}
+
+void LifetimeGate::Sleep(std::uint32_t milliseconds) {
+  bool isDestroyer = false;
+  {
+    const Lock lock(mutex_);
+    if (IsDestroyedByAnother()) {
+      throw ObjectGone();
+    }
+    isDestroyer = destroyer_.has_value();
+  }
+  if (isDestroyer) {
+    system_.Sleep(milliseconds);
+  } else if (ending_->Wait(milliseconds)) {
     throw ObjectGone();
   }
+}
+
+void LifetimeGate::Reset(platform::Event& event) {
+  const Lock lock(mutex_);
+  if (IsDestroyedByAnother()) {
+    throw ObjectGone();
+  }
+  event.Reset();
+}
+
+void LifetimeGate::EndIfDestroyed() {
+  const Lock lock(mutex_);
+  if (IsDestroyedByAnother()) {
+    throw ObjectGone();
+  }
+}
+
+void LifetimeGate::BeginDestruction() {
+  const Lock lock(mutex_);
+  destroyer_ = std::this_thread::get_id();
+  ending_->Set();
+  WakeAll();
 }
 
 void LifetimeGate::Close() {
@@ -34,10 +115,12 @@ void LifetimeGate::Close() {
       closed_ = true;
       if (!OthersInside()) {
         destroyed_ = true;
+        ending_.reset();
         left_.reset();
         return;
       }
       left_->Reset();
+      WakeAll();  // the stop of the watcher may have reset an event since
     }
     left_->Wait(platform::kWaitForever);
   }
@@ -57,6 +140,16 @@ void LifetimeGate::Leave() {
   inside_.erase(std::find(inside_.begin(), inside_.end(), std::this_thread::get_id()));
   if (closed_ && left_ != nullptr) {
     left_->Set();
+  }
+}
+
+bool LifetimeGate::IsDestroyedByAnother() const {
+  return destroyer_ && *destroyer_ != std::this_thread::get_id();
+}
+
+void LifetimeGate::WakeAll() {
+  for (platform::Event* const event : waitedFor_) {
+    event->Set();
   }
 }
 

@@ -1,15 +1,22 @@
 // The gate through which every operation and every event handler enters the watcher object.
 //
-// The destructor closes it: then nobody new gets in, and those inside on other threads are waited
-// for. Those inside on the destructor's own thread cannot be waited for; there the host dropped its
-// last reference from its callback, so the destructor runs inside of them. When the callback
-// returns to such a routine, CallHost ends it with ObjectGone before it touches the object again.
+// The destructor closes it in two steps. From BeginDestruction on, the library's own waits on other
+// threads end with ObjectGone, so that whoever is inside leaves soon; handlers still get in, since
+// the stop of the watcher needs them. From Close on nobody gets in, and those inside on other
+// threads are waited for.
+//
+// Those inside on the destructor's own thread cannot be waited for; there the host dropped its last
+// reference from its callback, so the destructor runs inside of them. When the callback returns to
+// such a routine, or throws into it, CallHost ends it with ObjectGone before it touches the object
+// again.
 //
 // The gate is shared, so that a handler that comes late finds it, closed, when the object is gone.
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -22,8 +29,8 @@
 
 namespace lanvoss {
 
-// Thrown in a routine whose object was destroyed under it, up to the gate. Not a std::exception and
-// never caught elsewhere, except to let it pass.
+// Thrown in a routine whose object is being destroyed, or was destroyed under it, up to the gate. Not
+// a std::exception and never caught elsewhere, except to let it pass.
 struct ObjectGone {};
 
 class LifetimeGate {
@@ -59,6 +66,17 @@ class LifetimeGate {
   static void CallHost(std::shared_ptr<LifetimeGate> gate, NotifyCallback notify, std::string kind,
                        std::string message);
 
+  // The waits of the library's own: all go through here. Once another thread has begun the
+  // destruction, each of them throws ObjectGone, at once.
+  bool Wait(platform::Event& event, std::uint32_t timeoutMs);
+  void Sleep(std::uint32_t milliseconds);
+  // Before a wait for the event: after a reset the end of a wait could be missed.
+  void Reset(platform::Event& event);
+  // For a loop that waits in calls of the platform alone.
+  void EndIfDestroyed();
+
+  // Called once, by the destructor. From now on this thread alone may wait.
+  void BeginDestruction();
   // Closes the gate and waits, without a time limit, until it is empty but for this thread.
   void Close();
 
@@ -68,17 +86,26 @@ class LifetimeGate {
     ~Leaver() { gate.Leave(); }
   };
 
+  // While it lives, its event is set when the destruction begins, and when the gate closes.
+  class Waiter;
+
   bool Enter();
   void Leave();
   bool OthersInside() const LANVOSS_REQUIRES(mutex_);
+  bool IsDestroyedByAnother() const LANVOSS_REQUIRES(mutex_);
+  void WakeAll() LANVOSS_REQUIRES(mutex_);
 
+  platform::System& system_;  // to be used on a thread inside only
   Mutex mutex_;
+  std::optional<std::thread::id> destroyer_ LANVOSS_GUARDED_BY(mutex_);
+  std::vector<platform::Event*> waitedFor_ LANVOSS_GUARDED_BY(mutex_);  // one entry a waiter
   bool closed_ LANVOSS_GUARDED_BY(mutex_) = false;
   bool destroyed_ LANVOSS_GUARDED_BY(mutex_) = false;
   // One entry for each routine inside, with the thread that runs it.
   std::vector<std::thread::id> inside_ LANVOSS_GUARDED_BY(mutex_);
-  // Somebody has left a closed gate. Released when the gate is empty, since the event must not
-  // outlive the System.
+  // The destruction has begun; somebody has left a closed gate. Released when the gate is empty,
+  // since an event must not outlive its System.
+  std::unique_ptr<platform::Event> ending_;
   std::unique_ptr<platform::Event> left_;
 };
 
