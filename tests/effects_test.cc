@@ -1,27 +1,12 @@
 // The order in which effects become visible, what each operation resets, and what leaves it.
 #include <stdexcept>
-#include <utility>
 
 #include "world.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Effects : public World {
- protected:
-  // Calls `act` at the first notification of that kind, or whose message begins so.
-  void At(const std::string& start, std::function<void()> act) {
-    Listen([start, act, done = std::make_shared<bool>(false)](const std::string& kind,
-                                                              const std::string& message) {
-      if ((kind == start || message.starts_with(start)) && !std::exchange(*done, true)) {
-        act();
-      }
-    });
-  }
-  void PauseAt(const std::string& start) {
-    At(start, [this] { Pass(500); });
-  }
-};
+class Effects : public World {};
 
 TEST_F(Effects, TheHostHearsBeforeTheFileIsWrittenAndTheWatcherStopped) {
   air.Add({.name = u"Cam"});

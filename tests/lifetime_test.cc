@@ -1,5 +1,6 @@
 // Construction and destruction, and hosts that call back in, throw, or let go at any moment.
 #include <atomic>
+#include <optional>
 #include <stdexcept>
 
 #include "world.h"
@@ -12,11 +13,12 @@ class Lifetime : public World {
   void SetUp() override {
     World::SetUp();
     WriteFile(CachePath(), "1|idC||Cached|2020-01-01 00:00:00.000\n");
-    air.Add({.name = u"Cam", .id = u"idA"});
+    cam.emplace(air.Add({.name = u"Cam", .id = u"idA"}));
     air.Add({.name = u"Other", .id = u"idB", .appearMs = 100});
   }
 
-  // Watches, connects, loses and closes a link. What the host throws or drops ends it early.
+  // Watches, connects, recovers, loses and closes a link. What the host throws or drops ends it
+  // early.
   void Story() {
     const auto use = [&](auto operation) {
       if (LanvossInterface* const object = lanvoss.get(); object != nullptr) {
@@ -26,12 +28,28 @@ class Lifetime : public World {
     use([](auto& object) { object.StartWatch("Nobody"); });
     Pass(2500);
     use([](auto& object) { object.GetDeviceIp("Cam"); });
+    use([](auto& object) { object.GetDeviceIp("Cam"); });
+    cam->GoSilent();
+    use([](auto& object) { object.PingCheck(); });
+    cam->Answer();
+    use([](auto& object) { object.DisConnect(""); });
+    use([](auto& object) { object.GetDeviceIp("10\nCam"); });
     use([](auto& object) { object.DisConnect(""); });
     use([](auto& object) { object.GetDeviceIp("\nCam"); });
     use([](auto& object) { object.Unpair("Cam"); });
     use([](auto& object) { object.PingCheck(); });
     use([](auto& object) { object.StopWatch(); });
   }
+
+  // Drops the last reference while another thread is inside `operation`, `afterMs` after that began.
+  // Returns how long that took.
+  Duration EndDuring(std::uint32_t afterMs, std::function<void(LanvossInterface&)> operation) {
+    const auto host = Host([object = lanvoss.get(), operation] { operation(*object); });
+    Pass(afterMs);
+    return TimeOf([&] { lanvoss.reset(); });
+  }
+
+  std::optional<PeerHandle> cam;
 
   // Calls `act` at the n-th notification of the story, for every n. Returns how many there were.
   template <typename Act>
@@ -58,19 +76,24 @@ class Lifetime : public World {
   }
 };
 
-TEST_F(Lifetime, TheHostMayLetGoAtAnyNotification) {
+TEST_F(Lifetime, TheHostMayLetGoAtAnyNotificationAndThrow) {
   if (IsTimeFree()) {
     GTEST_SKIP() << "the host would race with itself";
   }
-  std::atomic<int> late = 0;
-  const int notifications = AtEveryNotification([&] {
-    if (lanvoss != nullptr) {  // else it is still being made
-      lanvoss.reset();
-      Listen([&](const std::string&, const std::string&) { ++late; });
-    }
-  });
-  EXPECT_GT(notifications, 50);
-  EXPECT_EQ(late, 0) << "notified after the object was gone";
+  for (const bool throws : {false, true}) {
+    std::atomic<int> late = 0;
+    const int notifications = AtEveryNotification([&] {
+      if (lanvoss != nullptr) {  // else it is still being made
+        lanvoss.reset();
+        Listen([&](const std::string&, const std::string&) { ++late; });
+        if (throws) {
+          throw std::logic_error("from a routine that has no object any more");
+        }
+      }
+    });
+    EXPECT_GT(notifications, 80);
+    EXPECT_EQ(late, 0) << "notified after the object was gone";
+  }
 }
 
 TEST_F(Lifetime, TheHostMayThrowAtAnyNotification) {
@@ -160,13 +183,38 @@ TEST_F(Lifetime, DestructionWaitsForAHandlerInThePlatform) {
   EXPECT_EQ(SinceTheBeginning(), 30'300) << "the open request has no time limit";
 }
 
-TEST_F(Lifetime, TheWatcherOutlivesTheOperationsOnIt) {
+TEST_F(Lifetime, TheEndIsNotHeldUpByAWaitOfTheLibrary) {
   Open();
   air.SetHabits({.ignoredStarts = simulated::kNever});
-  const auto host = Host([object = lanvoss.get()] { object->StartWatch(""); });
+  EXPECT_EQ(EndDuring(1000, [](auto& object) { object.StartWatch(""); }), 0) << "between two starts";
+
+  air.SetHabits({.stopMs = simulated::kNever});
+  Open();
+  lanvoss->StartWatch("");
+  EXPECT_EQ(EndDuring(1000, [](auto& object) { object.StopWatch(); }), 0) << "for the stop";
+
+  air.SetHabits({});
+  Open();
+  EXPECT_LE(EndDuring(1000, [](auto& object) { object.GetDeviceIp("Nobody"); }),
+            5 * (30 + 1000))
+      << "for the end of the attempt: as long as it takes to stop a watch that goes on";
+
+  Connect("Cam");
+  lanvoss->DisConnect("");
+  EXPECT_EQ(EndDuring(1000, [](auto& object) { object.GetDeviceIp("90000\nCam"); }), 0)
+      << "in the gap";
+
+  air.SetHabits({.onClose = LinkEnd::kStaysUp, .onUnpair = LinkEnd::kStaysUp});
+  Connect("Cam");
+  EXPECT_EQ(EndDuring(1000, [](auto& object) { object.DisConnect(""); }), 0) << "for the closing";
   Pass(1000);
-  lanvoss.reset();
-  EXPECT_EQ(SinceTheBeginning(), 60'500);
+  Connect("Cam");
+  cam->GoSilent();
+  EXPECT_EQ(EndDuring(20'000, [](auto& object) { object.PingCheck(); }), 0) << "for the unpairing";
+  Pass(1000);
+  Connect("Cam");
+  EXPECT_EQ(EndDuring(1000, [](auto& object) { object.PingCheck(); }), 2000)
+      << "in the probe, once the receive under way has ended";
 }
 
 TEST_F(Lifetime, ACeremonyThatComesLateFindsTheGateClosed) {
@@ -197,7 +245,7 @@ TEST_F(Lifetime, AConstructionThatFailsSaysWhyAndLeavesNothing) {
 }
 
 TEST_F(Lifetime, WithoutEventsConstructionFails) {
-  for (unsigned nth = 4; nth >= 1; --nth) {
+  for (unsigned nth = 5; nth >= 1; --nth) {
     time->FailEventCreation(nth);
     try {
       Open();

@@ -1,6 +1,7 @@
 #include "world.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -173,6 +174,15 @@ void World::Connect(const std::string& name) {
 void World::Listen(Listener listener) {
   const std::lock_guard lock(mutex_);
   listener_ = std::move(listener);
+}
+
+void World::At(const std::string& start, std::function<void()> act) {
+  Listen([start, act, done = std::make_shared<std::atomic<bool>>(false)](
+             const std::string& kind, const std::string& message) {
+    if ((kind == start || message.starts_with(start)) && !done->exchange(true)) {
+      act();
+    }
+  });
 }
 
 void World::OnNotify(std::string kind, std::string message) {

@@ -90,6 +90,11 @@ class World : public testing::Test {
   void Open() { OpenIn(directory.path.string()); }
   void OpenIn(const std::string& cacheDirectory);
   void Listen(Listener listener);
+  // Calls `act` at the first notification from now on of that kind, or whose message begins so.
+  void At(const std::string& start, std::function<void()> act);
+  void PauseAt(const std::string& start) {
+    At(start, [this] { Pass(500); });
+  }
   // Lets time pass.
   void Pass(std::uint32_t milliseconds) { time->Sleep(milliseconds); }
   // Runs a host thread; the returned handle waits for it.

@@ -15,7 +15,9 @@ void CDeviceWatcherWinRT::ConnDevice(std::string name, std::string id) {
   try {
     WriteLog("(watch) ConnDevice... name=" + name + " id=" + id);
     const std::u16string deviceId = platform_.system->Utf8ToWide(id);
-    PairDevice(name);
+    if (const auto info = InformationOf(name); info != nullptr) {
+      PairDevice(*info);
+    }
     try {
       DropOldDevice();
       OpenDevice(name, deviceId);
@@ -37,32 +39,39 @@ void CDeviceWatcherWinRT::ConnDevice(std::string name, std::string id) {
 }
 
 // Pairs a device that the watcher has reported and the system does not know yet; unpairs it first
-// when a recovery asked for that. Whatever comes of it, the link is tried.
-void CDeviceWatcherWinRT::PairDevice(const std::string& name) {
-  const auto pairing = PairingOf(name);
+// when a recovery asked for that. Whatever comes of it, the link is tried. A device without a
+// pairing object is neither unpaired nor paired.
+void CDeviceWatcherWinRT::PairDevice(platform::DeviceInformation& info) {
+  if (IsRecovering()) {
+    UnpairAndWait(info);
+  }
+  WriteLog("(watch) RequestPairDeviceAsync ...");
+  const auto pairing = info.Pairing();
+  if (pairing != nullptr && !pairing->IsPaired() && !logSink.RequestPairDeviceAsync(pairing)) {
+    std::fputs("(watch) RequestPairDeviceAsync ret\n ", stdout);
+    gate->Sleep(kPairingFailedPauseMs);
+  }
+  WriteLog("(watch) RequestPairDeviceAsync done");
+}
+
+// Unpairs the device and waits until that has taken its link down.
+void CDeviceWatcherWinRT::UnpairAndWait(platform::DeviceInformation& info) {
+  gate->Reset(*hEvStatus);
+  WriteLog("(watch) UnpairAsync ...");
+  const auto pairing = info.Pairing();
   if (pairing == nullptr) {
     return;
   }
-  bool unpairFirst = false;
-  {
-    const Lock lock(mutex);
-    unpairFirst = bRePair;
+  pairing->UnpairAsync();
+  // The status report of the link ends the wait. Without a link none comes.
+  if (!gate->Wait(*hEvStatus, kUnpairWaitMs)) {
+    std::fputs("unpair timer out\n", stdout);
   }
-  if (unpairFirst) {
-    hEvStatus->Reset();
-    WriteLog("(watch) UnpairAsync ...");
-    pairing->UnpairAsync();
-    // Unpairing takes a link down, and its status report ends the wait. Without a link none comes.
-    if (!hEvStatus->Wait(kUnpairWaitMs)) {
-      std::fputs("unpair timer out\n", stdout);
-    }
-  }
-  WriteLog("(watch) RequestPairDeviceAsync ...");
-  if (!pairing->IsPaired() && !logSink.RequestPairDeviceAsync(pairing)) {
-    std::fputs("(watch) RequestPairDeviceAsync ret\n ", stdout);
-    platform_.system->Sleep(kPairingFailedPauseMs);
-  }
-  WriteLog("(watch) RequestPairDeviceAsync done");
+}
+
+bool CDeviceWatcherWinRT::IsRecovering() const {
+  const Lock lock(mutex);
+  return bRePair;
 }
 
 void CDeviceWatcherWinRT::DropOldDevice() {
@@ -81,14 +90,12 @@ void CDeviceWatcherWinRT::OpenDevice(const std::string& name, const std::u16stri
     if (IsAttemptOver(begun)) {
       return;
     }
-    auto device = platform_.wifiDirect->FromIdAsync(id);
-    const bool opened = device != nullptr;
-    HoldDevice(std::move(device));
+    HoldDevice(platform_.wifiDirect->FromIdAsync(id));
     WriteLog("(watch) FromIdAsync done dt:" + std::to_string(ElapsedMs(begun, Now())) + "ms");
-    if (opened) {
+    if (HeldDevice() != nullptr) {
       return;
     }
-    platform_.system->Sleep(kOpenPauseMs);
+    gate->Sleep(kOpenPauseMs);
     WriteLog("(watch) wfdDevice is null,Re FromIdAsync:" + std::to_string(tries) + " " + name);
   }
 }
@@ -113,38 +120,19 @@ bool CDeviceWatcherWinRT::IsAttemptOver(std::int32_t now) {
 // Learns the addresses of an open link and tells the host.
 void CDeviceWatcherWinRT::ReportLink(const std::string& name,
                                      const std::shared_ptr<platform::WiFiDirectDevice>& device) {
-  FollowStatus(device);
+  device->ConnectionStatusChanged([this, shared = gate](auto& sender) {
+    LifetimeGate::Run(shared, [&] { OnConnectionStatusChanged(sender); });
+  });
   const auto pair = device->GetConnectionEndpointPairs()->GetAt(0);
   const std::string local = AddressText(pair->LocalHostName());
   const std::string remote = AddressText(pair->RemoteHostName());
-  {
+  if (!remote.empty()) {  // else nobody can be reached, and the host asks again
     const Lock lock(mutex);
     strDeviceIp = local + "," + remote;
   }
   WriteLog(ConnectedText(name, Now()) + " IPAddress: loc:" + local + " remote:" + remote);
   if (!remote.empty()) {
     Notify("deviceip", remote);
-  }
-}
-
-// Subscribes to the device's status, but only once: a device that could not be closed is reported
-// again when no other could be opened.
-void CDeviceWatcherWinRT::FollowStatus(const std::shared_ptr<platform::WiFiDirectDevice>& device) {
-  {
-    const Lock lock(mutex);
-    if (wfdFollowed.lock() == device) {
-      return;
-    }
-    wfdFollowed = device;
-  }
-  try {
-    device->ConnectionStatusChanged([this, shared = gate](auto& sender) {
-      LifetimeGate::Run(shared, [&] { OnConnectionStatusChanged(sender); });
-    });
-  } catch (...) {
-    const Lock lock(mutex);
-    wfdFollowed.reset();
-    throw;
   }
 }
 
@@ -171,15 +159,10 @@ void CDeviceWatcherWinRT::OnConnectionStatusChanged(platform::WiFiDirectDevice& 
            ConnectionStatusName(static_cast<std::int32_t>(sender.ConnectionStatus())));
 }
 
-// None for a device that the watcher has not reported, or that cannot be paired.
-std::shared_ptr<platform::DeviceInformationPairing> CDeviceWatcherWinRT::PairingOf(
-    const std::string& name) const {
-  DeviceTable::Information info;
-  {
-    const Lock lock(mutex);
-    info = deviceTable.InformationOf(name);
-  }
-  return info == nullptr ? nullptr : info->Pairing();
+// None for a device that the watcher has not reported.
+DeviceTable::Information CDeviceWatcherWinRT::InformationOf(const std::string& name) const {
+  const Lock lock(mutex);
+  return deviceTable.InformationOf(name);
 }
 
 // The host's address text; empty for an endpoint without a host name.

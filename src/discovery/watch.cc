@@ -51,13 +51,23 @@ std::int32_t CDeviceWatcherWinRT::StopWatch() {
 }
 
 std::int32_t CDeviceWatcherWinRT::StartWatcher(std::string name) {
+  {
+    const Lock lock(mutex);
+    strWatchName = std::move(name);
+  }
+  return StartWatcherAgain();
+}
+
+// The same for the name that is watched for now, whoever has asked for it meanwhile.
+std::int32_t CDeviceWatcherWinRT::StartWatcherAgain() {
   std::int32_t result = kFailed;
   try {
+    std::string line = "(watch) Start Watcher...for ";
     {
       const Lock lock(mutex);
-      strWatchName = name;
+      line += strWatchName;
     }
-    WriteLog("(watch) Start Watcher...for " + name);
+    WriteLog(std::move(line));
     if (deviceWatcher != nullptr) {
       if (!IsStarted(*deviceWatcher)) {
         StartPass();
@@ -96,7 +106,7 @@ void CDeviceWatcherWinRT::StartPass() {
       return;
     }
     WriteLog("watch start.try:" + TryText(tries, status, elapsed));
-    platform_.system->Sleep(kStartPauseMs);
+    gate->Sleep(kStartPauseMs);
   }
 }
 
@@ -126,9 +136,9 @@ void CDeviceWatcherWinRT::StopPass() {
   const std::int32_t begun = Now();
   for (int tries = 1; tries <= kStopTries; ++tries) {
     try {
-      hEvStopped->Reset();
+      gate->Reset(*hEvStopped);
       deviceWatcher->Stop();
-      if (!hEvStopped->Wait(kStopWaitMs)) {
+      if (!gate->Wait(*hEvStopped, kStopWaitMs)) {
         std::fputs("(watch) stop watch timer out\n", stdout);
       }
       const auto status = deviceWatcher->Status();
@@ -142,7 +152,7 @@ void CDeviceWatcherWinRT::StopPass() {
       WriteLog("(watch) Error StopWatch: " + ToAnsi(error.Message()) + ".Status is " +
                StatusName(deviceWatcher->Status()) + ". try:" + std::to_string(tries));
     }
-    platform_.system->Sleep(kStopPauseMs);
+    gate->Sleep(kStopPauseMs);
   }
 }
 

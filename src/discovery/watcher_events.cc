@@ -20,8 +20,9 @@ void CDeviceWatcherWinRT::WatchDeviceAdded(platform::DeviceWatcher& sender,
   }
   WriteLog(numbers + " WatchDeviceAdded:" + name + " id:" + id.substr(0, id.find('\0')));
   if (RecordDevice(name, id, std::move(info))) {
-    WriteCache();
+    NoteCacheChange();
   }
+  WriteCache();
   if (TakeFind(name)) {
     ActOnFind(sender, name, id);
   }
@@ -113,39 +114,38 @@ void CDeviceWatcherWinRT::OnEnumerationCompleted(platform::DeviceWatcher& sender
   sender.Stop();
 }
 
-// Ends the watch or starts its next pass. What it decides rests on one look at the fields, so that
-// a request that begins meanwhile is not taken for the finished one.
+// Ends the watch or starts its next pass. A request may begin at any notification and line here, so
+// what follows one looks at the fields again.
 void CDeviceWatcherWinRT::OnWatcherStopped(platform::DeviceWatcher&) {
   hEvStopped->Set();
   Notify("stopdone", "DeviceWatcher stopped");
 
   const std::int32_t now = Now();
-  std::string lost;   // the line of a watched device that is gone
-  std::string again;  // the name to watch for in the next pass
-  bool found = false;
+  std::string lost;  // the line of a watched device that is gone
+  bool again = false;
   {
     const Lock lock(mutex);
-    found = IsFound();
     const bool connects = nWatchMode == kConnectOnFind;
-    if (!connects && found && !strWatchName.empty() &&
-        !deviceTable.mapNameInfo.contains(strWatchName)) {
+    const bool isNamed = !strWatchName.empty();
+    if (!connects && IsFound() && isNamed && !deviceTable.mapNameInfo.contains(strWatchName)) {
       lost = "(watch) DeviceWatcher stopped. no Dev=" + strWatchName +
              " nowatch:" + std::to_string(ElapsedMs(tFound, now)) + "ms(" +
              std::to_string(nWatchTry) + ")" + FlagsText();
-    } else if (!bDisConnect && strDeviceIp.empty() &&
-               (!connects || ElapsedMs(tStart, now) < kAttemptLimitMs)) {
-      again = strWatchName;
+    } else {
+      const bool inTime = !connects || ElapsedMs(tStart, now) < kAttemptLimitMs;
+      again = !bDisConnect && strDeviceIp.empty() && isNamed && inTime;
     }
   }
   if (!lost.empty()) {
     WriteLog(std::move(lost));
     hEvDone->Set();
-  } else if (!again.empty()) {
+  } else if (again) {
     WriteLog("(watch) DeviceWatcher stopped,re watch");
-    StartWatcher(std::move(again));
+    StartWatcherAgain();
   } else {
     WriteLog("(watch) DeviceWatcher stopped.");
-    if (!found) {
+    const Lock lock(mutex);
+    if (!IsFound()) {
       hEvDone->Set();
     }
   }

@@ -25,33 +25,56 @@ void CDeviceWatcherWinRT::LoadCache() {
   }
 }
 
-// One thread writes at a time. A change that arrives meanwhile is left to that thread, which writes
-// again until the file holds the table as it is; so the last state wins and nobody waits.
-void CDeviceWatcherWinRT::WriteCache() {
-  {
-    const Lock lock(mutex);
-    bCacheChanged = true;
-    if (bCacheWriting) {
-      return;
-    }
-    bCacheWriting = true;
-  }
-  try {
-    while (const auto content = TakeCacheContent()) {
-      WriteCacheFile(*platform_.system, strCachePath, *content);
-    }
-  } catch (...) {
-    const Lock lock(mutex);
-    bCacheWriting = false;
-    throw;
-  }
+void CDeviceWatcherWinRT::NoteCacheChange() {
+  const Lock lock(mutex);
+  bCacheChanged = true;
 }
 
-// The content that the file should have; none, which also ends the writing, when it has it already.
-std::optional<std::string> CDeviceWatcherWinRT::TakeCacheContent() {
+// Writes the file when the table has changed. One thread writes at a time. A change that arrives
+// meanwhile is left to that thread, which writes again until the file holds the table as it is; so
+// the last state wins and nobody waits. What a write that threw has left undone is written with the
+// next report.
+void CDeviceWatcherWinRT::WriteCache() {
+  if (!BeginCacheWrite()) {
+    return;
+  }
+  do {
+    try {
+      WriteCacheFile(*platform_.system, strCachePath, TakeCacheContent());
+    } catch (...) {
+      if (!KeepCacheChange()) {
+        throw;
+      }
+    }
+  } while (!EndCacheWrite());
+}
+
+// Whether there is something to write and nobody who writes; from now on this thread does.
+bool CDeviceWatcherWinRT::BeginCacheWrite() {
   const Lock lock(mutex);
-  bCacheWriting = std::exchange(bCacheChanged, false);
-  return bCacheWriting ? std::optional(FormatCache(deviceTable.mapIdRecord)) : std::nullopt;
+  return bCacheChanged && !std::exchange(bCacheWriting, true);
+}
+
+// What the file should hold now.
+std::string CDeviceWatcherWinRT::TakeCacheContent() {
+  const Lock lock(mutex);
+  bCacheChanged = false;
+  return FormatCache(deviceTable.mapIdRecord);
+}
+
+// After a write that threw: the table's change is still to be written. Whether this thread has to,
+// because another one has left a change to it; otherwise it writes no more.
+bool CDeviceWatcherWinRT::KeepCacheChange() {
+  const Lock lock(mutex);
+  bCacheWriting = std::exchange(bCacheChanged, true);
+  return bCacheWriting;
+}
+
+// Whether the file holds the table as it is; if so, this thread writes no more.
+bool CDeviceWatcherWinRT::EndCacheWrite() {
+  const Lock lock(mutex);
+  bCacheWriting = bCacheChanged;
+  return !bCacheWriting;
 }
 
 }  // namespace lanvoss

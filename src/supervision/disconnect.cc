@@ -30,7 +30,8 @@ std::int32_t CDeviceWatcherWinRT::DisConnect(std::string /*unused*/) {
 
 std::int32_t CDeviceWatcherWinRT::Unpair(std::string name) {
   return LifetimeGate::Run(gate, kDone, [&] {
-    if (const auto pairing = PairingOf(name); pairing != nullptr) {
+    const auto info = InformationOf(name);
+    if (const auto pairing = info == nullptr ? nullptr : info->Pairing(); pairing != nullptr) {
       pairing->UnpairAsync();
       WriteLog("(watch) UnpairAsync OK");
     } else {
@@ -51,22 +52,21 @@ std::int32_t CDeviceWatcherWinRT::DoDisConnect() {
   } catch (const platform::CancelledError& error) {
     WriteLog("(watch) DoDisConnect Err:" + ToAnsi(error.Message()));
   }
-  const bool held = HeldDevice() != nullptr;
-  WriteLog(std::string("(watch) DoDisConnect done,do:") + (held ? "err" : "ok"));
+  WriteLog(std::string("(watch) DoDisConnect done,do:") + (HeldDevice() ? "err" : "ok"));
   const std::int32_t now = Now();
   const Lock lock(mutex);
   tDisConnected = now;
-  return held ? 1 : 0;
+  return wfdDevice == nullptr ? 0 : 1;
 }
 
 void CDeviceWatcherWinRT::CloseDevice() {
   // Not reset between the tries: once the status has been reported, later waits return at once.
-  hEvStatus->Reset();
+  gate->Reset(*hEvStatus);
   for (int tries = 1; tries <= kCloseTries; ++tries) {
     if (const auto device = HeldDevice(); device != nullptr) {
       device->Close();
     }
-    if (!hEvStatus->Wait(kCloseWaitMs)) {
+    if (!gate->Wait(*hEvStatus, kCloseWaitMs)) {
       WriteLog("(watch) DoDisConnect timer out,try:" + std::to_string(tries));
     }
     const auto device = HeldDevice();

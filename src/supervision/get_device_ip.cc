@@ -57,16 +57,16 @@ std::string CDeviceWatcherWinRT::RequestDeviceIp(const std::string& text) {
   const std::string& name = request.name;
 
   KeepGap(name, request.gapMs);
-  if (std::string address = ConnectedAddress(name); !address.empty()) {
-    WriteLog("(watch) Dev " + name + " is Connected,return ip=" + address);
-    return address;
+  if (IsConnected(name)) {
+    WriteLog("(watch) Dev " + name + " is Connected,return ip=" + DeviceIp());
+    return DeviceIp();
   }
   BeginAttempt();
   if (!request.direct) {
     StartWatcher(name);
   } else if (const auto id = RememberedId(name)) {
     WriteLog("(watch) Connect Dev for id,name=" + name + " id=" + *id);
-    ConnectById(name, *id);
+    ConnectById(name);
   } else {
     WriteLog("(watch) Connect Dev for watch ... " + name);
     StartWatcher(name);
@@ -83,28 +83,28 @@ std::string CDeviceWatcherWinRT::RequestDeviceIp(const std::string& text) {
 
 // Waits until the last disconnect is `gapMs` ago.
 void CDeviceWatcherWinRT::KeepGap(const std::string& name, std::int32_t gapMs) {
-  std::int32_t disconnected = 0;
+  const std::int32_t now = Now();
+  std::int32_t elapsed = 0;
   {
     const Lock lock(mutex);
-    disconnected = tDisConnected;
+    if (tDisConnected < 1 || gapMs < 1) {
+      return;
+    }
+    elapsed = ElapsedMs(tDisConnected, now);
   }
-  if (disconnected < 1 || gapMs < 1) {
-    return;
-  }
-  const std::int32_t elapsed = ElapsedMs(disconnected, Now());
-  // Negative: longer ago than the clock's 24 days can tell, and so than any gap.
-  if (elapsed >= 0 && elapsed < gapMs) {
-    const std::int32_t remaining = gapMs - elapsed;
+  // Negative when the clock has wrapped meanwhile; then the whole gap is kept once more.
+  const std::int32_t remaining = gapMs - std::max(elapsed, 0);
+  if (remaining > 0) {
     WriteLog("(watch) Con Dev name=" + name + ",Sleep=" + std::to_string(remaining) + "ms");
-    platform_.system->Sleep(static_cast<std::uint32_t>(remaining));
+    gate->Sleep(static_cast<std::uint32_t>(remaining));
   }
 }
 
-// The address of the link when it is a link to `name`, else empty. From here on finds connect.
-std::string CDeviceWatcherWinRT::ConnectedAddress(const std::string& name) {
+// Whether there is a link to `name`. From here on finds connect.
+bool CDeviceWatcherWinRT::IsConnected(const std::string& name) {
   const Lock lock(mutex);
   nWatchMode = kConnectOnFind;
-  return name == strWatchName ? strDeviceIp : std::string();
+  return name == strWatchName && !strDeviceIp.empty();
 }
 
 void CDeviceWatcherWinRT::BeginAttempt() {
@@ -114,7 +114,7 @@ void CDeviceWatcherWinRT::BeginAttempt() {
   tConnected = tStart;
   nFromIdTry = 0;
   bRePair = false;
-  hEvDone->Reset();
+  gate->Reset(*hEvDone);
 }
 
 std::optional<std::string> CDeviceWatcherWinRT::RememberedId(const std::string& name) const {
@@ -124,14 +124,14 @@ std::optional<std::string> CDeviceWatcherWinRT::RememberedId(const std::string& 
 }
 
 // ConnDevice on this thread. Meanwhile a find by the watcher starts no connection of its own.
-void CDeviceWatcherWinRT::ConnectById(const std::string& name, const std::string& id) {
+void CDeviceWatcherWinRT::ConnectById(const std::string& name) {
   const auto setConnectting = [this](bool connectting) {
     const Lock lock(mutex);
     bConnectting = connectting;
   };
   setConnectting(true);
   try {
-    ConnDevice(name, id);
+    ConnDevice(name, *RememberedId(name));
   } catch (const ObjectGone&) {
     throw;
   } catch (...) {
@@ -143,7 +143,7 @@ void CDeviceWatcherWinRT::ConnectById(const std::string& name, const std::string
 
 // Blocks until the attempt has finished or has taken too long, and then stops the watcher.
 void CDeviceWatcherWinRT::WaitForAttempt() {
-  if (!hEvDone->Wait(kDoneWaitMs)) {
+  if (!gate->Wait(*hEvDone, kDoneWaitMs)) {
     StopWatcher();
     std::fputs("watch timer out\n", stdout);
   }

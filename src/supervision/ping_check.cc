@@ -18,7 +18,8 @@ std::string CDeviceWatcherWinRT::CheckLink() {
   }
   const std::int32_t begun = Now();
   WriteLog("(watch) ping ...");
-  const int replies = PingHost(*platform_.system, std::string(addresses[1]));
+  const int replies = PingHost(*platform_.system, std::string(addresses[1]),
+                               [this] { gate->EndIfDestroyed(); });
   WriteLog("(watch) ping done ret:" + std::to_string(replies) +
            " dt:" + std::to_string(ElapsedMs(begun, Now())) +
            "ms DisConnect:" + std::to_string(IsGivenUp()));
@@ -51,28 +52,26 @@ CDeviceWatcherWinRT::LinkVerdict CDeviceWatcherWinRT::JudgeLink(int replies, std
   }
   bRePair = true;
   strDeviceIp.clear();
-  hEvDone->Reset();
+  gate->Reset(*hEvDone);
   return LinkVerdict::kRecover;
 }
 
 // Unpairs, pairs and connects anew: on this thread when the watcher has reported the device, else
 // through the watcher.
 void CDeviceWatcherWinRT::Recover(const std::string& name) {
-  std::optional<std::string> id;
-  {
-    const Lock lock(mutex);
-    const std::string* known = deviceTable.IdOf(name);
-    if (known != nullptr && deviceTable.InformationOf(name) != nullptr) {
-      id = *known;
-    }
-  }
-  if (id) {
+  if (IsKnown(name)) {
     WriteLog("(watch) Ping Failed,Unpair,Re Pair... " + name);
-    ConnDevice(name, *id);
+    ConnDevice(name, *RememberedId(name));
   } else {
     WriteLog("(watch) Ping Failed,Watch,Unpair,Re Pair... " + name);
-    StartWatcher(name);
+    StartWatcherAgain();
   }
+}
+
+// Whether the watcher has reported the device, so that it can be unpaired and paired.
+bool CDeviceWatcherWinRT::IsKnown(const std::string& name) const {
+  const Lock lock(mutex);
+  return deviceTable.IdOf(name) != nullptr && deviceTable.InformationOf(name) != nullptr;
 }
 
 bool CDeviceWatcherWinRT::IsGivenUp() const {

@@ -51,7 +51,8 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::int32_t Unpair(std::string name) override;          // supervision/disconnect.cc
   std::string PingCheck() override;                        // supervision/ping_check.cc
 
-  // Stops the watcher and waits until no operation or handler runs on another thread.
+  // Ends the library's own waits on other threads, stops the watcher, and waits until no operation
+  // or handler runs on another thread.
   virtual ~CDeviceWatcherWinRT();
 
   CDeviceWatcherWinRT(const CDeviceWatcherWinRT&) = delete;
@@ -77,11 +78,16 @@ class CDeviceWatcherWinRT : public LanvossInterface {
 
   // registry/cache.cc
   void LoadCache();
+  void NoteCacheChange();
   void WriteCache();
-  std::optional<std::string> TakeCacheContent();
+  bool BeginCacheWrite();
+  std::string TakeCacheContent();
+  bool KeepCacheChange();
+  bool EndCacheWrite();
 
   // discovery/watch.cc: the bodies of StartWatch and StopWatch, for callers inside the gate
   std::int32_t StartWatcher(std::string name);
+  std::int32_t StartWatcherAgain();
   void StartPass();
   std::int32_t StopWatcher();
   void StopPass();
@@ -100,16 +106,17 @@ class CDeviceWatcherWinRT : public LanvossInterface {
 
   // connection/conn_device.cc
   void ConnDevice(std::string name, std::string id);
-  void PairDevice(const std::string& name);
+  void PairDevice(platform::DeviceInformation& info);
+  void UnpairAndWait(platform::DeviceInformation& info);
+  bool IsRecovering() const;
   void DropOldDevice();
   void OpenDevice(const std::string& name, const std::u16string& id);
   bool IsAttemptOver(std::int32_t now);
   void ReportLink(const std::string& name,
                   const std::shared_ptr<platform::WiFiDirectDevice>& device);
-  void FollowStatus(const std::shared_ptr<platform::WiFiDirectDevice>& device);
   std::string ConnectedText(const std::string& name, std::int32_t now);
   void OnConnectionStatusChanged(platform::WiFiDirectDevice& sender);
-  std::shared_ptr<platform::DeviceInformationPairing> PairingOf(const std::string& name) const;
+  DeviceTable::Information InformationOf(const std::string& name) const;
   std::string AddressText(const std::shared_ptr<platform::HostName>& host) const;
   std::shared_ptr<platform::WiFiDirectDevice> HeldDevice() const;
   void HoldDevice(std::shared_ptr<platform::WiFiDirectDevice> device);
@@ -117,10 +124,10 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   // supervision/get_device_ip.cc
   std::string RequestDeviceIp(const std::string& text);
   void KeepGap(const std::string& name, std::int32_t gapMs);
-  std::string ConnectedAddress(const std::string& name);
+  bool IsConnected(const std::string& name);
   void BeginAttempt();
   std::optional<std::string> RememberedId(const std::string& name) const;
-  void ConnectById(const std::string& name, const std::string& id);
+  void ConnectById(const std::string& name);
   void WaitForAttempt();
   std::string FailureText(const std::string& name) const;
   std::string DeviceIp() const;
@@ -135,6 +142,7 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::string CheckLink();
   LinkVerdict JudgeLink(int replies, std::string& name);
   void Recover(const std::string& name);
+  bool IsKnown(const std::string& name) const;
   bool IsGivenUp() const;
 
   // What stands beneath. First, so that it outlives every other member.
@@ -167,7 +175,7 @@ class CDeviceWatcherWinRT : public LanvossInterface {
 
   const NotifyCallback pfnNotify;  // may be null
   DeviceTable deviceTable LANVOSS_GUARDED_BY(mutex);
-  // Of WriteCache: somebody is writing; the table has changed since.
+  // Of WriteCache: somebody is writing; the table has changed since the latest content was taken.
   bool bCacheWriting LANVOSS_GUARDED_BY(mutex) = false;
   bool bCacheChanged LANVOSS_GUARDED_BY(mutex) = false;
 
@@ -180,8 +188,6 @@ class CDeviceWatcherWinRT : public LanvossInterface {
 
   const LogSink logSink;
   std::shared_ptr<platform::WiFiDirectDevice> wfdDevice LANVOSS_GUARDED_BY(mutex);
-  // Whose status the object has subscribed to last.
-  std::weak_ptr<platform::WiFiDirectDevice> wfdFollowed LANVOSS_GUARDED_BY(mutex);
   // The longest attempt since StartWatch or AbortConnect.
   std::int32_t nMaxConnectMs LANVOSS_GUARDED_BY(mutex) = 0;
   std::int32_t tDisConnected LANVOSS_GUARDED_BY(mutex) = 0;  // 0: no disconnect to keep a gap from

@@ -167,16 +167,6 @@ void Air::Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::size_t
   }
 }
 
-void Air::NoteStatusSubscriptions(unsigned count) {
-  const std::lock_guard lock(mutex_);
-  mostStatusSubscriptions_ = std::max(mostStatusSubscriptions_, count);
-}
-
-unsigned Air::MostStatusSubscriptions() const {
-  const std::lock_guard lock(mutex_);
-  return mostStatusSubscriptions_;
-}
-
 std::pair<std::vector<Echo>, std::uint32_t> Air::EchoesFrom(const platform::Ipv4Address& address) {
   for (std::size_t index = 0; index < PeerCount(); ++index) {
     const auto remote = StateOf(index).peer.remoteAddress;

@@ -85,10 +85,6 @@ class Air : public std::enable_shared_from_this<Air> {
     }
   }
 
-  // One device object has had that many.
-  void NoteStatusSubscriptions(unsigned count);
-  unsigned MostStatusSubscriptions() const;
-
   // What comes back, and after how many milliseconds, for an echo request to that address.
   std::pair<std::vector<Echo>, std::uint32_t> EchoesFrom(const platform::Ipv4Address& address);
 
@@ -115,7 +111,6 @@ class Air : public std::enable_shared_from_this<Air> {
   std::vector<PeerState> peers_;
   std::vector<std::weak_ptr<SimulatedWatcher>> watchers_;
   std::vector<std::weak_ptr<SimulatedDevice>> devices_;
-  unsigned mostStatusSubscriptions_ = 0;
 
  public:
   // Last, so that their threads end before the rest goes.

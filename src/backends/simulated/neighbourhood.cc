@@ -90,7 +90,6 @@ Faults& Neighbourhood::faults() { return air_->faults; }
 void Neighbourhood::AbortWatchers() { air_->AbortWatchers(); }
 void Neighbourhood::ReleaseHangs() { air_->ReleaseHangs(); }
 unsigned Neighbourhood::LiveObjects() const { return air_->liveObjects; }
-unsigned Neighbourhood::MostStatusSubscriptions() const { return air_->MostStatusSubscriptions(); }
 unsigned Neighbourhood::EscapedExceptions() const { return air_->escapedExceptions; }
 
 }  // namespace lanvoss::simulated

@@ -88,8 +88,6 @@ class Neighbourhood {
 
   // Platform objects that somebody still holds; 0 when nothing has leaked.
   unsigned LiveObjects() const;
-  // The most subscriptions to status changes that one device object has had.
-  unsigned MostStatusSubscriptions() const;
   // Exceptions that left an event handler, which a platform reports and survives.
   unsigned EscapedExceptions() const;
 

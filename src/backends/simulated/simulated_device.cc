@@ -72,13 +72,8 @@ platform::WiFiDirectConnectionStatus SimulatedDevice::ConnectionStatus() {
 platform::EventToken SimulatedDevice::ConnectionStatusChanged(
     platform::PlainHandler<platform::WiFiDirectDevice> handler) {
   air->faults.Pass(Call::kConnectionStatusSubscribe);
-  platform::EventToken token = 0;
-  {
-    const std::lock_guard lock(mutex_);
-    token = statusChanged_.Subscribe(std::move(handler));
-  }
-  air->NoteStatusSubscriptions(static_cast<unsigned>(token));  // they are numbered from 1
-  return token;
+  const std::lock_guard lock(mutex_);
+  return statusChanged_.Subscribe(std::move(handler));
 }
 
 std::shared_ptr<platform::EndpointPairView> SimulatedDevice::GetConnectionEndpointPairs() {
