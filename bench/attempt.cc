@@ -186,7 +186,9 @@ class ByHand {
   std::binary_semaphore stopped_{0};
   std::unique_ptr<platform::Event> done_ = system_.CreateManualResetEvent(false);
   std::unique_ptr<platform::Event> status_ = system_.CreateManualResetEvent(false);
-  std::shared_ptr<platform::DeviceWatcher> watcher_ = air_.radio->CreateWatcher(u"", {});
+  std::shared_ptr<platform::DeviceWatcher> watcher_ = air_.radio->CreateWatcher(
+      air_.radio->GetDeviceSelector(platform::WiFiDirectDeviceSelectorType::AssociationEndpoint),
+      {platform::kInformationElements});
   std::string id_;
   std::string address_;
   std::shared_ptr<platform::DeviceInformation> info_;

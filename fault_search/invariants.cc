@@ -25,9 +25,8 @@ constexpr std::int64_t kConnectMs = worst_case::ConnectMs(kLongestLatencyMs, kOn
 constexpr std::int64_t kAttemptMs =
     kConnectMs + worst_case::kStartMs + worst_case::kDoneMs + worst_case::kStopMs;
 
-// A side whose host name the platform did not give is empty.
 bool IsSide(std::string_view text, const std::optional<std::u16string>& address) {
-  return text.empty() || (address && text == platform::Utf16ToUtf8(*address));
+  return address && text == platform::Utf16ToUtf8(*address);
 }
 
 // The stamped lines of standard output, without their stamps. A bare line may end in a blank, which
@@ -75,9 +74,14 @@ std::int64_t LongestMs(const Step& step, const Story& story) {
   return 0;
 }
 
-std::string CheckDuration(const Step& step, std::int64_t tookMs, std::int64_t allowedMs) {
+std::int64_t LongestEndMs(const Story& story) {
+  return worst_case::EndMs(std::max<std::int64_t>(kLongestLatencyMs, kOneOpenMs)) +
+         (Hangs(story) ? kScriptsEndMs : 0);
+}
+
+std::string CheckDuration(const std::string& what, std::int64_t tookMs, std::int64_t allowedMs) {
   return tookMs <= allowedMs ? std::string()
-                             : Tell(step) + " took " + std::to_string(tookMs) + " ms instead of " +
+                             : what + " took " + std::to_string(tookMs) + " ms instead of " +
                                    std::to_string(allowedMs) + " at most";
 }
 
@@ -97,7 +101,9 @@ std::string CheckAddress(const std::string& address, const std::vector<simulated
   const std::string remote = comma == std::string::npos ? "" : address.substr(comma + 1);
   const bool isKnown =
       address.empty() || std::any_of(opened.begin(), opened.end(), [&](const auto& peer) {
-        return IsSide(local, peer.localAddress) && IsSide(remote, peer.remoteAddress);
+        // The local side is empty where the platform did not give it.
+        return (local.empty() || IsSide(local, peer.localAddress)) &&
+               IsSide(remote, peer.remoteAddress);
       });
   return isKnown ? std::string() : "no link was opened that has the addresses " + address;
 }

@@ -1,11 +1,12 @@
 // What holds in every story, whatever the platform and the host do.
 //
 // Each check returns what is wrong, or nothing. The rules:
-//  - An operation ends within its stated worst case, which grows only by what hangs or is late in
-//    the platform and by what the host does in its callbacks.
+//  - An operation ends within its stated worst case, and so does the object; it grows only by what
+//    hangs or is late in the platform and by what the host does in its callbacks.
 //  - Whoever waits for the end of an attempt is released the moment that one ends, or the watcher
 //    was stopped.
-//  - An address text is empty, or the pair of addresses of a device to which a link was opened.
+//  - An address text is empty, or the addresses of a device to which a link was opened; the local
+//    one may be missing.
 //  - A link that was reported down is not called connected before another one was up.
 //  - Every stamped line is told to the host as "info", in the same order, and nothing else is.
 //  - The numbers in a line about a link agree with each other.
@@ -32,8 +33,10 @@ using Lines = std::vector<std::string>;
 
 // The worst case of an operation, in virtual milliseconds.
 std::int64_t LongestMs(const Step& step, const Story& story);
+// The same of the end of an object.
+std::int64_t LongestEndMs(const Story& story);
 
-std::string CheckDuration(const Step& step, std::int64_t tookMs, std::int64_t allowedMs);
+std::string CheckDuration(const std::string& what, std::int64_t tookMs, std::int64_t allowedMs);
 // `opened`: the devices to which a link has been opened so far.
 std::string CheckAddress(const std::string& address, const std::vector<simulated::Peer>& opened);
 std::string CheckWait(const Step& step, const std::string& address, std::int64_t tookMs,

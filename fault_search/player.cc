@@ -41,7 +41,8 @@ struct HostException : std::runtime_error {
 // The object, and the end of its life.
 class Held {
  public:
-  Held(Witness& witness, const std::string& directory, NotifyCallback notify) : witness_(witness) {
+  Held(Witness& witness, const Story& story, const std::string& directory, NotifyCallback notify)
+      : witness_(witness), longestEndMs_(LongestEndMs(story)) {
     witness_.OnObjectBegins();
     try {
       lanvoss_ = getLanvossPtr(notify, directory);
@@ -51,8 +52,13 @@ class Held {
     }
   }
   ~Held() {
+    const std::int64_t excused = witness_.ExcusedMs();
+    const std::int32_t begun = witness_.Clock();
     lanvoss_.reset();
     witness_.OnObjectEnds();
+    const std::int64_t excuse = witness_.ExcusedMs() - excused;
+    witness_.Violate(CheckDuration("the end of the object", witness_.Clock() - begun,
+                                   longestEndMs_ + excuse));
   }
   Held(const Held&) = delete;
   Held& operator=(const Held&) = delete;
@@ -60,6 +66,7 @@ class Held {
 
  private:
   Witness& witness_;
+  const std::int64_t longestEndMs_;
   std::shared_ptr<LanvossInterface> lanvoss_;
 };
 
@@ -205,7 +212,7 @@ class Player {
   // down while its address was being stored, or before, may be reported all the same; the next
   // check finds out.
   bool IsLinkTo(const std::string& address) {
-    if (address.empty() || address.starts_with(",") || address.ends_with(",")) {
+    if (address.empty()) {
       return false;
     }
     bool otherIsUp = false;
@@ -231,11 +238,7 @@ class Player {
     const bool hadOthers = underWay_ > 0;
     const std::string address = Do({.operation = Operation::kGetDeviceIp, .argument = kWanted});
     ++report_.requests;
-    if (address.starts_with(",") || address.ends_with(",")) {
-      // Of use to nobody, and kept until the host closes it.
-      CountReason("a link without an address of both ends was up");
-      Do({.operation = Operation::kDisConnect});
-    } else if (address.empty()) {
+    if (address.empty()) {
       std::string reason = ReasonOfFailure(witness_.InfosSince(before), time_->Clock() - begun);
       if (reason.empty() && hadOthers) {
         reason = "one of the host's callbacks was under way";
@@ -281,7 +284,7 @@ class Player {
       witness_.Violate(CheckCounts(witness_.Infos(), CallCounts(), MayThrow()));
     }
     witness_.Violate(CheckOutput(TheOutput().Take(), witness_.Infos(), !free_));
-    // A write that was refused is made up for by the next change alone.
+    // A load or a write that was refused is not made up for.
     if (story_.reactions.empty() && !free_ && !HasFault(simulated::Call::kOpenFile)) {
       witness_.Violate(CheckCache(CacheFile(), witness_.Devices()));
     }
@@ -319,7 +322,7 @@ class Player {
   void Make() {
     try {
       if (Hold() == nullptr) {
-        auto made = std::make_shared<Held>(witness_, TheOutput().Directory(), &Player::OnNotify);
+        auto made = std::make_shared<Held>(witness_, story_, TheOutput().Directory(), &Player::OnNotify);
         const std::lock_guard lock(mutex_);
         object_ = std::move(made);
       }
@@ -374,7 +377,7 @@ class Player {
     witness_.Violate(CheckAddress(address, Opened()));
     const std::int64_t took = time_->Clock() - begun;
     const std::int64_t excuse = witness_.ExcusedMs() - excused;
-    witness_.Violate(CheckDuration(step, took, LongestMs(step, story_) + excuse));
+    witness_.Violate(CheckDuration(Tell(step), took, LongestMs(step, story_) + excuse));
     if (story_.hosts.size() == 1 && story_.reactions.empty()) {
       witness_.Violate(CheckWait(step, address, took, excuse));
     }
@@ -385,7 +388,7 @@ class Player {
 
   // While no thread of the library's runs, none is inside a write.
   void CheckCacheSoFar() {
-    if (!free_) {
+    if (!free_ && !HasFault(simulated::Call::kOpenFile)) {
       witness_.Violate(search::CheckCacheSoFar(CacheFile(), witness_.Devices()));
     }
   }
@@ -447,22 +450,22 @@ class Player {
   }
 
   void React(const Reaction& reaction) {
+    using Kind = Reaction::Kind;
     const UnderWay underWay(underWay_);
     const std::int32_t begun = time_->Clock();
     witness_.Note("in the callback:");
-    switch (reaction.kind) {
-      case Reaction::Kind::kOperation:
-        time_->Sleep(reaction.step.pauseMs);
-        Do(reaction.step);
-        break;
-      case Reaction::Kind::kLetGo:
-        LetGo();
-        break;
-      case Reaction::Kind::kThrow:
-        witness_.Note("throws");
-        throw HostException();
+    if (reaction.kind == Kind::kOperation) {
+      time_->Sleep(reaction.step.pauseMs);
+      Do(reaction.step);
+    }
+    if (reaction.kind == Kind::kLetGo || reaction.kind == Kind::kLetGoAndThrow) {
+      LetGo();
     }
     witness_.Excuse(time_->Clock() - begun);
+    if (reaction.kind == Kind::kThrow || reaction.kind == Kind::kLetGoAndThrow) {
+      witness_.Note("throws");
+      throw HostException();
+    }
   }
 
   const Story& story_;

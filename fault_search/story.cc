@@ -200,7 +200,8 @@ PlannedFault InventFault(Dice& dice, Call call) {
 Reaction InventReaction(Dice& dice) {
   using Kind = Reaction::Kind;
   return {.nth = dice.Between(1, 60),
-          .kind = dice.Pick({Kind::kOperation, Kind::kOperation, Kind::kLetGo, Kind::kThrow}),
+          .kind = dice.Pick({Kind::kOperation, Kind::kOperation, Kind::kLetGo, Kind::kThrow,
+                             Kind::kLetGoAndThrow}),
           .step = InventStep(dice)};
 }
 
@@ -271,6 +272,8 @@ std::string Tell(const Reaction& reaction) {
       return at + "lets go";
     case Reaction::Kind::kThrow:
       return at + "throws";
+    case Reaction::Kind::kLetGoAndThrow:
+      return at + "lets go and throws";
   }
   return {};
 }

@@ -35,7 +35,7 @@ struct Step {
 
 // What the host does inside its own callback.
 struct Reaction {
-  enum class Kind { kOperation, kLetGo, kThrow };
+  enum class Kind { kOperation, kLetGo, kThrow, kLetGoAndThrow };
   unsigned nth = 1;  // at which notification, counted from 1
   Kind kind = Kind::kLetGo;
   Step step = {};  // of kOperation

@@ -31,6 +31,7 @@ class Witness {
   void Excuse(std::int64_t milliseconds);
   std::int64_t ExcusedMs() const;
 
+  std::int32_t Clock() const { return time_.Clock(); }
   void Note(const std::string& event);
   // Nothing for an empty text.
   void Violate(const std::string& what);

@@ -2,6 +2,7 @@
 // what the platform needs for one call.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "watcher/limits.h"
@@ -20,6 +21,12 @@ inline constexpr std::int64_t kDoneMs = kDoneWaitMs;
 constexpr std::int64_t ConnectMs(std::int64_t onePairingMs, std::int64_t oneOpeningMs) {
   return kUnpairWaitMs + onePairingMs + kPairingFailedPauseMs + kCloseMs +
          kOpenTries * (oneOpeningMs + kOpenPauseMs);
+}
+
+// The end of an object: the stop of its watcher, and the one call of the platform that another thread
+// may be inside of, which takes so long or is a probe's receive.
+constexpr std::int64_t EndMs(std::int64_t oneCallMs) {
+  return kStopMs + std::max<std::int64_t>(oneCallMs, kEchoTimeoutMs);
 }
 
 }  // namespace lanvoss::worst_case

@@ -1,5 +1,8 @@
 // The cache file, as the host meets it: loading, rewriting, and every kind of broken file.
 #include <random>
+#ifdef __linux__
+#include <sys/fsuid.h>
+#endif
 
 #include "world.h"
 
@@ -86,6 +89,18 @@ TEST_F(Cache, AFileThatCannotBeUsedIsNoCache) {
   EXPECT_EQ(ReadFile(CachePath()).substr(0, 5), "1|id|") << "the next change writes it all";
 }
 
+#ifdef __linux__
+TEST_F(Cache, AFileThatCannotBeWrittenIsNotLoaded) {
+  WriteFile(CachePath(), "1|A|m|Cam|2024\n");
+  fs::permissions(CachePath(), fs::perms::owner_read | fs::perms::others_read);
+  constexpr uid_t kNobody = 65534;
+  const auto before = static_cast<uid_t>(setfsuid(kNobody));  // root may write everything
+  Open();
+  setfsuid(before);
+  EXPECT_EQ(Log(), Lines{});
+}
+#endif
+
 TEST_F(Cache, ThePathIsTheHostsTextAsItIs) {
   const auto cacheIn = [&](const std::string& text) {
     lanvoss = getLanvossPtr(nullptr, text);
@@ -100,13 +115,14 @@ TEST_F(Cache, ThePathIsTheHostsTextAsItIs) {
   EXPECT_TRUE(cacheIn(""));
   EXPECT_NE(Printed().find("1 Device:Cam id:A"), std::string::npos) << "current directory";
 
-  // Nothing of these is an error, and nothing is written anywhere.
+  // None of these is an error.
+  const std::string inFile = (directory.path / "sub" / "deviceinfo.bin").string();
   for (const std::string& nowhere :
-       {std::string("/nonexistent"), std::string(5000, 'd'), std::string("a\0b", 3)}) {
+       {inFile, std::string(5000, 'd'), directory.path.string() + std::string("\0b", 2)}) {
     EXPECT_TRUE(cacheIn(nowhere));
     ReportOne(u"Cam", u"");
   }
-  EXPECT_FALSE(fs::exists("a")) << "not cut short at the zero byte";
+  EXPECT_FALSE(fs::exists(CachePath())) << "not cut short at the zero byte";
 }
 
 TEST_F(Cache, ACurrentDirectoryThatIsTooLongIsNoPlace) {
@@ -124,8 +140,9 @@ TEST_F(Cache, ACurrentDirectoryThatIsTooLongIsNoPlace) {
     lanvoss = getLanvossPtr(nullptr, "");
     EXPECT_EQ(Printed().find("1 Device:Cam id:A") != std::string::npos, length == 259);
   }
+  const unsigned opened = air.faults().Count(Call::kOpenFile);
   ReportOne(u"Cam", u"");
-  EXPECT_FALSE(fs::exists("/deviceinfo.bin"));
+  EXPECT_EQ(air.faults().Count(Call::kOpenFile), opened) << "not a file in the root directory";
 }
 
 TEST_F(Cache, OddNamesAndIdsSurvive) {

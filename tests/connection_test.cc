@@ -35,13 +35,24 @@ TEST_F(Connection, OnlyTheStatusFailedPausesAndNothingStopsTheOpening) {
 TEST_F(Connection, OnlyCeremoniesWithoutInputAreAccepted) {
   using platform::DevicePairingKinds;
   air.Add({.name = u"ShowsPin", .ceremony = DevicePairingKinds::DisplayPin});
-  air.Add({.name = u"WantsPin", .ceremony = DevicePairingKinds::ProvidePin});
   Open();
   EXPECT_EQ(lanvoss->GetDeviceIp("ShowsPin"), kAddress);
   EXPECT_NE(Printed().find("OnPairingRequested:2\n "), std::string::npos);
+  EXPECT_EQ(air.faults().Count(Call::kGetDeferral), 1U);
+  EXPECT_FALSE(Logged("PairAsync Status: RejectedByHandler"));
   lanvoss->DisConnect("");
-  EXPECT_EQ(lanvoss->GetDeviceIp("WantsPin"), "");
-  EXPECT_NE(Printed().find("OnPairingRequested:4\n "), std::string::npos);
+  for (const auto kind : {DevicePairingKinds::ProvidePin, DevicePairingKinds::ConfirmPinMatch,
+                          DevicePairingKinds::ProvidePasswordCredential}) {
+    const std::string number = std::to_string(static_cast<int>(kind));
+    const std::string name = "Wants" + number;
+    air.Add({.name = platform::Utf8ToUtf16(name), .openMs = 10, .ceremony = kind});
+    EXPECT_EQ(lanvoss->GetDeviceIp(name), "");
+    EXPECT_NE(Printed().find("OnPairingRequested:" + number + "\n "), std::string::npos);
+    Log();
+    lanvoss->AbortConnect("");
+    Pass(5000);
+  }
+  EXPECT_EQ(air.faults().Count(Call::kAccept), 1U);
   EXPECT_TRUE(Logged("PairAsync Status: RejectedByHandler"));
 }
 
@@ -66,6 +77,21 @@ TEST_F(Connection, TheLinkThatGoesDownIsForgotten) {
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
   EXPECT_TRUE(Logged("(watch) DisConnect, watch FromIdAsync ..."));
   EXPECT_FALSE(Logged("(watch) FromIdAsync was canceled by user"));
+}
+
+TEST_F(Connection, AnEndIsTakenInBeforeItsWaitersAreReleased) {
+  air.Add({.name = u"Cam"});
+  const PeerHandle other = air.Add({.name = u"Other", .paired = true});
+  Connect("Cam");
+  air.faults().OnCall(Call::kConnectionStatus, [&] {  // of the handler, which is slow
+    air.faults().Clear();
+    air.faults().FailNth(Call::kConnectionStatus, 2);
+    Pass(500);
+  });
+  EXPECT_EQ(lanvoss->GetDeviceIp("Other"), "");
+  EXPECT_EQ(other.OpenRequests(), 0U) << "it reads as a wish to give up";
+  EXPECT_FALSE(LoggedStart("(watch) Connection status changed")) << "which is read once more";
+  expectedEscapes = 1;
 }
 
 TEST_F(Connection, AChangeToConnectedOnlyTellsTheLog) {
@@ -112,6 +138,16 @@ TEST_F(Connection, ADeviceThatCannotBeClosedIsReportedAndFollowedAgain) {
   cam.DropLink();
   Pass(100);
   EXPECT_EQ(Log(), Lines(2, "(watch) Connection status changed: Disconnected"));
+}
+
+TEST_F(Connection, AnOpenThatIsCancelledLeavesTheHeldDeviceAndReportsIt) {
+  air.Add({.name = u"Cam"});
+  air.Add({.name = u"Other", .paired = true, .openings = {Outcome::kCancelled}});
+  Connect("Cam");
+  air.SetHabits({.onClose = LinkEnd::kStaysUp});
+  EXPECT_EQ(lanvoss->GetDeviceIp("Other"), kAddress);
+  EXPECT_TRUE(Logged("(watch) FromIdAsync was canceled by user"));
+  EXPECT_FALSE(Logged("(watch) wfdDevice is null, return"));
 }
 
 TEST_F(Connection, TwoConnectionsAtOnceLeaveOneDeviceHeld) {

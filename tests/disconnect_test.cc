@@ -66,6 +66,19 @@ TEST_F(Disconnect, ACancelledCloseIsLoggedAndAnyOtherErrorReachesTheHost) {
   EXPECT_EQ(lanvoss->DisConnect(""), 1);
 }
 
+TEST_F(Disconnect, AGapIsKeptFromAnEndThatFailedToo) {
+  air.Add({.name = u"Cam"});
+  Connect("Cam");
+  air.SetHabits({.onClose = LinkEnd::kStaysUp});
+  EXPECT_EQ(lanvoss->DisConnect(""), 0) << "the tries run out";
+  lanvoss->GetDeviceIp("5000\nCam");
+  EXPECT_TRUE(Logged("(watch) Con Dev name=Cam,Sleep=5000ms"));
+  air.faults().FailNth(Call::kDeviceClose, 1, {.kind = Failure::Kind::kCancelled});
+  EXPECT_EQ(lanvoss->DisConnect(""), 0) << "the close is cancelled";
+  lanvoss->GetDeviceIp("4000\nCam");
+  EXPECT_TRUE(Logged("(watch) Con Dev name=Cam,Sleep=4000ms"));
+}
+
 TEST_F(Disconnect, ForgetsTheNameSoThatTheNextRequestConnectsAnew) {
   const PeerHandle cam = air.Add({.name = u"Cam"});
   Connect("Cam");
@@ -106,10 +119,18 @@ TEST_F(Disconnect, UnpairNeedsAReportedDevice) {
   lanvoss->StartWatch("");
   Pass(3000);
   Log();
+  At("(watch) UnpairAsync OK", [&] { EXPECT_EQ(air.faults().Count(Call::kUnpairAsync), 1U); });
   EXPECT_EQ(lanvoss->Unpair("Cam"), 0);
   EXPECT_EQ(Log(), Lines{"(watch) UnpairAsync OK"});
   Pass(100);
   EXPECT_FALSE(cam.IsPaired());
+
+  const PeerHandle later = air.Add({.name = u"Cam", .id = u"idB", .paired = true, .appearMs = 400});
+  lanvoss->StartWatch("");
+  Pass(3000);
+  lanvoss->Unpair("Cam");
+  Pass(100);
+  EXPECT_FALSE(later.IsPaired()) << "the later of two devices of one name has it";
 
   air.faults().FailNth(Call::kUnpairAsync);
   EXPECT_THROW(lanvoss->Unpair("Cam"), std::exception);

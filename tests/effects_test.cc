@@ -1,4 +1,5 @@
 // The order in which effects become visible, what each operation resets, and what leaves it.
+#include <algorithm>
 #include <stdexcept>
 
 #include "world.h"
@@ -22,6 +23,58 @@ TEST_F(Effects, TheHostHearsBeforeTheFileIsWrittenAndTheWatcherStopped) {
   lanvoss->StartWatch("Cam");
   Pass(1000);
   EXPECT_EQ(stops(), 2U);
+}
+
+TEST_F(Effects, ALineIsPrintedBeforeTheHostHearsIt) {
+  Open();
+  At("(watch) Stop Watcher...", [&] {
+    EXPECT_NE(Printed().find("(watch) Stop Watcher...\n"), std::string::npos);
+  });
+  lanvoss->StopWatch();
+}
+
+TEST_F(Effects, TheHostHearsOfANewNameBeforeTheTableTakesIt) {
+  air.SetHabits({.handlersOverlap = true});
+  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA"});
+  Open();
+  lanvoss->StartWatch("");
+  Pass(3000);
+  cam.Rename(u"New");
+  At("New", [&] {
+    cam.Disappear();
+    Pass(10);
+  });
+  lanvoss->StartWatch("");
+  Pass(1000);
+  EXPECT_TRUE(Logged("(watch) OnDeviceRemoved name=Cam id=idA"));
+}
+
+TEST_F(Effects, TimesAreTakenAfterTheLinesBeforeThem) {
+  air.Add({.name = u"Cam"});
+  Open();
+  PauseAt("watch start...");
+  lanvoss->StartWatch("Nobody");
+  EXPECT_TRUE(Logged("watch start ok.do:1 status:Started dt:0"));
+  lanvoss->AbortConnect("");
+  PauseAt("(watch) stop watch ...");
+  lanvoss->StopWatch();
+  EXPECT_TRUE(Logged("(watch) stop watch ok.do:1 status:Stopped dt:30"));
+  PauseAt("PairAsync... GoIntent:");
+  lanvoss->GetDeviceIp("Cam");
+  EXPECT_TRUE(Logged("PairAsync done dt:800ms"));
+}
+
+TEST_F(Effects, AStopThatIsReportedWhileItIsAskedForIsNotMissed) {
+  Open();
+  lanvoss->StartWatch("");
+  Pass(100);
+  air.faults().OnCall(Call::kWatcherStop, [&] {
+    air.faults().Clear();
+    air.AbortWatchers();
+    Pass(10);
+  });
+  lanvoss->StopWatch();
+  EXPECT_TRUE(Logged("(watch) stop watch no.try:1 status:Aborted dt:10"));
 }
 
 TEST_F(Effects, WaitersAreReleasedBeforeAHandlerTellsTheHost) {
@@ -75,12 +128,16 @@ TEST_F(Effects, AWatchReleasesARequestThatWaits) {
   };
   EXPECT_EQ(wokenBy([&] { lanvoss->StartWatch("Cam"); }), 300) << "by the find";
   EXPECT_EQ(wokenBy([&] {
+              PauseAt("(watch) DeviceWatcher stopped. no Dev=");
               lanvoss->StartWatch("\nCam");
               Pass(400);
               cam.Disappear();
             }),
-            330 + 2030)
-      << "by the first pass without it";
+            330 + 2030 + 500)
+      << "by the first pass without it, after its line";
+  air.faults().FailNth(Call::kWatcherStop, 1, {.kind = Failure::Kind::kOther});
+  EXPECT_EQ(wokenBy([&] { EXPECT_EQ(lanvoss->StopWatch(), -1); }), 60'900)
+      << "not by a stop that fails";
 }
 
 TEST_F(Effects, ANewWatchForgetsTheLastAttempt) {
@@ -125,6 +182,36 @@ TEST_F(Effects, ANewRequestForgetsTheLastOne) {
             "name(Nobody),time:60000ms,watch:0ms(30),fromid:0ms(0)");
   EXPECT_EQ(Ask("\nCam", kAddress), 2000 + 400) << "by the id last reported, not the cached one";
   EXPECT_TRUE(LoggedLink("Cam", "2400ms(2400),watch:0ms(0),fromid:2400ms(1)"));
+}
+
+TEST_F(Effects, NameAndAddressAreForgottenBeforeTheLinkIsClosed) {
+  air.Add({.name = u"Cam"});
+  Connect("Cam");
+  At("(watch) DoDisConnect ...", [&] {
+    EXPECT_EQ(lanvoss->PingCheck(), "");
+    lanvoss->StartWatch("Cam");
+  });
+  lanvoss->DisConnect("");
+  Pass(1000);
+  EXPECT_FALSE(Logged("(watch) ping ..."));
+  EXPECT_TRUE(LoggedStart("(watch) DeviceWatcher ok Dev=Cam watch:300ms(1) "));
+}
+
+TEST_F(Effects, ADeviceIsHeldUntilTheLineOfItsEnd) {
+  air.Add({.name = u"Cam"});
+  Connect("Cam");
+  At("(watch) DoDisConnect OK, do :1", [&] { lanvoss->DisConnect(""); });
+  EXPECT_EQ(lanvoss->DisConnect(""), 1);
+  const Lines log = Log();
+  EXPECT_EQ(std::count(log.begin(), log.end(), "(watch) DoDisConnect OK, do :1"), 2);
+}
+
+TEST_F(Effects, AFindThatIsGivenUpInItsLineDoesNotConnect) {
+  const PeerHandle cam = air.Add({.name = u"Cam"});
+  Open();
+  At("(watch) DeviceWatcher ok Dev=", [&] { lanvoss->AbortConnect(""); });
+  lanvoss->GetDeviceIp("Cam");
+  EXPECT_EQ(cam.OpenRequests(), 0U);
 }
 
 TEST_F(Effects, DisConnectForgetsNameAndAddressAndGivesUp) {

@@ -42,6 +42,13 @@ TEST_F(Recovery, CountsOnlyTheDevicesOwnRepliesToEachTry) {
   EXPECT_NE(printed.find("ping ...\n" + kTimedOut + kTimedOut + "["), std::string::npos);
 }
 
+TEST_F(Recovery, ADatagramThatIsTooLongEndsItsTry) {
+  using enum simulated::Echo;
+  EXPECT_EQ(CheckOf({{kTooLong, kReply}, {kReply}, {kTooLong}, {kReply}}, true),
+            "(watch) ping done ret:2 dt:32ms DisConnect:1")
+      << "the reply after it comes too late";
+}
+
 TEST_F(Recovery, ASilentDeviceCosts12SecondsAndFourLines) {
   EXPECT_EQ(CheckOf({{}, {}, {}, {}}, true), "(watch) ping done ret:0 dt:12000ms DisConnect:1");
   const std::string printed = Printed();
@@ -182,6 +189,18 @@ TEST_F(Recovery, ADeviceThatWasNotReportedIsLookedFor) {
   EXPECT_EQ(log.at(2), "(watch) Ping Failed,Watch,Unpair,Re Pair... Cam");
   EXPECT_EQ(log.at(3), "(watch) Start Watcher...for Cam");
   EXPECT_EQ(cam.Pairings(), 1U);
+}
+
+TEST_F(Recovery, ARequestForAConnectedDeviceLetsFindsConnect) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .paired = true});
+  air.SetHabits({.onClose = LinkEnd::kSilent, .onUnpair = LinkEnd::kStaysUpReported});
+  Open();
+  At("(watch) FromIdAsync done", [&] { lanvoss->StartWatch("\nCam"); });  // whose finds do not
+  ASSERT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+  ASSERT_EQ(Ask("Cam", kAddress), 0);
+  cam.GoSilent();
+  EXPECT_EQ(lanvoss->PingCheck(), kAddress);
+  EXPECT_TRUE(Logged("(watch) Ping Failed,Watch,Unpair,Re Pair... Cam"));
 }
 
 TEST_F(Recovery, ADirectRequestLeavesTheNameThatIsRecovered) {

@@ -87,6 +87,16 @@ TEST_F(Request, WaitsFor100SecondsAtMost) {
       << "neither of the pairing's own last lines";
 }
 
+TEST_F(Request, AnOpenThatHangsIsCounted) {
+  air.Add({.name = u"Cam", .paired = true, .openings = {Outcome::kHangs}});
+  Open();
+  EXPECT_EQ(Ask("Cam", ""), 100'000);
+  EXPECT_EQ(Log().back(),
+            "(watch) Devices connected failed, connecting to "
+            "name(Cam),time:100000ms,watch:300ms(1),fromid:-300ms(1)");
+  air.ReleaseHangs();
+}
+
 TEST_F(Request, ConnectsDirectlyToARememberedId) {
   WriteFile(CachePath(), "1|P2P#02:11:22:33:7f:21|x|Cam|2020-01-01 00:00:00.000\n");
   air.Add({.name = u"Cam", .id = u"P2P#02:11:22:33:7f:21", .paired = true});
@@ -186,6 +196,10 @@ TEST_F(Request, AbortConnectEndsTheTries) {
       Logged("(watch) wfdDevice is null,Re FromIdAsync outtime abort DisConnect:1 "
              "dt:900ms"));
   EXPECT_EQ(cam.OpenRequests(), 1U);
+  EXPECT_EQ(Log().back(),
+            "(watch) Devices connected failed, connecting to "
+            "name(Cam),time:900ms,watch:300ms(1),fromid:-300ms(1)")
+      << "the try that was given up is not counted";
   Pass(100);
   EXPECT_EQ(Ask("Cam", kAddress), 700) << "a new request forgets it";
 }
@@ -254,6 +268,13 @@ TEST_F(Request, TheGapIsKeptFromTheLastDisconnect) {
   Log();
   EXPECT_EQ(Ask("1500\nCam", kAddress), 1000 + 700);
   EXPECT_EQ(Log()[0], "(watch) Con Dev name=Cam,Sleep=1000ms");
+  lanvoss->DisConnect("");
+  {
+    lanvoss->StartWatch("Cam");
+    const auto host = Host([&] { lanvoss->GetDeviceIp("2000\nCam"); });
+    Pass(1900);
+    EXPECT_FALSE(LoggedStart("(watch) Dev Cam is Connected")) << "finds connect after the gap alone";
+  }
   for (const char* none : {"400\nCam", "0\nCam", "-5\nCam", "soon\nCam", "\nCam", "Cam",
                            "-99999999999999999999\nCam"}) {
     lanvoss->DisConnect("");
@@ -311,6 +332,16 @@ TEST_F(Request, TheCancellationOfACleanUpIsCaught) {
   air.faults().FailNth(Call::kWatcherStart);
   air.faults().FailNth(Call::kWatcherStop);
   EXPECT_THROW(lanvoss->GetDeviceIp("Cam"), std::exception);
+
+  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+  air.Add({.name = u"Cam", .id = u"idA", .paired = true});
+  Open();
+  air.faults().FailNth(Call::kWatcherStart);
+  At("(watch) Start Watcher Err:", [&] {
+    EXPECT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
+    air.faults().FailNth(Call::kWatcherStop, 1, {.kind = Failure::Kind::kCancelled});
+  });
+  EXPECT_EQ(Ask("Cam", kAddress), 400) << "the address that is there by then";
 }
 
 TEST_F(Request, TheLongestAttemptIsRememberedUntilAReset) {

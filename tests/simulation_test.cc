@@ -59,7 +59,9 @@ TEST(VirtualTime, TheSeedDecidesWhoIsNext) {
 class Simulation : public World {
  protected:
   const std::shared_ptr<platform::WiFiDirect> radio = air.Radio();
-  std::shared_ptr<platform::DeviceWatcher> watcher = radio->CreateWatcher(u"", {});
+  std::shared_ptr<platform::DeviceWatcher> watcher = radio->CreateWatcher(
+      radio->GetDeviceSelector(platform::WiFiDirectDeviceSelectorType::AssociationEndpoint),
+      {platform::kInformationElements});
 
   void TearDown() override {
     watcher.reset();

@@ -30,8 +30,8 @@ constexpr std::int64_t kAtOnceMs = 0;
 constexpr std::int64_t kConnectBoundMs = worst_case::ConnectMs(kPairMs, kOpenMs);
 constexpr std::int64_t kPingCheckBoundMs =
     worst_case::kProbeMs + kConnectBoundMs + worst_case::kDoneMs;
-// A connection may run in a handler, which the destruction waits for.
-constexpr std::int64_t kDestructionBoundMs = worst_case::kStopMs + kConnectBoundMs;
+// A connection may run in a handler.
+constexpr std::int64_t kDestructionBoundMs = worst_case::EndMs(kPairMs);
 
 // The simulation copies the product's handlers on the thread of its agenda. What that allocates
 // looks like the product's, but a platform holds handlers by reference. No handler runs there.

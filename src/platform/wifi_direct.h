@@ -239,6 +239,9 @@ enum class WiFiDirectDeviceSelectorType : std::int32_t {
   AssociationEndpoint = 1,
 };
 
+// The additional property that watchers of Wi-Fi Direct devices are created with.
+inline constexpr char16_t kInformationElements[] = u"System.Devices.WiFiDirect.InformationElements";
+
 class WiFiDirect {
  public:
   virtual ~WiFiDirect() = default;

@@ -38,8 +38,7 @@ CDeviceWatcherWinRT::~CDeviceWatcherWinRT() {
 void CDeviceWatcherWinRT::CreateDeviceWatcher() {
   const auto selector = platform_.wifiDirect->GetDeviceSelector(
       platform::WiFiDirectDeviceSelectorType::AssociationEndpoint);
-  deviceWatcher = platform_.wifiDirect->CreateWatcher(
-      selector, {u"System.Devices.WiFiDirect.InformationElements"});
+  deviceWatcher = platform_.wifiDirect->CreateWatcher(selector, {platform::kInformationElements});
   if (deviceWatcher == nullptr) {
     return;
   }

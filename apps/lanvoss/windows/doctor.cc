@@ -13,7 +13,7 @@ Finding ExamineRadio() {
   try {
     const auto selector =
         radio->GetDeviceSelector(platform::WiFiDirectDeviceSelectorType::AssociationEndpoint);
-    if (radio->CreateWatcher(selector, {}) != nullptr) {
+    if (radio->CreateWatcher(selector, {platform::kInformationElements}) != nullptr) {
       return {.what = "the system has Wi-Fi Direct"};
     }
     return {false, "the system has no watcher for Wi-Fi Direct", "a Windows 10 or later"};

@@ -12,6 +12,10 @@
 namespace lanvoss::simulated {
 namespace {
 
+constexpr char16_t kAssociationEndpoints[] = u"simulated:association-endpoints";
+// Written out once more, so that it can be seen whether the library asks for the right one.
+constexpr char16_t kKnownProperty[] = u"System.Devices.WiFiDirect.InformationElements";
+
 class SimulatedRadio final : public platform::WiFiDirect {
  public:
   explicit SimulatedRadio(std::shared_ptr<Air> air) : air_(std::move(air)) {}
@@ -19,13 +23,17 @@ class SimulatedRadio final : public platform::WiFiDirect {
   std::u16string GetDeviceSelector(platform::WiFiDirectDeviceSelectorType type) override {
     air_->faults.Pass(Call::kGetDeviceSelector);
     return type == platform::WiFiDirectDeviceSelectorType::AssociationEndpoint
-               ? u"simulated:association-endpoints"
+               ? kAssociationEndpoints
                : u"simulated:device-interfaces";
   }
 
   std::shared_ptr<platform::DeviceWatcher> CreateWatcher(
-      const std::u16string& /*selector*/,
-      const std::vector<std::u16string>& /*additionalProperties*/) override {
+      const std::u16string& selector,
+      const std::vector<std::u16string>& additionalProperties) override {
+    if (selector != kAssociationEndpoints ||
+        additionalProperties != std::vector<std::u16string>{kKnownProperty}) {
+      throw platform::Error(platform::kErrorInvalidArgument, u"The parameter is incorrect.");
+    }
     if (!air_->faults.Pass(Call::kCreateWatcher)) {
       return nullptr;
     }
