@@ -7,20 +7,17 @@ namespace lanvoss::search {
 namespace {
 
 // In memory where the system has such a place: a story writes many short files.
-std::filesystem::path NewDirectory() {
+std::filesystem::path ParentFolder() {
   const std::filesystem::path memory = "/dev/shm";
-  std::string path =
-      (std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path()) /
-      "lanvoss-search-XXXXXX";
-  return mkdtemp(path.data());
+  return std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path();
 }
 
 }  // namespace
 
 Output::Output()
-    : directory_(NewDirectory()),
+    : directory_(ParentFolder()),
       original_(dup(STDOUT_FILENO)),
-      file_(open((directory_ / "output").c_str(), O_RDWR | O_CREAT | O_APPEND, 0600)) {
+      file_(open((Directory() / "output").c_str(), O_RDWR | O_CREAT | O_APPEND, 0600)) {
   dup2(file_, STDOUT_FILENO);
 }
 
@@ -29,7 +26,6 @@ Output::~Output() {
   dup2(original_, STDOUT_FILENO);
   close(original_);
   close(file_);
-  std::filesystem::remove_all(directory_);
 }
 
 std::string Output::Take() {

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string>
 
+#include "own_folder.h"
+
 namespace lanvoss::search {
 
 // One for the whole program.
@@ -19,10 +21,10 @@ class Output {
   // What was printed since the last call.
   std::string Take();
   // A directory of the program's own, for cache files too.
-  const std::filesystem::path& Directory() const { return directory_; }
+  const std::filesystem::path& Directory() const { return directory_.path; }
 
  private:
-  const std::filesystem::path directory_;
+  const test::OwnFolder directory_;
   const int original_;
   const int file_;
 };

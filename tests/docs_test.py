@@ -6,7 +6,6 @@ import pathlib
 import re
 import subprocess
 import sys
-import tempfile
 
 ROOT = pathlib.Path(__file__).parents[1]
 UNITS = {"ms": 1, "s": 1000, "": 1}
@@ -54,11 +53,14 @@ def check_limits():
 
 def heard_by_hosts(program):
     """What the scenarios tell their hosts: (inside which operation, kind, message)."""
-    with tempfile.TemporaryDirectory() as folder:
-        record = pathlib.Path(folder) / "record"
-        subprocess.run([program, "--gtest_brief=1"], check=True, stdout=subprocess.DEVNULL,
-                       env=os.environ | {"LANVOSS_TEST_NOTIFICATIONS": str(record)})
-        text = record.read_bytes().decode(errors="replace")
+    reader, writer = os.pipe()
+    with subprocess.Popen([program, "--gtest_brief=1"], stdout=subprocess.DEVNULL,
+                          pass_fds=[writer], env=os.environ | {
+                              "LANVOSS_TEST_NOTIFICATIONS": f"/dev/fd/{writer}"}) as running:
+        os.close(writer)
+        with open(reader, "rb") as record:
+            text = record.read().decode(errors="replace")
+    expect(running.returncode == 0, "the scenarios fail")
     return {tuple(re.sub(r"\d{2,}", "0", entry).split("\t", 2)) for entry in text.split("\0")[:-1]}
 
 

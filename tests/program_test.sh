@@ -7,8 +7,7 @@
 set -uo pipefail
 program=("$@")
 on_radio=${ON_RADIO:-no}
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+source "$(dirname "$0")/own_folder.sh"
 remote=192.168.49.20
 [ "$on_radio" = no ] || remote=127.0.0.1
 nothing="\"none\"$(printf ', "none"%.0s' {1..40})"

@@ -2,8 +2,7 @@
 # Two runs of the suite with one seed write the same logs, to the byte; another seed's differ.
 set -euo pipefail
 suite=$1
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
+source "$(dirname "$0")/own_folder.sh"
 run() { # SEED LOG
   LANVOSS_TEST_TIME=seeded LANVOSS_TEST_SEED=$1 LANVOSS_TEST_LOG="$work/$2" \
     "$suite" --gtest_brief=1 >/dev/null

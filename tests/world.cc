@@ -5,13 +5,13 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <random>
 #include <regex>
 #include <unistd.h>
 #include <utility>
 
 #include "environment.h"
 #include "log_line.h"
+#include "own_folder.h"
 
 namespace lanvoss::test {
 namespace {
@@ -71,11 +71,10 @@ class Announced final : public LanvossInterface {
 };
 
 std::filesystem::path NewDirectory() {
-  std::random_device random;
-  std::filesystem::path path;
-  do {
-    path = std::filesystem::temp_directory_path() / ("lanvoss-test-" + std::to_string(random()));
-  } while (!std::filesystem::create_directory(path));
+  static const OwnFolder folder;  // of the whole program
+  static std::atomic<int> directories = 0;
+  std::filesystem::path path = folder.path / std::to_string(++directories);
+  std::filesystem::create_directory(path);
   return path;
 }
 

@@ -15,20 +15,9 @@ namespace {
 // A run that takes longer hangs. In seconds of real time; one takes milliseconds.
 constexpr unsigned kLongestRunS = 20;
 
-std::filesystem::path NewDirectory() {
-  std::string path = std::filesystem::temp_directory_path() / "lanvoss-nth-XXXXXX";
-  if (mkdtemp(path.data()) == nullptr) {
-    throw std::system_error(errno, std::generic_category(), path);
-  }
-  return path;
-}
-
 bool IsLast(const Result& result) { return result.violated || !result.failed; }
 
 }  // namespace
-
-Child::Child() : directory_(NewDirectory()) {}
-Child::~Child() { std::filesystem::remove_all(directory_); }
 
 std::vector<Result> Child::Play(World::Story story, const Plan& plan) const {
   int ends[2];
@@ -48,7 +37,7 @@ std::vector<Result> Child::Play(World::Story story, const Plan& plan) const {
   int status = 0;
   waitpid(child, &status, 0);
   if (results.empty() || !IsLast(results.back())) {
-    std::ofstream(directory_ / "log", std::ios::app)
+    std::ofstream(folder_.path / "log", std::ios::app)
         << "VIOLATED: the process ended with the status " << status << "\n";
     results.push_back({.violated = true});
   }
@@ -60,12 +49,12 @@ void Child::Run(World::Story story, Plan plan, int resultPipe) const {
   do {
     alarm(kLongestRunS);
     // By lines, so that none is lost in a crash.
-    if (std::freopen((directory_ / "log").c_str(), "w", stdout) == nullptr ||
+    if (std::freopen((folder_.path / "log").c_str(), "w", stdout) == nullptr ||
         std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ) != 0 ||
         dup2(fileno(stdout), fileno(stderr)) < 0) {
       _exit(EXIT_FAILURE);
     }
-    result = World(plan, directory_).Play(story);
+    result = World(plan, folder_.path).Play(story);
     std::fflush(stdout);
     if (write(resultPipe, &result, sizeof result) != sizeof result) {
       _exit(EXIT_FAILURE);
@@ -76,7 +65,7 @@ void Child::Run(World::Story story, Plan plan, int resultPipe) const {
 }
 
 std::string Child::Log() const {
-  std::ifstream file(directory_ / "log", std::ios::binary);
+  std::ifstream file(folder_.path / "log", std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -2,21 +2,16 @@
 // found like any other.
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "own_folder.h"
 #include "world.h"
 
 namespace lanvoss::nth {
 
 class Child {
  public:
-  Child();
-  ~Child();
-  Child(const Child&) = delete;
-  Child& operator=(const Child&) = delete;
-
   // The results for the first step, the second and so on, up to the first run that does not reach
   // its step, or in which something does not hold.
   std::vector<Result> Play(World::Story story, const Plan& plan) const;
@@ -26,7 +21,7 @@ class Child {
  private:
   [[noreturn]] void Run(World::Story story, Plan plan, int resultPipe) const;
 
-  const std::filesystem::path directory_;  // of the cache file and the log
+  const test::OwnFolder folder_;  // for the cache file and the log
 };
 
 }  // namespace lanvoss::nth
