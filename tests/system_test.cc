@@ -1,5 +1,6 @@
 // System, against the system itself.
 
+#include <cstdio>
 #include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -9,9 +10,12 @@
 #include "backends/windows/windows_system.h"
 namespace native = lanvoss::windows;
 #else
+#include <sys/stat.h>
+
 #include "backends/posix/posix_system.h"
 namespace native = lanvoss::posix;
 #endif
+#include "world.h"
 
 namespace lanvoss {
 namespace {
@@ -27,6 +31,54 @@ TEST(System, EventsStaySetAndTimeOut) {
   EXPECT_TRUE(event->Wait(platform::kWaitForever));
   setter.join();
 }
+
+TEST(System, ASetThatIsResetAtOnceEndsTheWaitsUnderWay) {
+  const auto system = native::CreateSystem();
+  const auto event = system->CreateManualResetEvent(false);
+  bool isSet = false;
+  std::thread waiter([&] { isSet = event->Wait(10'000); });
+  system->Sleep(100);  // by then it waits
+  event->Set();
+  event->Reset();
+  waiter.join();
+  EXPECT_TRUE(isSet);
+}
+
+TEST(System, AFileIsOpenOnceAtATime) {
+  using platform::FileUse;
+  const auto system = native::CreateSystem();
+  const test::TemporaryDirectory directory;
+  const std::string path = (directory.path / "file").string();
+  EXPECT_EQ(system->OpenFile(path, FileUse::kUpdate), nullptr) << "it is not there";
+  EXPECT_EQ(system->OpenFile(directory.path.string(), FileUse::kUpdate), nullptr);
+  {
+    const auto file = system->OpenFile(path, FileUse::kReplace);
+    ASSERT_NE(file, nullptr);
+    std::fputs("kept", file.get());
+    std::fflush(file.get());
+    for (const FileUse use : {FileUse::kReplace, FileUse::kUpdate}) {
+      EXPECT_EQ(native::CreateSystem()->OpenFile(path, use), nullptr) << "another object has it";
+    }
+  }
+  EXPECT_EQ(test::ReadFile(path), "kept");
+  EXPECT_NE(system->OpenFile(path, FileUse::kUpdate), nullptr);
+  EXPECT_EQ(test::ReadFile(path), "kept");
+  EXPECT_NE(system->OpenFile(path, FileUse::kReplace), nullptr);
+  EXPECT_EQ(test::ReadFile(path), "");
+}
+
+#ifndef _WIN32
+TEST(System, APipeOrADeviceIsNoFile) {
+  const auto system = native::CreateSystem();
+  const test::TemporaryDirectory directory;
+  const std::string pipe = (directory.path / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  for (const auto use : {platform::FileUse::kReplace, platform::FileUse::kUpdate}) {
+    EXPECT_EQ(system->OpenFile(pipe, use), nullptr);
+    EXPECT_EQ(system->OpenFile("/dev/null", use), nullptr);
+  }
+}
+#endif
 
 TEST(System, TheClockCountsWallTimeFromTheStartOfTheProcess) {
   const auto first = native::CreateSystem();

@@ -46,11 +46,12 @@ def check(name, good, detail):
     report("ok" if good else "FAILED", f"{name}: {detail}")
 
 
-def probe(name, host, replies, within=(), tries=TRIES, complaint=b"", delay_s=0):
-    """Checks the count, the output and the duration: a try in vain waits for the whole time-out,
-    every try for `delay_s` besides. Returns the probe's process id."""
-    due_text = complaint + (tries - replies) * TIMED_OUT
-    due_s = (tries - replies) * TIMEOUT_S + tries * delay_s
+def probe(name, host, replies, within=(), tries=TRIES, complaint=b"", delay_s=0, ended=0):
+    """Checks the count, the output and the duration: a try in vain waits for the whole time-out
+    unless it is one of the `ended`, every try for `delay_s` besides. Returns the probe's process
+    id."""
+    due_text = complaint + (tries - ended - replies) * TIMED_OUT
+    due_s = (tries - ended - replies) * TIMEOUT_S + tries * delay_s
     begun = time.monotonic()
     output = subprocess.run([*within, PROBE, host], stdout=subprocess.PIPE).stdout
     took_s = time.monotonic() - begun
@@ -103,6 +104,13 @@ def forged(name, kinds, replies):
         probe(name, THERE, replies, here, delay_s=forger.DELAY_S)
 
 
+def too_long(name):
+    """A reply that does not fit into what the probe receives ends its try at once."""
+    here, there = cable(EVERY_REQUEST)
+    with started(there, ["python3", "-B", forger.__file__, name]):
+        probe(name, THERE, 0, here, delay_s=forger.DELAY_S, ended=TRIES)
+
+
 def read_capture(capture):
     """The time to live and the ICMP message of each packet."""
     at = PCAP_HEADER
@@ -152,6 +160,7 @@ OVER_A_CABLE = {
     "peer answers 3": lambda name: filtered(name, "icmp sequence < 3", 1),
     "peer answers none": captured,
     **{kind: lambda name: forged(name, [name], 0) for kind in forger.FORGERIES},
+    "reply too long": too_long,
     "reply after all of these": lambda name: forged(name, [*forger.FORGERIES, "reply"], 4),
 }
 

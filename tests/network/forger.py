@@ -51,7 +51,11 @@ FORGERIES = {
     "stranger's time exceeded": lambda request: time_exceeded(request, DATA_AT, STRANGER),
     "cut quotation": lambda request: time_exceeded(request, DATA_AT - 2),
 }
-ANSWERS = FORGERIES | {"reply": reply}
+TOO_LONG = 1025  # bytes, one more than a probe receives
+ANSWERS = FORGERIES | {
+    "reply": reply,
+    "reply too long": lambda request: reply(request).ljust(TOO_LONG, b"E"),
+}
 
 
 def main(kinds):
