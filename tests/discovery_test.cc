@@ -219,7 +219,8 @@ TEST_F(Discovery, AStopThatFailsUsesUpItsTry) {
 
 TEST_F(Discovery, AStopThatFailsInNoWayOfThePlatformsEndsTheStopping) {
   Open();
-  lanvoss->StartWatch("");
+  const auto host = Host([&] { EXPECT_EQ(Ask("Nobody", ""), 60'900) << "not released by it"; });
+  Pass(100);
   Log();
   air.faults().FailNth(Call::kWatcherStop, 1, {.kind = Failure::Kind::kOther});
   EXPECT_EQ(lanvoss->StopWatch(), -1);

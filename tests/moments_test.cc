@@ -72,6 +72,19 @@ TEST_F(Moments, AWatchHasFoundWhomANewOneFoundInItsLastLine) {
   EXPECT_EQ(address, kAddress) << "not released by the end of the watch before";
 }
 
+TEST_F(Moments, WhatAFindLeadsToIsDecidedAfterItsLine) {
+  air.Add({.name = u"Cam"});
+  Open();
+  At("(watch) DeviceWatcher ok Dev=", [&] { lanvoss->AbortConnect(""); });
+  lanvoss->GetDeviceIp("Cam");
+  EXPECT_FALSE(LoggedStart("(watch) ConnDevice...")) << "given up meanwhile";
+  At("(watch) DeviceWatcher ok Dev=", AskMeanwhile("Cam"));
+  lanvoss->StartWatch("Cam");
+  Pass(3000);
+  AwaitRequest();
+  EXPECT_EQ(address, kAddress) << "asked for meanwhile";
+}
+
 TEST_F(Moments, AForgottenDeviceIsNotLookedForByItsRecovery) {
   WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
   const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA", .present = false, .paired = true});
@@ -92,6 +105,14 @@ TEST_F(Moments, AnAddressThatIsForgottenInItsLineIsNotReturned) {
   Connect("Cam");
   At("(watch) Dev Cam is Connected,return ip=" + kAddress, [&] { lanvoss->DisConnect(""); });
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), "");
+}
+
+TEST_F(Moments, ALinkThatComesUpInTheLineOfTheFailureIsReturned) {
+  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+  air.Add({.name = u"Cam", .id = u"idA", .paired = true});
+  Open();
+  At("(watch) Devices connected failed", [&] { lanvoss->GetDeviceIp("\nCam"); });
+  EXPECT_EQ(lanvoss->GetDeviceIp("Nobody"), kAddress);
 }
 
 TEST_F(Moments, WhatIsHeldAfterTheLastLineOfADisconnectCounts) {

@@ -47,7 +47,8 @@
 /// may call any operation and may drop the last reference to the object; the routine that called it
 /// then ends at once. But an operation that waits for an event of the platform may wait in vain for
 /// one that waits for this call to return: `GetDeviceIp` and `PingCheck` up to their time-outs.
-/// What it throws travels into the operation or the event handler that called it.
+/// What it throws travels into the operation or the event handler that called it; when it has
+/// dropped the last reference before, it goes no further.
 using NotifyCallback = void (*)(std::string kind, std::string message);
 
 /// The one object of the library, made by `getLanvossPtr`.
@@ -88,8 +89,8 @@ class LanvossInterface {
   ///   - "GAP", a line feed, "NAME": the same, at least GAP milliseconds after the last disconnect;
   ///   - a line feed, "NAME": connect at once to the id remembered for NAME; look for it when there
   ///     is none.
-  /// @return the local and the remote IP address joined by a comma; empty when no link came up.
-  ///   When NAME is connected already, its address comes at once.
+  /// @return the local and the remote IP address joined by a comma; empty when no link came up, or
+  ///   one without a remote address. When NAME is connected already, its address comes at once.
   /// @par Blocks
   ///   for the gap, for 60.5 s at most while the platform starts its watcher, for 100 s at most
   ///   until the attempt has ended, and for 15 s at most to stop the watcher when it has not. A
@@ -158,9 +159,11 @@ class LanvossInterface {
 /// @param directory where the cache file `deviceinfo.bin` lives; empty for the current directory.
 ///   A missing or unusable directory means no cache and is no error.
 /// @return the object; it lives until the last copy of the pointer is dropped. Dropping it stops
-///   the watcher, waits for every operation and event handler that still runs on another thread
-///   and therefore may block (about 15 s, or as long as a handler sits in a platform call). So it
-///   must not be dropped under a lock that the host's function takes.
+///   the watcher, which takes 15 s at most, and waits until no operation and no event handler runs
+///   on another thread. There every wait of the library's own ends at once, and its operation with
+///   an empty result; but a call of the platform that such a thread is inside of has to end (the
+///   probe's within 3 s; a pairing and an open request have no time limit), and so has the host's
+///   function. So it must not be dropped under a lock that the host's function takes.
 /// @throws std::exception when the platform cannot make its watcher or the system its events, or
 ///   what the host's function throws.
 LANVOSS_API std::shared_ptr<LanvossInterface> getLanvossPtr(NotifyCallback notify,
