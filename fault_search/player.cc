@@ -57,8 +57,8 @@ class Held {
     lanvoss_.reset();
     witness_.OnObjectEnds();
     const std::int64_t excuse = witness_.ExcusedMs() - excused;
-    witness_.Violate(CheckDuration("the end of the object", witness_.Clock() - begun,
-                                   longestEndMs_ + excuse));
+    witness_.Violate(
+        CheckDuration("the end of the object", witness_.Clock() - begun, longestEndMs_ + excuse));
   }
   Held(const Held&) = delete;
   Held& operator=(const Held&) = delete;
@@ -322,7 +322,8 @@ class Player {
   void Make() {
     try {
       if (Hold() == nullptr) {
-        auto made = std::make_shared<Held>(witness_, story_, TheOutput().Directory(), &Player::OnNotify);
+        auto made =
+            std::make_shared<Held>(witness_, story_, TheOutput().Directory(), &Player::OnNotify);
         const std::lock_guard lock(mutex_);
         object_ = std::move(made);
       }

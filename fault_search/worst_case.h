@@ -23,8 +23,8 @@ constexpr std::int64_t ConnectMs(std::int64_t onePairingMs, std::int64_t oneOpen
          kOpenTries * (oneOpeningMs + kOpenPauseMs);
 }
 
-// The end of an object: the stop of its watcher, and the one call of the platform that another thread
-// may be inside of, which takes so long or is a probe's receive.
+// The end of an object: the stop of its watcher, and the one call of the platform that another
+// thread may be inside of, which takes so long or is a probe's receive.
 constexpr std::int64_t EndMs(std::int64_t oneCallMs) {
   return kStopMs + std::max<std::int64_t>(oneCallMs, kEchoTimeoutMs);
 }

@@ -27,9 +27,8 @@ TEST_F(Effects, TheHostHearsBeforeTheFileIsWrittenAndTheWatcherStopped) {
 
 TEST_F(Effects, ALineIsPrintedBeforeTheHostHearsIt) {
   Open();
-  At("(watch) Stop Watcher...", [&] {
-    EXPECT_NE(Printed().find("(watch) Stop Watcher...\n"), std::string::npos);
-  });
+  At("(watch) Stop Watcher...",
+     [&] { EXPECT_NE(Printed().find("(watch) Stop Watcher...\n"), std::string::npos); });
   lanvoss->StopWatch();
 }
 

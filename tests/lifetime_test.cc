@@ -42,8 +42,8 @@ class Lifetime : public World {
     use([](auto& object) { object.StopWatch(); });
   }
 
-  // Drops the last reference while another thread is inside `operation`, `afterMs` after that began.
-  // Returns how long that took, and how long the operation went on.
+  // Drops the last reference while another thread is inside `operation`, `afterMs` after that
+  // began. Returns how long that took, and how long the operation went on.
   std::pair<Duration, Duration> EndDuring(std::uint32_t afterMs,
                                           std::function<void(LanvossInterface&)> operation) {
     std::int32_t ended = 0;

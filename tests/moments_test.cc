@@ -13,7 +13,8 @@ class Moments : public World {
   // A host that asks for a device from its function. Passes time there, so that the request begins.
   std::function<void()> AskMeanwhile(const std::string& name) {
     return [this, name] {
-      request_ = Host([this, name] { took = TimeOf([&] { address = lanvoss->GetDeviceIp(name); }); });
+      request_ =
+          Host([this, name] { took = TimeOf([&] { address = lanvoss->GetDeviceIp(name); }); });
       Pass(500);
     };
   }
@@ -70,6 +71,15 @@ TEST_F(Moments, AWatchHasFoundWhomANewOneFoundInItsLastLine) {
   Pass(5000);
   AwaitRequest();
   EXPECT_EQ(address, kAddress) << "not released by the end of the watch before";
+}
+
+TEST_F(Moments, WhetherAReportIsAFindIsDecidedAfterTheHostHasHeardOfIt) {
+  air.Add({.name = u"Cam"});
+  Open();
+  lanvoss->StartWatch("");
+  At("watch", [&] { lanvoss->StartWatch("Cam"); });
+  Pass(1000);
+  EXPECT_TRUE(LoggedStart("(watch) DeviceWatcher ok Dev=Cam "));
 }
 
 TEST_F(Moments, WhatAFindLeadsToIsDecidedAfterItsLine) {

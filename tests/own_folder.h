@@ -4,12 +4,11 @@
 
 namespace lanvoss::test {
 
-// A folder that nobody else uses. It is removed with the object; on Linux also when the process ends
-// in any other way, killed ones included.
+// A folder that nobody else uses. It is removed with the object; on Linux also when the process
+// ends in any other way, killed ones included.
 class OwnFolder {
  public:
-  explicit OwnFolder(
-      const std::filesystem::path& parent = std::filesystem::temp_directory_path());
+  explicit OwnFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path());
   ~OwnFolder();
   OwnFolder(const OwnFolder&) = delete;
   OwnFolder& operator=(const OwnFolder&) = delete;

@@ -1,6 +1,6 @@
 // The product's file operations; the cache file is the only file on which it uses these. Each fails
-// the way that leaves most behind: a transfer does half its work, a close does all of it. The opening
-// is the system's, which World lets fail.
+// the way that leaves most behind: a transfer does half its work, a close does all of it. The
+// opening is the system's, which World lets fail.
 #include <cstddef>
 #include <cstdio>
 

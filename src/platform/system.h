@@ -31,8 +31,9 @@ struct LocalTime {
   friend bool operator==(const LocalTime&, const LocalTime&) = default;
 };
 
-// A manual-reset event: once set it stays set, and every wait passes, until it is reset. A wait that
-// was under way when it was set passes too, however soon it is reset. Set and Reset never block. An event must be destroyed before its System.
+// A manual-reset event: once set it stays set, and every wait passes, until it is reset. A wait
+// that was under way when it was set passes too, however soon it is reset. Set and Reset never
+// block. An event must be destroyed before its System.
 class Event {
  public:
   virtual ~Event() = default;
@@ -82,8 +83,8 @@ class System {
  public:
   virtual ~System() = default;
 
-  // Milliseconds since the process started, on a clock that a correction of the time of day does not
-  // reach; wraps at 2^31.
+  // Milliseconds since the process started, on a clock that a correction of the time of day does
+  // not reach; wraps at 2^31.
   virtual std::int32_t Clock() = 0;
   // Blocks for `milliseconds`.
   virtual void Sleep(std::uint32_t milliseconds) = 0;

@@ -18,8 +18,8 @@ std::string CDeviceWatcherWinRT::CheckLink() {
   }
   const std::int32_t begun = Now();
   WriteLog("(watch) ping ...");
-  const int replies = PingHost(*platform_.system, std::string(addresses[1]),
-                               [this] { gate->EndIfDestroyed(); });
+  const int replies =
+      PingHost(*platform_.system, std::string(addresses[1]), [this] { gate->EndIfDestroyed(); });
   WriteLog("(watch) ping done ret:" + std::to_string(replies) +
            " dt:" + std::to_string(ElapsedMs(begun, Now())) +
            "ms DisConnect:" + std::to_string(IsGivenUp()));

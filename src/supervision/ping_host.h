@@ -12,7 +12,8 @@ namespace lanvoss {
 // and without the right to open raw sockets. Blocks for 3 s for each request that is not answered,
 // and longer while other ICMP traffic keeps arriving. `beforeReceive` is called each time before it
 // blocks; what it throws ends the probe.
-int PingHost(platform::System& system, const std::string& host,
-             const std::function<void()>& beforeReceive = [] {});
+int PingHost(
+    platform::System& system, const std::string& host,
+    const std::function<void()>& beforeReceive = [] {});
 
 }  // namespace lanvoss

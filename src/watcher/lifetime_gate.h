@@ -29,8 +29,8 @@
 
 namespace lanvoss {
 
-// Thrown in a routine whose object is being destroyed, or was destroyed under it, up to the gate. Not
-// a std::exception and never caught elsewhere, except to let it pass.
+// Thrown in a routine whose object is being destroyed, or was destroyed under it, up to the gate.
+// Not a std::exception and never caught elsewhere, except to let it pass.
 struct ObjectGone {};
 
 class LifetimeGate {

@@ -87,20 +87,21 @@ class PosixEvent final : public platform::Event {
  private:
   std::mutex mutex_;
   std::condition_variable changed_;
-  bool set_;                     // guarded by the mutex, as is the next
+  bool set_;                    // guarded by the mutex, as is the next
   std::uint64_t timesSet_ = 0;  // so that a wait under way sees a set that was reset at once
 };
 
 bool IsRegular(const struct stat& status) { return S_ISREG(status.st_mode); }
 
-// Whether opening the path can do nothing but open a file. Merely opening a pipe or a device may have
-// effects.
+// Whether opening the path can do nothing but open a file. Merely opening a pipe or a device may
+// have effects.
 bool MayOpen(const std::string& path) {
   struct stat status {};
   return stat(path.c_str(), &status) == 0 ? IsRegular(status) : errno == ENOENT;
 }
 
-// Whether the open file is this process's alone from now on. A file system without locks cannot tell.
+// Whether the open file is this process's alone from now on. A file system without locks cannot
+// tell.
 bool LockAlone(int file) { return flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
 
 class PosixIcmpSocket final : public platform::IcmpSocket {
@@ -194,9 +195,9 @@ class PosixSystem final : public platform::System {
     }
     constexpr mode_t kAnybodyMayRead = 0666;  // but for what the process's mask takes away
     const bool replaces = use == platform::FileUse::kReplace;
-    const int opened = open(path.c_str(),
-                            O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (replaces ? O_CREAT : 0),
-                            kAnybodyMayRead);
+    const int opened =
+        open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (replaces ? O_CREAT : 0),
+             kAnybodyMayRead);
     if (opened < 0) {
       return nullptr;
     }

@@ -1,5 +1,5 @@
-// Lets any call across the seam to the radio fail on demand, and the opening of an ICMP socket or of a
-// file: the n-th, all from the n-th on, or a share of them.
+// Lets any call across the seam to the radio fail on demand, and the opening of an ICMP socket or
+// of a file: the n-th, all from the n-th on, or a share of them.
 #pragma once
 
 #include <cstddef>
