@@ -57,6 +57,7 @@ std::string CDeviceWatcherWinRT::RequestDeviceIp(const std::string& text) {
   const std::string& name = request.name;
 
   KeepGap(name, request.gapMs);
+  ConnectOnFind();
   if (IsConnected(name)) {
     WriteLog("(watch) Dev " + name + " is Connected,return ip=" + DeviceIp());
     return DeviceIp();
@@ -100,10 +101,14 @@ void CDeviceWatcherWinRT::KeepGap(const std::string& name, std::int32_t gapMs) {
   }
 }
 
-// Whether there is a link to `name`. From here on finds connect.
-bool CDeviceWatcherWinRT::IsConnected(const std::string& name) {
+// From here on every find connects.
+void CDeviceWatcherWinRT::ConnectOnFind() {
   const Lock lock(mutex);
   nWatchMode = kConnectOnFind;
+}
+
+bool CDeviceWatcherWinRT::IsConnected(const std::string& name) const {
+  const Lock lock(mutex);
   return name == strWatchName && !strDeviceIp.empty();
 }
 

@@ -124,7 +124,8 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   // supervision/get_device_ip.cc
   std::string RequestDeviceIp(const std::string& text);
   void KeepGap(const std::string& name, std::int32_t gapMs);
-  bool IsConnected(const std::string& name);
+  void ConnectOnFind();
+  bool IsConnected(const std::string& name) const;
   void BeginAttempt();
   std::optional<std::string> RememberedId(const std::string& name) const;
   void ConnectById(const std::string& name);
