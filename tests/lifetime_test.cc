@@ -21,25 +21,84 @@ class Lifetime : public World {
   // Watches, connects, recovers, loses and closes a link. What the host throws or drops ends it
   // early.
   void Story() {
-    const auto use = [&](auto operation) {
-      if (LanvossInterface* const object = lanvoss.get(); object != nullptr) {
-        operation(*object);
-      }
-    };
-    use([](auto& object) { object.StartWatch("Nobody"); });
+    Use([](auto& object) { object.StartWatch("Nobody"); });
     Pass(2500);
-    use([](auto& object) { object.GetDeviceIp("Cam"); });
-    use([](auto& object) { object.GetDeviceIp("Cam"); });
+    Use([](auto& object) { object.GetDeviceIp("Cam"); });
+    Use([](auto& object) { object.GetDeviceIp("Cam"); });
     cam->GoSilent();
-    use([](auto& object) { object.PingCheck(); });
+    Use([](auto& object) { object.PingCheck(); });
     cam->Answer();
-    use([](auto& object) { object.DisConnect(""); });
-    use([](auto& object) { object.GetDeviceIp("10\nCam"); });
-    use([](auto& object) { object.DisConnect(""); });
-    use([](auto& object) { object.GetDeviceIp("\nCam"); });
-    use([](auto& object) { object.Unpair("Cam"); });
-    use([](auto& object) { object.PingCheck(); });
-    use([](auto& object) { object.StopWatch(); });
+    Use([](auto& object) { object.DisConnect(""); });
+    Use([](auto& object) { object.GetDeviceIp("10\nCam"); });
+    Use([](auto& object) { object.DisConnect(""); });
+    Use([](auto& object) { object.GetDeviceIp("\nCam"); });
+    Use([](auto& object) { object.Unpair("Cam"); });
+    Use([](auto& object) { object.PingCheck(); });
+    Use([](auto& object) { object.StopWatch(); });
+  }
+
+  // All that can go wrong. With the story above, every kind of line is logged.
+  void Troubles() {
+    simulated::Faults& faults = air.faults();
+    const Failure none{.kind = Failure::Kind::kNone};
+    const Failure cancelled{.kind = Failure::Kind::kCancelled};
+    air.SetHabits({.ignoredStarts = 1,
+                   .enumerationMs = 59'000,
+                   .onClose = LinkEnd::kSilent,
+                   .onUnpair = LinkEnd::kStaysUpReported});
+    Use([](auto& object) { object.GetDeviceIp(""); });
+    Use([](auto& object) { object.Unpair("Nobody"); });
+    Use([](auto& object) { object.StartWatch(""); });
+    Pass(500);
+    cam->Rename(u"Cam");
+    cam->Disappear();
+    faults.FailNth(Call::kWatcherStop);
+    Use([](auto& object) { object.StopWatch(); });
+    cam->Appear();
+    Use([](auto& object) { object.StartWatch("\nCam"); });
+    Pass(1000);
+    cam->Disappear();
+    air.AbortWatchers();
+    Pass(50);
+    cam->Appear();
+    Use([](auto& object) { object.StartWatch("Cam"); });
+    faults.FailNth(Call::kWatcherStop, 1, {.kind = Failure::Kind::kOther});
+    Use([](auto& object) { object.StopWatch(); });
+    Use([](auto& object) { object.AbortConnect(""); });
+    Use([](auto& object) { object.StopWatch(); });
+    Pass(100);
+    faults.FailNth(Call::kWatcherStart);
+    faults.FailNth(Call::kWatcherStop, 1, cancelled);
+    Use([](auto& object) { object.GetDeviceIp("\nUnknown"); });
+    faults.OnCall(Call::kFromIdAsync, [&, before = faults.Count(Call::kFromIdAsync)] {
+      const Failure failures[] = {none, cancelled, {}};
+      const unsigned request = faults.Count(Call::kFromIdAsync) - before;
+      if (request < std::size(failures)) {
+        faults.FailNth(Call::kFromIdAsync, 1, failures[request]);
+      }
+    });
+    Use([](auto& object) { object.GetDeviceIp("\nCam"); });
+    Use([](auto& object) { object.GetDeviceIp("\nCam"); });
+    Use([](auto& object) { object.GetDeviceIp("Cam"); });  // which pairs it
+    Use([](auto& object) { object.DisConnect(""); });
+    Use([](auto& object) { object.StartWatch("Cam"); });
+    Use([](auto& object) { object.AbortConnect(""); });
+    Use([](auto& object) { object.StopWatch(); });
+    Use([](auto& object) { object.GetDeviceIp("\nCam"); });
+    cam->GoSilent();
+    Use([](auto& object) { object.PingCheck(); });
+    Use([](auto& object) { object.PingCheck(); });
+    cam->Answer();
+    faults.FailNth(Call::kDeviceClose, 1, cancelled);
+    Use([](auto& object) { object.DisConnect(""); });
+    faults.Clear();
+  }
+
+  template <typename Operation>
+  void Use(Operation operation) {
+    if (LanvossInterface* const object = lanvoss.get(); object != nullptr) {
+      operation(*object);
+    }
   }
 
   // Drops the last reference while another thread is inside `operation`, `afterMs` after that
@@ -62,10 +121,12 @@ class Lifetime : public World {
   }
 
   std::optional<PeerHandle> cam;
+  const std::function<void()> story = [this] { Story(); };
 
-  // Calls `act` at the n-th notification of the story, for every n. Returns how many there were.
+  // Calls `act` at the n-th notification of what `happens`, for every n. Returns how many there
+  // were.
   template <typename Act>
-  int AtEveryNotification(Act act) {
+  int AtEveryNotification(Act act, const std::function<void()>& happens) {
     for (int nth = 1;; ++nth) {
       std::atomic<int> heard = 0;
       Open();
@@ -75,7 +136,7 @@ class Lifetime : public World {
         }
       });
       try {
-        Story();
+        happens();
       } catch (const std::runtime_error&) {
       }
       lanvoss.reset();
@@ -92,9 +153,9 @@ TEST_F(Lifetime, TheHostMayLetGoAtAnyNotificationAndThrow) {
   if (IsTimeFree()) {
     GTEST_SKIP() << "the host would race with itself";
   }
-  for (const bool throws : {false, true}) {
-    std::atomic<int> late = 0;
-    const int notifications = AtEveryNotification([&] {
+  std::atomic<int> late = 0;
+  const auto atEvery = [&](bool throws, const std::function<void()>& happens) {
+    const auto letGo = [&, throws] {
       if (lanvoss != nullptr) {  // else it is still being made
         lanvoss.reset();
         Listen([&](const std::string&, const std::string&) { ++late; });
@@ -102,14 +163,19 @@ TEST_F(Lifetime, TheHostMayLetGoAtAnyNotificationAndThrow) {
           throw std::logic_error("from a routine that has no object any more");
         }
       }
-    });
-    EXPECT_GT(notifications, 80);
+    };
+    EXPECT_GT(AtEveryNotification(letGo, happens), 80);
     EXPECT_EQ(late, 0) << "notified after the object was gone";
-  }
+  };
+  atEvery(false, story);
+  atEvery(true, story);
+  EXPECT_EQ(air.EscapedExceptions(), 0U);
+  atEvery(true, [this] { Troubles(); });
+  expectedEscapes = air.EscapedExceptions();  // what fails in a handler
 }
 
 TEST_F(Lifetime, TheHostMayThrowAtAnyNotification) {
-  AtEveryNotification([] { throw std::runtime_error("host"); });
+  AtEveryNotification([] { throw std::runtime_error("host"); }, story);
   expectedEscapes = air.EscapedExceptions();  // those thrown into handlers
   EXPECT_GT(expectedEscapes, 0U);
   Connect("Cam");
@@ -117,27 +183,29 @@ TEST_F(Lifetime, TheHostMayThrowAtAnyNotification) {
 
 TEST_F(Lifetime, TheHostMayCallBackInAtAnyNotification) {
   int calls = 0;
-  AtEveryNotification([&] {
-    if (lanvoss == nullptr) {  // it is being made or destroyed
-      return;
-    }
-    switch (++calls % 5) {
-      case 0:
-        lanvoss->AbortConnect("");
-        break;
-      case 1:
-        lanvoss->StartWatch("Cam");
-        break;
-      case 2:
-        lanvoss->DisConnect("");
-        break;
-      case 3:
-        lanvoss->Unpair("Cam");
-        break;
-      default:
-        lanvoss->StopWatch();
-    }
-  });
+  AtEveryNotification(
+      [&] {
+        if (lanvoss == nullptr) {  // it is being made or destroyed
+          return;
+        }
+        switch (++calls % 5) {
+          case 0:
+            lanvoss->AbortConnect("");
+            break;
+          case 1:
+            lanvoss->StartWatch("Cam");
+            break;
+          case 2:
+            lanvoss->DisConnect("");
+            break;
+          case 3:
+            lanvoss->Unpair("Cam");
+            break;
+          default:
+            lanvoss->StopWatch();
+        }
+      },
+      story);
 }
 
 TEST_F(Lifetime, AnotherThreadMayLetGoAtAnyMoment) {
@@ -146,11 +214,11 @@ TEST_F(Lifetime, AnotherThreadMayLetGoAtAnyMoment) {
   }
   for (std::uint32_t moment = 0; moment < 6000; moment += 97) {
     Open();
-    auto story = Host([&] { Story(); });
+    auto host = Host(story);
     Pass(moment);
     // The story's operations run on the bare object; this waits for the one that is under way.
     lanvoss.reset();
-    story.reset();
+    host.reset();
     Pass(70'000);
   }
 }
