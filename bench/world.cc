@@ -2,12 +2,9 @@
 
 #include <utility>
 
+#include "watcher/make_lanvoss.h"
+
 namespace lanvoss::bench {
-namespace {
-
-platform::Platform current;
-
-}  // namespace
 
 simulated::Habits HabitsWithoutLatency() {
   return {.enumerationMs = simulated::kNever, .stopMs = 0, .statusReportMs = 0};
@@ -24,16 +21,7 @@ simulated::Peer PeerWithoutLatency(std::u16string name, std::u16string id) {
 
 std::shared_ptr<LanvossInterface> Open(const platform::Platform& platform, NotifyCallback notify,
                                        const std::string& directory) {
-  current = platform;
-  auto opened = getLanvossPtr(notify, directory);
-  current = {};
-  return opened;
+  return MakeLanvoss(platform, notify, directory);
 }
 
 }  // namespace lanvoss::bench
-
-namespace lanvoss::platform {
-
-Platform CreatePlatform() { return bench::current; }
-
-}  // namespace lanvoss::platform

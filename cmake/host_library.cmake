@@ -9,16 +9,16 @@ if(BUILD_SHARED_LIBS)
 endif()
 
 # Adds the target NAME, a shared library, and NAME_static. As part of another project and when
-# installed they are lanvoss::EXPORT_NAME and lanvoss::EXPORT_NAME_static. The file PAIRING chooses
-# what the product stands on, of the parts that follow.
-function(add_host_library name export_name output_name pairing)
+# installed they are lanvoss::EXPORT_NAME and lanvoss::EXPORT_NAME_static. The file FACTORY defines
+# getLanvossPtr over the platform that it chooses, of the parts that follow.
+function(add_host_library name export_name output_name factory)
   set(parts lanvoss_product lanvoss_system ${ARGN})
   if(build_shared)
-    add_shared_host_library(${name} ${output_name} ${pairing} ${parts})
+    add_shared_host_library(${name} ${output_name} ${factory} ${parts})
     finish_host_library(${name} ${export_name} ${output_name})
   endif()
   if(build_static)
-    add_static_host_library(${name}_static ${pairing} ${parts})
+    add_static_host_library(${name}_static ${factory} ${parts})
     if(MSVC) # whose import library has the plain name
       string(APPEND output_name _static)
     endif()
@@ -29,10 +29,10 @@ function(add_host_library name export_name output_name pairing)
   endif()
 endfunction()
 
-# It exports the factory alone, which none of the parts refers to.
-function(add_shared_host_library name output_name pairing)
-  add_library(${name} SHARED ${pairing})
-  list(TRANSFORM ARGN REPLACE "^lanvoss_product$" "$<LINK_LIBRARY:WHOLE_ARCHIVE,lanvoss_product>")
+# It exports the factory alone.
+function(add_shared_host_library name output_name factory)
+  add_library(${name} SHARED ${factory})
+  target_compile_definitions(${name} PRIVATE LANVOSS_BUILD)
   target_link_libraries(${name} PRIVATE ${ARGN})
   if(WIN32)
     # The name under which hosts load it, with any compiler.
@@ -50,10 +50,10 @@ function(add_shared_host_library name output_name pairing)
 endfunction()
 
 # It holds its parts' objects, so that a host links one file and what the platform has.
-function(add_static_host_library name pairing)
+function(add_static_host_library name factory)
   list(TRANSFORM ARGN REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
-  add_library(${name} STATIC ${pairing} ${objects})
-  target_compile_definitions(${name} INTERFACE LANVOSS_STATIC)
+  add_library(${name} STATIC ${factory} ${objects})
+  target_compile_definitions(${name} PUBLIC LANVOSS_STATIC)
   target_link_libraries(${name} INTERFACE ${system_libraries})
 endfunction()
 
@@ -63,7 +63,7 @@ function(finish_host_library name export_name output_name)
   target_compile_features(${name} INTERFACE cxx_std_11)
   target_include_directories(
     ${name}
-    PRIVATE ${PROJECT_SOURCE_DIR}/src
+    PRIVATE ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/src
     INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
               $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:lanvoss_warnings>)

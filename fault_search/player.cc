@@ -17,6 +17,7 @@
 #include "backends/simulated/virtual_time.h"
 #include "host_loop.h"
 #include "output.h"
+#include "watcher/make_lanvoss.h"
 #include "witness.h"
 
 namespace lanvoss::search {
@@ -41,11 +42,12 @@ struct HostException : std::runtime_error {
 // The object, and the end of its life.
 class Held {
  public:
-  Held(Witness& witness, const Story& story, const std::string& directory, NotifyCallback notify)
+  Held(Witness& witness, const Story& story, platform::Platform platform,
+       const std::string& directory, NotifyCallback notify)
       : witness_(witness), longestEndMs_(LongestEndMs(story)) {
     witness_.OnObjectBegins();
     try {
-      lanvoss_ = getLanvossPtr(notify, directory);
+      lanvoss_ = MakeLanvoss(std::move(platform), notify, directory);
     } catch (...) {
       witness_.OnObjectEnds();
       throw;
@@ -85,7 +87,6 @@ class UnderWay {
 class Player;
 // The host's callback is a plain function, so the story it belongs to has to be found.
 Player* current = nullptr;
-platform::Platform currentPlatform;
 
 class Player {
  public:
@@ -97,14 +98,10 @@ class Player {
         witness_(story, *time_, IsToldAtOnce()),
         random_(story.seed) {
     current = this;
-    currentPlatform = {air_.System(), air_.Radio()};
     time_->SetLocalTime({2024, 3, 1, 9, 0, 0, 0});
     std::ofstream(CachePath(), std::ios::binary) << story.cache;
   }
-  ~Player() {
-    currentPlatform = {};
-    current = nullptr;
-  }
+  ~Player() { current = nullptr; }
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;
 
@@ -273,7 +270,6 @@ class Player {
       time_->Sleep(kMsPerS);
     }
     time_->Sleep(kSettleMs);
-    currentPlatform = {};
     if (air_.LiveObjects() != 0) {
       witness_.Violate(std::to_string(air_.LiveObjects()) + " platform objects leaked");
     }
@@ -322,8 +318,9 @@ class Player {
   void Make() {
     try {
       if (Hold() == nullptr) {
-        auto made =
-            std::make_shared<Held>(witness_, story_, TheOutput().Directory(), &Player::OnNotify);
+        auto made = std::make_shared<Held>(witness_, story_,
+                                           platform::Platform{air_.System(), air_.Radio()},
+                                           TheOutput().Directory(), &Player::OnNotify);
         const std::lock_guard lock(mutex_);
         object_ = std::move(made);
       }
@@ -487,9 +484,3 @@ class Player {
 Report Play(const Story& story, bool free) { return Player(story, free).Play(); }
 
 }  // namespace lanvoss::search
-
-namespace lanvoss::platform {
-
-Platform CreatePlatform() { return search::currentPlatform; }
-
-}  // namespace lanvoss::platform

@@ -13,8 +13,8 @@
 
 #include "backends/simulated/neighbourhood.h"
 #include "backends/simulated/virtual_time.h"
-#include "platform/platform.h"
 #include "require.h"
+#include "watcher/make_lanvoss.h"
 
 namespace {
 
@@ -34,8 +34,6 @@ constexpr std::uint32_t kRequestLimitMs = 100'000;  // after the gap, without th
 constexpr std::uint32_t kSettleMs = 1'000;          // events that are still on their way
 
 constexpr std::uint64_t kLongestGapMs = std::numeric_limits<std::int32_t>::max();
-
-lanvoss::platform::Platform current;
 
 std::string_view NameIn(std::string_view request) {
   const std::size_t lineFeed = request.find('\n');
@@ -66,8 +64,8 @@ std::uint32_t ElapsedMs(std::int32_t since, VirtualTime& time) {
   return static_cast<std::uint32_t>(time.Clock()) - static_cast<std::uint32_t>(since);
 }
 
-void Ask(const std::string& request, VirtualTime& time) {
-  const auto lanvoss = getLanvossPtr(nullptr, kNoDirectory);
+void Ask(const std::string& request, const Neighbourhood& air, VirtualTime& time) {
+  const auto lanvoss = lanvoss::MakeLanvoss({air.System(), air.Radio()}, nullptr, kNoDirectory);
   Require(lanvoss->GetDeviceIp(kName) == kAddress, "the device can be reached");
   const std::int32_t disconnecting = time.Clock();
   Require(lanvoss->DisConnect("") == 1, "the link can be closed");
@@ -82,12 +80,6 @@ void Ask(const std::string& request, VirtualTime& time) {
 
 }  // namespace
 
-namespace lanvoss::platform {
-
-Platform CreatePlatform() { return current; }
-
-}  // namespace lanvoss::platform
-
 // The log is the library's standard output; the fuzzer's own is standard error.
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
   Require(std::freopen("/dev/null", "w", stdout) != nullptr, "standard output can be dropped");
@@ -98,9 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto time = VirtualTime::Seeded(kSeed);
   Neighbourhood air(time, time, {.enumerationMs = kEnumerationMs});
   air.Add({.name = u"Cam", .paired = true, .openMs = kOpenMs});
-  current = {air.System(), air.Radio()};
-  Ask(std::string(data, data + size), *time);
-  current = {};
+  Ask(std::string(data, data + size), air, *time);
   time->Sleep(kSettleMs);
   Require(air.LiveObjects() == 0, "no platform object is leaked");
   Require(air.EscapedExceptions() == 0, "no exception leaves an event handler");

@@ -1,7 +1,5 @@
 // Any bytes as a scenario file: what is taken is within its ranges, and a refusal tells in one line
 // where and why.
-#include "scenario.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -9,14 +7,15 @@
 #include <string>
 #include <string_view>
 
+#include "backends/simulated/scenario_file/scenario_file.h"
 #include "require.h"
 
 namespace {
 
-using lanvoss::program::Scenario;
-using lanvoss::program::ScenarioError;
 using lanvoss::simulated::Act;
 using lanvoss::simulated::Peer;
+using lanvoss::simulated::Scenario;
+using lanvoss::simulated::ScenarioError;
 
 constexpr char kFile[] = "home.json";
 
@@ -50,7 +49,7 @@ void CheckRefusal(std::string_view message, const std::string& text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(data, data + size);
   try {
-    CheckScenario(lanvoss::program::ParseScenario(text, kFile));
+    CheckScenario(lanvoss::simulated::ParseScenario(text, kFile));
   } catch (const ScenarioError& refusal) {
     CheckRefusal(refusal.what(), text);
   }

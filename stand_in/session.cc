@@ -3,30 +3,22 @@
 #include <cstdlib>
 
 #include "backends/simulated/demo.h"
-#include "backends/simulated/neighbourhood.h"
+#include "backends/simulated/scenario_file/scenario_file.h"
 #include "backends/windows/windows_system.h"
-#include "scenario.h"
 
 namespace lanvoss::stand_in {
 namespace {
 
 constexpr const char* kScenarioVariable = "LANVOSS_STAND_IN_SCENARIO";
 
-program::Scenario OwnScenario() {
-  if (const char* file = std::getenv(kScenarioVariable); file != nullptr) {
-    return program::LoadScenario(file);
-  }
-  return {.habits = simulated::DemoHabits(), .peers = simulated::DemoPeers()};
+simulated::Scenario OwnScenario() {
+  const char* const file = std::getenv(kScenarioVariable);
+  return file == nullptr ? simulated::DemoScenario() : simulated::LoadScenario(file);
 }
 
 std::unique_ptr<Session> OwnNeighbourhood() {
-  const program::Scenario scenario = OwnScenario();
-  auto threads = events::RealThreads();
-  simulated::Neighbourhood air(windows::CreateSystem(), threads, scenario.habits, scenario.seed);
-  for (const simulated::Peer& peer : scenario.peers) {
-    air.Add(peer);
-  }
-  return std::make_unique<Session>(air.Radio(), std::move(threads));
+  const auto platform = simulated::CreatePlatform(windows::CreateSystem(), OwnScenario());
+  return std::make_unique<Session>(platform.wifiDirect, events::RealThreads());
 }
 
 // Outlives the process's destructors, which may still release objects.

@@ -103,7 +103,7 @@ TEST_F(Cache, AFileThatCannotBeWrittenIsNotLoaded) {
 
 TEST_F(Cache, ThePathIsTheHostsTextAsItIs) {
   const auto cacheIn = [&](const std::string& text) {
-    lanvoss = getLanvossPtr(nullptr, text);
+    lanvoss = MakeOnStage(air, nullptr, text);
     return lanvoss != nullptr;
   };
   fs::create_directory(directory.path / "sub");
@@ -137,7 +137,7 @@ TEST_F(Cache, ACurrentDirectoryThatIsTooLongIsNoPlace) {
     WriteFile(deep + "/deviceinfo.bin", "1|A|m|Cam|2024\n");
     time->SetCurrentDirectory(deep);
     Printed();
-    lanvoss = getLanvossPtr(nullptr, "");
+    lanvoss = MakeOnStage(air, nullptr, "");
     EXPECT_EQ(Printed().find("1 Device:Cam id:A") != std::string::npos, length == 259);
   }
   const unsigned opened = air.faults().Count(Call::kOpenFile);

@@ -343,7 +343,7 @@ TEST_F(Lifetime, WithoutEventsConstructionFails) {
 }
 
 TEST_F(Lifetime, WithoutACallbackOnlyStandardOutputSpeaks) {
-  lanvoss = getLanvossPtr(nullptr, directory.path.string());
+  lanvoss = MakeOnStage(air, nullptr, directory.path.string());
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
   Pass(100);
   EXPECT_NE(Printed().find("IPAddress: loc:192.168.49.1 remote:192.168.49.20\n"),

@@ -1,9 +1,9 @@
 // Scenario files: what they say, and how they are refused.
-#include "scenario.h"
-
 #include <gtest/gtest.h>
 
-namespace lanvoss::program {
+#include "backends/simulated/scenario_file/scenario_file.h"
+
+namespace lanvoss::simulated {
 namespace {
 
 std::string Refusal(const std::string& text) {
@@ -31,18 +31,18 @@ TEST(Scenario, SetsEveryKindOfField) {
                "script": [{"at_ms": 5, "do": "rename", "to": "Büro 2"}]}]})",
                                           "home.json");
   EXPECT_EQ(scenario.seed, 18446744073709551615U);
-  EXPECT_EQ(scenario.habits.enumerationMs, simulated::kNever);
-  EXPECT_EQ(scenario.habits.stopElsewhere, simulated::StopElsewhere::kRefused);
-  EXPECT_EQ(scenario.habits.onClose, simulated::LinkEnd::kStaysUpReported);
+  EXPECT_EQ(scenario.habits.enumerationMs, kNever);
+  EXPECT_EQ(scenario.habits.stopElsewhere, StopElsewhere::kRefused);
+  EXPECT_EQ(scenario.habits.onClose, LinkEnd::kStaysUpReported);
   EXPECT_EQ(scenario.habits.ignoredStarts, 3U);
-  const simulated::Peer& peer = scenario.peers.at(0);
+  const Peer& peer = scenario.peers.at(0);
   EXPECT_EQ(peer.name, u"Büro");
   EXPECT_EQ(peer.localAddress, std::nullopt);
   EXPECT_EQ(peer.remoteAddress, u"192.168.49.20") << "left out, so the default";
-  EXPECT_EQ(peer.openings.at(1), simulated::Outcome::kHangs);
+  EXPECT_EQ(peer.openings.at(1), Outcome::kHangs);
   EXPECT_EQ(peer.pairingStatus, platform::DevicePairingResultStatus::AuthenticationTimeout);
   EXPECT_EQ(peer.echoShare, 0.5);
-  EXPECT_EQ(peer.echoes.at(1).at(1), simulated::Echo::kLateReply);
+  EXPECT_EQ(peer.echoes.at(1).at(1), Echo::kLateReply);
   EXPECT_FALSE(scenario.habits.simulatesEcho);
   EXPECT_EQ(peer.script.at(0).newName, u"Büro 2");
 }
@@ -68,4 +68,4 @@ TEST(Scenario, NamesTheLineOrTheKeyThatIsWrong) {
 }
 
 }  // namespace
-}  // namespace lanvoss::program
+}  // namespace lanvoss::simulated

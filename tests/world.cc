@@ -146,7 +146,7 @@ void World::TearDown() {
 
 void World::OpenIn(const std::string& cacheDirectory) {
   const Inside operation("getLanvossPtr");
-  lanvoss = std::make_shared<Announced>(getLanvossPtr(&World::OnNotify, cacheDirectory));
+  lanvoss = std::make_shared<Announced>(MakeOnStage(air, &World::OnNotify, cacheDirectory));
 }
 
 Duration World::TimeOf(const std::function<void()>& operation) {

@@ -185,7 +185,7 @@ std::string FaultOf(const CommandLine& line) {
   if (line.json && line.command == Command::kShell) {
     return "a shell is for people; lanvoss run --json does operations from standard input";
   }
-  if (line.radio && !ChooseRadio(*line.radio)) {
+  if (line.radio && !IsRadioName(*line.radio)) {
     return "no radio \"" + *line.radio + "\"; there is " + RadioNames();
   }
   return {};

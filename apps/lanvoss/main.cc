@@ -1,9 +1,11 @@
 // The host program: a few operations of the library per run.
 #include <exception>
 #include <memory>
+#include <optional>
 
 #include "lanvoss/lanvoss.h"
 
+#include "backends/simulated/scenario_file/scenario_file.h"
 #include "command_line.h"
 #include "commands/devices.h"
 #include "commands/disconnect.h"
@@ -23,20 +25,20 @@
 #include "notifications.h"
 #include "outcome.h"
 #include "progress.h"
+#include "radio.h"
 #include "recording.h"
 #include "results.h"
-#include "scenario.h"
-#include "simulation.h"
 #include "situation.h"
 #include "streams.h"
+#include "watcher/make_lanvoss.h"
 
 namespace lanvoss::program {
 namespace {
 
 // Who listens to the library during a command.
-void ListenFor(const CommandLine& line) {
+void ListenFor(const CommandLine& line, const platform::Platform& platform) {
   Listen(&HearSituation);
-  Listen(&HearProbe);
+  Listen(ComplainOfProbesIn(platform.system));
   if (line.command == Command::kShell) {
     Listen(&HearNames);
   }
@@ -97,11 +99,12 @@ Outcome TryCommand(LanvossInterface& object, const CommandLine& line, Interrupti
   }
 }
 
-Outcome RunOnObject(const CommandLine& line) {
+Outcome RunOnObject(const CommandLine& line, const std::optional<simulated::Scenario>& scenario) {
   Interruption interruption;
-  ListenFor(line);
+  const platform::Platform platform = CreatePlatform(line.radio, scenario);
+  ListenFor(line, platform);
   OpenConsole(ConsoleFor(line));  // starts a thread, which interrupts must find holding them
-  auto object = getLanvossPtr(&Hear, line.directory);
+  auto object = MakeLanvoss(platform, &Hear, line.directory);
   interruption.Ends(object);
 
   Outcome outcome = TryCommand(*object, line, interruption);
@@ -118,13 +121,17 @@ Outcome RunOnObject(const CommandLine& line) {
 }
 
 Outcome Run(const CommandLine& line) {
+  std::optional<simulated::Scenario> scenario;
+  if (line.scenarioFile) {
+    scenario = simulated::LoadScenario(*line.scenarioFile);
+  }
   if (line.command == Command::kDevices) {
     return RunDevices(line);
   }
   if (line.command == Command::kTimeline) {
     return RunTimeline(line);
   }
-  return line.command == Command::kDoctor ? RunDoctor() : RunOnObject(line);
+  return line.command == Command::kDoctor ? RunDoctor(line) : RunOnObject(line, scenario);
 }
 
 int Main(int argc, char** argv) {
@@ -134,11 +141,8 @@ int Main(int argc, char** argv) {
     return *exitCode;
   }
   try {
-    if (line.scenarioFile) {
-      Simulate(LoadScenario(*line.scenarioFile));
-    }
     return Report(line, Run(line));
-  } catch (const ScenarioError& error) {
+  } catch (const simulated::ScenarioError& error) {
     return Report(line, {kExitUsage, {}, error.what()});
   } catch (const ConsoleError& error) {
     return Report(line, {kExitUsage, {}, error.what()});

@@ -2,10 +2,10 @@
 
 #include <utility>
 
+#include "watcher/make_lanvoss.h"
+
 namespace lanvoss::nth {
 namespace {
-
-platform::Platform current;
 
 struct {
   bool armed = false;
@@ -19,7 +19,10 @@ thread_local bool isExempt = false;
 
 }  // namespace
 
-void StandOn(platform::Platform platform) { current = std::move(platform); }
+std::shared_ptr<LanvossInterface> MakeFailing(platform::Platform platform, NotifyCallback notify,
+                                              std::string directory) {
+  return MakeLanvoss(std::move(platform), notify, std::move(directory));
+}
 
 void Plant(Failure failure, unsigned nth, bool lasts) { plan = {true, failure, nth, lasts, 0}; }
 
@@ -38,9 +41,3 @@ bool IsDue(Failure failure) {
 }
 
 }  // namespace lanvoss::nth
-
-namespace lanvoss::platform {
-
-Platform CreatePlatform() { return nth::current; }
-
-}  // namespace lanvoss::platform

@@ -1,11 +1,13 @@
-// What the program asks of the failing product: a platform to stand on, and which step fails.
+// What the program asks of the failing product: an object, and which step fails.
 //
 // A step is one call across the seam to the radio, one operation on the cache file or one
 // allocation in the product's code, as the failure has it. Nothing here is locked: on seeded
 // virtual time one thread runs at a time.
 #pragma once
 
+#include <memory>
 #include <new>
+#include <string>
 
 #include "lanvoss/lanvoss.h"
 
@@ -28,8 +30,10 @@ struct PlantedBadAlloc : std::bad_alloc {
   const char* what() const noexcept override { return kPlantedText; }
 };
 
-// Objects made from now on stand on this platform.
-LANVOSS_API void StandOn(platform::Platform platform);
+// An object of the failing product.
+LANVOSS_API std::shared_ptr<LanvossInterface> MakeFailing(platform::Platform platform,
+                                                          NotifyCallback notify,
+                                                          std::string directory);
 
 // Lets the `nth` step from now on fail, and all later ones when it lasts.
 LANVOSS_API void Plant(Failure failure, unsigned nth, bool lasts);

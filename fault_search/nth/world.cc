@@ -82,13 +82,9 @@ World::World(const Plan& plan, std::filesystem::path directory)
   current = this;
   air_.Add({.name = u"Other", .id = u"WiFiDirect#02:00:00:00:00:0b", .appearMs = kAppearMs});
   std::ofstream(directory_ / "deviceinfo.bin", std::ios::binary) << kCachedLine;
-  StandOn({air_.System(), air_.Radio()});
 }
 
-World::~World() {
-  StandOn({});
-  current = nullptr;
-}
+World::~World() { current = nullptr; }
 
 Result World::Play(Story story) {
   LetPlatformFail();
@@ -146,8 +142,9 @@ void World::LetPlatformFail() {
 void World::Open() {
   loaded_.clear();
   mayNotify_ = true;
-  Within("getLanvossPtr", kAtOnceMs,
-         [this] { lanvoss_ = getLanvossPtr(&World::OnNotify, directory_.string()); });
+  Within("getLanvossPtr", kAtOnceMs, [this] {
+    lanvoss_ = MakeFailing({air_.System(), air_.Radio()}, &World::OnNotify, directory_.string());
+  });
   mayNotify_ = lanvoss_ != nullptr;
 }
 

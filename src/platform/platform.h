@@ -13,8 +13,4 @@ struct Platform {
   std::shared_ptr<WiFiDirect> wifiDirect;
 };
 
-// Defined once in every build, by the file that chooses its pairing of backends. Called for each
-// object that the factory makes.
-Platform CreatePlatform();
-
 }  // namespace lanvoss::platform

@@ -18,8 +18,11 @@
 
 #include "lanvoss/lanvoss.h"
 
+#include "backends/posix/posix_system.h"
 #include "backends/wpa/control_socket.h"
+#include "backends/wpa/wpa_radio.h"
 #include "camera.h"
+#include "watcher/make_lanvoss.h"
 
 namespace lanvoss::test {
 
@@ -73,7 +76,9 @@ class Radio : public testing::Test {
   // A new object, which has the cache of the one before.
   void Open() {
     lanvoss.reset();
-    lanvoss = getLanvossPtr(&Radio::OnNotify, directory_);
+    const auto system = posix::CreateSystem();
+    lanvoss =
+        MakeLanvoss({system, wpa::CreateRadio(system, "wlan0")}, &Radio::OnNotify, directory_);
   }
 
   template <typename Operation>

@@ -1,17 +1,7 @@
 // The library, and the host program, on a real Wi-Fi Direct stack.
-#include "backends/posix/posix_system.h"
-#include "backends/wpa/wpa_radio.h"
 #include "host.h"
-#include "platform/platform.h"
 
-namespace lanvoss {
-
-platform::Platform platform::CreatePlatform() {
-  const auto system = posix::CreateSystem();
-  return {system, wpa::CreateRadio(system, "wlan0")};
-}
-
-namespace test {
+namespace lanvoss::test {
 namespace {
 
 const std::string kName = "Cam-7F21";  // of every camera that is not renamed
@@ -161,8 +151,7 @@ TEST_F(Radio, GivesUpACameraThatNeverAnswers) {
 }
 
 }  // namespace
-}  // namespace test
-}  // namespace lanvoss
+}  // namespace lanvoss::test
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);

@@ -10,6 +10,11 @@ void EnterStage(const std::shared_ptr<StageTime>& time, simulated::Neighbourhood
   stand_in::Use(air.Radio(), time);
 }
 
+std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Neighbourhood& /*air*/,
+                                              NotifyCallback notify, const std::string& directory) {
+  return getLanvossPtr(notify, directory);
+}
+
 void LeaveStage() { ExpectClean(stand_in::Finish()); }
 
 }  // namespace lanvoss::test

@@ -1,24 +1,16 @@
 // The stage without a platform: the library right on the simulated neighbourhood.
-#include "platform/platform.h"
 #include "stages/stage.h"
+#include "watcher/make_lanvoss.h"
 
 namespace lanvoss::test {
-namespace {
 
-platform::Platform current;
+void EnterStage(const std::shared_ptr<StageTime>& /*time*/, simulated::Neighbourhood& /*air*/) {}
 
-}  // namespace
-
-void EnterStage(const std::shared_ptr<StageTime>& /*time*/, simulated::Neighbourhood& air) {
-  current = {air.System(), air.Radio()};
+std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Neighbourhood& air, NotifyCallback notify,
+                                              const std::string& directory) {
+  return MakeLanvoss({air.System(), air.Radio()}, notify, directory);
 }
 
-void LeaveStage() { current = {}; }
+void LeaveStage() {}
 
 }  // namespace lanvoss::test
-
-namespace lanvoss::platform {
-
-Platform CreatePlatform() { return test::current; }
-
-}  // namespace lanvoss::platform

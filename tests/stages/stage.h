@@ -3,14 +3,20 @@
 #pragma once
 
 #include <memory>
+#include <string>
+
+#include "lanvoss/lanvoss.h"
 
 #include "backends/simulated/neighbourhood.h"
 #include "stage_time.h"
 
 namespace lanvoss::test {
 
-// Puts the library's next objects on the radio of `air`. To be called on the test's thread.
+// Before the library's first object. To be called on the test's thread.
 void EnterStage(const std::shared_ptr<StageTime>& time, simulated::Neighbourhood& air);
+// An object of the library on the radio of `air`.
+std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Neighbourhood& air, NotifyCallback notify,
+                                              const std::string& directory);
 // Expects that nothing of the library has misused the stage. No object may be left.
 void LeaveStage();
 

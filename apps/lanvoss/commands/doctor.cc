@@ -4,8 +4,8 @@
 
 namespace lanvoss::program {
 
-Outcome RunDoctor() {
-  const std::vector<Finding> findings = Examine();
+Outcome RunDoctor(const CommandLine& line) {
+  const std::vector<Finding> findings = Examine(line.radio.value_or(""));
   Outcome outcome;
   for (const Finding& finding : findings) {
     outcome.result += (finding.isFine ? "fine     " : "missing  ") + finding.what + "\n";

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "command_line.h"
 #include "outcome.h"
 
 namespace lanvoss::program {
@@ -14,9 +15,10 @@ struct Finding {
   std::string remedy = {};  // where something is to be mended
 };
 
-// What this system's radio needs. Each kind of system looks for itself.
-std::vector<Finding> Examine();
+// What the system's real radio needs; `radioName` may say which of several. Each kind of system
+// looks for itself.
+std::vector<Finding> Examine(const std::string& radioName);
 
-Outcome RunDoctor();
+Outcome RunDoctor(const CommandLine& line);
 
 }  // namespace lanvoss::program

@@ -1,10 +1,10 @@
 #include "commands/link_check.h"
 
 #include <mutex>
+#include <utility>
 
 #include "console.h"
 #include "log_line.h"
-#include "platform/platform.h"
 #include "raw_sockets.h"
 #include "situation.h"
 
@@ -13,11 +13,8 @@ namespace {
 
 constexpr int kAsks = 2;
 
-// Asked of a platform of its own, since the object keeps what it stands on to itself.
-bool CanSendEchoes() { return platform::CreatePlatform().system->OpenIcmpSocket() != nullptr; }
-
-void ComplainWithoutRight() {
-  if (!CanSendEchoes()) {
+void ComplainWithoutRight(platform::System& system) {
+  if (system.OpenIcmpSocket() == nullptr) {
     Complain("no right to open raw sockets, so no device seems to answer; " +
              HowToAllowRawSockets());
   }
@@ -25,11 +22,13 @@ void ComplainWithoutRight() {
 
 }  // namespace
 
-void HearProbe(const Notification& notification) {
-  if (notification.kind == "info" && Understand(notification.message).step == Step::kProbing) {
-    static std::once_flag complained;
-    std::call_once(complained, ComplainWithoutRight);
-  }
+Listener ComplainOfProbesIn(std::shared_ptr<platform::System> system) {
+  const auto complained = std::make_shared<std::once_flag>();
+  return [system = std::move(system), complained](const Notification& notification) {
+    if (notification.kind == "info" && Understand(notification.message).step == Step::kProbing) {
+      std::call_once(*complained, ComplainWithoutRight, *system);
+    }
+  };
 }
 
 LinkCheck CheckLink(LanvossInterface& object) {

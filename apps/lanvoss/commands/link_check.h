@@ -1,13 +1,15 @@
 // A check of the link, with what only the log tells of it.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <string>
 
 #include "lanvoss/lanvoss.h"
 
-#include "notification.h"
+#include "notifications.h"
+#include "platform/system.h"
 
 namespace lanvoss::program {
 
@@ -17,8 +19,8 @@ struct LinkCheck {
   std::string addresses = {};       // of the link that the recovery opened
 };
 
-// A listener. Complains, once per run of the program, when the right to probe is missing.
-void HearProbe(const Notification& notification);
+// A listener that complains, once, when the first probe begins without the right to probe.
+Listener ComplainOfProbesIn(std::shared_ptr<platform::System> system);
 
 LinkCheck CheckLink(LanvossInterface& object);
 

@@ -24,7 +24,7 @@ Finding ExamineRadio() {
 
 }  // namespace
 
-std::vector<Finding> Examine() {
+std::vector<Finding> Examine(const std::string& /*radioName*/) {
   const bool hasRight = windows::CreateSystem()->OpenIcmpSocket() != nullptr;
   return {
       ExamineRadio(),

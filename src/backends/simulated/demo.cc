@@ -1,10 +1,13 @@
 #include "backends/simulated/demo.h"
 
+#include <vector>
+
 namespace lanvoss::simulated {
+namespace {
 
-Habits DemoHabits() { return {.enumerationMs = 1800, .stopMs = 60, .statusReportMs = 25}; }
+constexpr Habits kHabits = {.enumerationMs = 1800, .stopMs = 60, .statusReportMs = 25};
 
-std::vector<Peer> DemoPeers() {
+std::vector<Peer> Peers() {
   return {
       {.name = u"Cam-7F21",
        .id = u"WiFiDirect#02:11:22:33:7f:21",
@@ -38,5 +41,9 @@ std::vector<Peer> DemoPeers() {
        .pairingStatus = platform::DevicePairingResultStatus::RejectedByHandler},
   };
 }
+
+}  // namespace
+
+Scenario DemoScenario() { return {.habits = kHabits, .peers = Peers()}; }
 
 }  // namespace lanvoss::simulated

@@ -2,13 +2,10 @@
 // latencies.
 #pragma once
 
-#include <vector>
-
-#include "backends/simulated/peer.h"
+#include "backends/simulated/scenario.h"
 
 namespace lanvoss::simulated {
 
-Habits DemoHabits();
-std::vector<Peer> DemoPeers();
+Scenario DemoScenario();
 
 }  // namespace lanvoss::simulated

@@ -8,10 +8,10 @@
 #include <string>
 
 #include "backends/simulated/peer.h"
-#include "json_value.h"
+#include "backends/simulated/scenario_file/json_value.h"
 #include "platform/wifi_direct.h"
 
-namespace lanvoss::program {
+namespace lanvoss::simulated {
 
 void Read(const JsonValue& value, bool& out);
 void Read(const JsonValue& value, std::uint64_t& out);
@@ -23,13 +23,13 @@ void Read(const JsonValue& value, double& out);
 void Read(const JsonValue& value, std::u16string& out);
 void Read(const JsonValue& value, std::optional<std::u16string>& out);
 
-void Read(const JsonValue& value, simulated::Outcome& out);
-void Read(const JsonValue& value, simulated::Echo& out);
-void Read(const JsonValue& value, simulated::Act& out);
-void Read(const JsonValue& value, simulated::LinkEnd& out);
-void Read(const JsonValue& value, simulated::StopElsewhere& out);
+void Read(const JsonValue& value, Outcome& out);
+void Read(const JsonValue& value, Echo& out);
+void Read(const JsonValue& value, Act& out);
+void Read(const JsonValue& value, LinkEnd& out);
+void Read(const JsonValue& value, StopElsewhere& out);
 // In the platform's own words, as "ConfirmOnly" and "Paired".
 void Read(const JsonValue& value, platform::DevicePairingKinds& out);
 void Read(const JsonValue& value, platform::DevicePairingResultStatus& out);
 
-}  // namespace lanvoss::program
+}  // namespace lanvoss::simulated

@@ -1,10 +1,10 @@
-#include "json_value.h"
+#include "backends/simulated/scenario_file/json_value.h"
 
 #include <algorithm>
 
-#include "scenario_error.h"
+#include "backends/simulated/scenario_file/scenario_error.h"
 
-namespace lanvoss::program {
+namespace lanvoss::simulated {
 
 void JsonValue::Refuse(const std::string& why) const { throw ScenarioError(path_ + ": " + why); }
 
@@ -48,4 +48,4 @@ std::string JsonValue::PathOf(std::string_view key) const {
   return path_ + joint_ + quoted.substr(1, quoted.size() - 2);
 }
 
-}  // namespace lanvoss::program
+}  // namespace lanvoss::simulated

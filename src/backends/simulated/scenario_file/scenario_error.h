@@ -3,7 +3,7 @@
 
 #include <stdexcept>
 
-namespace lanvoss::program {
+namespace lanvoss::simulated {
 
 // Tells in one line what is wrong and where: "home.json:7: ..." for what is not JSON, otherwise
 // "home.json: peers[1].pair_ms: ...".
@@ -12,4 +12,4 @@ class ScenarioError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-}  // namespace lanvoss::program
+}  // namespace lanvoss::simulated

@@ -1,4 +1,4 @@
-#include "scenario_values.h"
+#include "backends/simulated/scenario_file/scenario_values.h"
 
 #include <initializer_list>
 #include <limits>
@@ -6,17 +6,11 @@
 
 #include "platform/unicode.h"
 
-namespace lanvoss::program {
+namespace lanvoss::simulated {
 namespace {
 
 using platform::DevicePairingKinds;
 using platform::DevicePairingResultStatus;
-using simulated::Act;
-using simulated::Echo;
-using simulated::kNever;
-using simulated::LinkEnd;
-using simulated::Outcome;
-using simulated::StopElsewhere;
 
 template <typename Enum>
 Enum OneOf(const JsonValue& value, std::initializer_list<std::pair<const char*, Enum>> words) {
@@ -170,4 +164,4 @@ void Read(const JsonValue& value, DevicePairingResultStatus& out) {
               {"Failed", Failed}});
 }
 
-}  // namespace lanvoss::program
+}  // namespace lanvoss::simulated

@@ -1,4 +1,4 @@
-#include "scenario.h"
+#include "backends/simulated/scenario_file/scenario_file.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -9,16 +9,13 @@
 #include <string_view>
 #include <system_error>
 
-#include "json_value.h"
-#include "scenario_values.h"
+#include "backends/simulated/scenario_file/json_value.h"
+#include "backends/simulated/scenario_file/scenario_values.h"
 
-namespace lanvoss::program {
+namespace lanvoss::simulated {
 namespace {
 
 using nlohmann::json;
-using simulated::Habits;
-using simulated::Peer;
-using simulated::ScriptStep;
 
 void Read(const JsonValue& value, Habits& habits);
 void Read(const JsonValue& value, Peer& peer);
@@ -39,7 +36,7 @@ void Read(const JsonValue& value, ScriptStep& step) {
   value.ReadMembers(
       {{"at_ms", Into(step.atMs)}, {"do", Into(step.act)}, {"to", Into(step.newName)}});
   value.Require("do");
-  if (step.act == simulated::Act::kRename) {
+  if (step.act == Act::kRename) {
     value.Require("to");
   } else if (value.Has("to")) {
     value.RefuseMember("to", "only a rename has it");
@@ -140,4 +137,4 @@ Scenario ParseScenario(const std::string& text, const std::string& file) {
   return scenario;
 }
 
-}  // namespace lanvoss::program
+}  // namespace lanvoss::simulated

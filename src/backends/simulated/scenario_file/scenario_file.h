@@ -5,29 +5,21 @@
 //    "peers": [{"name": "Cam-7F21", "pair_ms": 1200, "openings": ["none"],
 //               "script": [{"at_ms": 5000, "do": "rename", "to": "Cam-2"}]}]}
 //
-// The keys are the fields of simulated::Habits, Peer and ScriptStep, whose defaults hold where a
+// The keys are the fields of Habits, Peer and ScriptStep, whose defaults hold where a
 // key is left out; only a peer's name and a step's "do" must be there. Durations are whole
 // milliseconds or "never". What a file says beyond that is refused, not ignored.
 #pragma once
 
-#include <cstdint>
 #include <string>
-#include <vector>
 
-#include "backends/simulated/peer.h"
-#include "scenario_error.h"
+#include "backends/simulated/scenario.h"
+#include "backends/simulated/scenario_file/scenario_error.h"
 
-namespace lanvoss::program {
-
-struct Scenario {
-  std::uint64_t seed = 1;
-  simulated::Habits habits = {};
-  std::vector<simulated::Peer> peers = {};
-};
+namespace lanvoss::simulated {
 
 // Both throw ScenarioError.
 Scenario LoadScenario(const std::string& file);
 // `file` is the name for messages.
 Scenario ParseScenario(const std::string& text, const std::string& file);
 
-}  // namespace lanvoss::program
+}  // namespace lanvoss::simulated

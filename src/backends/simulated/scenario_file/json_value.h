@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-namespace lanvoss::program {
+namespace lanvoss::simulated {
 
 // Refers to a document that must outlive it. Everything throws ScenarioError when the value is not
 // what it is taken for.
@@ -44,4 +44,4 @@ class JsonValue {
   const char* joint_;  // what stands between the path and a member's key
 };
 
-}  // namespace lanvoss::program
+}  // namespace lanvoss::simulated

@@ -1,0 +1,28 @@
+#include "radio.h"
+
+#include "backends/simulated/demo.h"
+#include "backends/windows/windows_radio.h"
+#include "backends/windows/windows_system.h"
+
+namespace lanvoss::program {
+namespace {
+
+constexpr char kSimulated[] = "simulated";
+constexpr char kWindows[] = "windows";
+
+}  // namespace
+
+std::string RadioNames() { return "windows (default) or simulated"; }
+
+bool IsRadioName(const std::string& name) { return name == kSimulated || name == kWindows; }
+
+platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
+                                  const std::optional<simulated::Scenario>& scenario) {
+  const auto system = windows::CreateSystem();
+  if (scenario || radioName == kSimulated) {
+    return simulated::CreatePlatform(system, scenario.value_or(simulated::DemoScenario()));
+  }
+  return {system, windows::CreateRadio(system)};
+}
+
+}  // namespace lanvoss::program

@@ -1,0 +1,19 @@
+#include "backends/simulated/scenario.h"
+
+#include <utility>
+
+#include "backends/events/threads.h"
+#include "backends/simulated/neighbourhood.h"
+
+namespace lanvoss::simulated {
+
+platform::Platform CreatePlatform(std::shared_ptr<platform::System> system,
+                                  const Scenario& scenario) {
+  Neighbourhood air(std::move(system), events::RealThreads(), scenario.habits, scenario.seed);
+  for (const Peer& peer : scenario.peers) {
+    air.Add(peer);
+  }
+  return {air.System(), air.Radio()};
+}
+
+}  // namespace lanvoss::simulated

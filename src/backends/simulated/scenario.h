@@ -1,0 +1,23 @@
+// A simulated neighbourhood as it is told: its platform's habits and its devices.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "backends/simulated/peer.h"
+#include "platform/platform.h"
+
+namespace lanvoss::simulated {
+
+struct Scenario {
+  std::uint64_t seed = 1;
+  Habits habits = {};
+  std::vector<Peer> peers = {};
+};
+
+// In real time, over `system`.
+platform::Platform CreatePlatform(std::shared_ptr<platform::System> system,
+                                  const Scenario& scenario);
+
+}  // namespace lanvoss::simulated
