@@ -7,7 +7,7 @@
 
 #include "backends/events/threads.h"
 #include "backends/posix/posix_system.h"
-#include "watcher/guarded.h"
+#include "base/guarded.h"
 #include "world.h"
 
 namespace lanvoss::bench {

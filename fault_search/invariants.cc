@@ -5,10 +5,10 @@
 #include <regex>
 #include <string_view>
 
+#include "base/limits.h"
 #include "host_loop.h"
 #include "registry/cache_file.h"
 #include "registry/split_text.h"
-#include "watcher/limits.h"
 #include "worst_case.h"
 
 namespace lanvoss::search {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "watcher/limits.h"
+#include "base/limits.h"
 
 namespace lanvoss::worst_case {
 

@@ -35,7 +35,7 @@ def amount(text):
 
 def check_limits():
     code = {}
-    for header in "src/watcher/limits.h", "src/backends/wpa/limits.h":
+    for header in "src/base/limits.h", "src/backends/wpa/limits.h":
         for name, value in re.findall(r"constexpr \S+ (k\w+)(?:\[\])? = (.*);",
                                       (ROOT / header).read_text()):
             value = value.replace("'", "").strip('"')
@@ -97,7 +97,7 @@ def check_notifications(program):
 
 def check_lines_of_the_code(lines):
     """Each log line of the code, those that no scenario causes included, by how it begins."""
-    code = "".join(path.read_text() for folder in ("watcher", "registry", "discovery",
+    code = "".join(path.read_text() for folder in ("base", "watcher", "registry", "discovery",
                                                    "connection", "supervision")
                    for path in sorted((ROOT / "src" / folder).glob("*.cc")))
     literal = r'"((?:[^"\\]|\\.)*)"'

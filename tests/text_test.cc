@@ -1,5 +1,5 @@
 // Text conversions, clock differences and status names.
-#include "watcher/text.h"
+#include "base/text.h"
 
 #include <gtest/gtest.h>
 #include <limits>

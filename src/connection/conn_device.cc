@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/limits.h"
+#include "base/text.h"
 #include "watcher/device_watcher_winrt.h"
-#include "watcher/limits.h"
 #include "watcher/status_names.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 
@@ -87,7 +87,7 @@ void CDeviceWatcherWinRT::DropOldDevice() {
 void CDeviceWatcherWinRT::OpenDevice(const std::string& name, const std::u16string& id) {
   for (int tries = 1; tries <= kOpenTries; ++tries) {
     const std::int32_t begun = Now();
-    if (IsAttemptOver(begun)) {
+    if (!BeginOpenRequest(begun)) {
       return;
     }
     HoldDevice(platform_.wifiDirect->FromIdAsync(id));
@@ -100,21 +100,21 @@ void CDeviceWatcherWinRT::OpenDevice(const std::string& name, const std::u16stri
   }
 }
 
-// Whether no further open request may begin; if one may, it is counted.
-bool CDeviceWatcherWinRT::IsAttemptOver(std::int32_t now) {
+// Counts the next open request. False: none may begin any more.
+bool CDeviceWatcherWinRT::BeginOpenRequest(std::int32_t now) {
   std::string abortion;
   {
     const Lock lock(mutex);
     const std::int32_t elapsed = ElapsedMs(tStart, now);
     if (elapsed <= kAttemptLimitMs && !bDisConnect) {
       ++nFromIdTry;
-      return false;
+      return true;
     }
     abortion = "(watch) wfdDevice is null,Re FromIdAsync outtime abort DisConnect:" +
                std::to_string(bDisConnect) + " dt:" + std::to_string(elapsed) + "ms";
   }
   WriteLog(std::move(abortion));
-  return true;
+  return false;
 }
 
 // Learns the addresses of an open link and tells the host.
@@ -130,18 +130,24 @@ void CDeviceWatcherWinRT::ReportLink(const std::string& name,
     const Lock lock(mutex);
     strDeviceIp = local + "," + remote;
   }
-  WriteLog(ConnectedText(name, Now()) + " IPAddress: loc:" + local + " remote:" + remote);
+  StampConnected(Now());
+  WriteLog(ConnectedText(name) + " IPAddress: loc:" + local + " remote:" + remote);
   if (!remote.empty()) {
     Notify("deviceip", remote);
   }
 }
 
-// Stamps the end of the attempt and words how long its steps took.
-std::string CDeviceWatcherWinRT::ConnectedText(const std::string& name, std::int32_t now) {
+// The connection step of the attempt ends now.
+void CDeviceWatcherWinRT::StampConnected(std::int32_t now) {
   const Lock lock(mutex);
   tConnected = now;
+  nMaxConnectMs = std::max(nMaxConnectMs, ElapsedMs(tStart, tConnected));
+}
+
+// How long the attempt and its steps took.
+std::string CDeviceWatcherWinRT::ConnectedText(const std::string& name) const {
+  const Lock lock(mutex);
   const std::int32_t total = ElapsedMs(tStart, tConnected);
-  nMaxConnectMs = std::max(nMaxConnectMs, total);
   return "(watch) Devices connected on L2 layer, connecting to name(" + name +
          "),time:" + std::to_string(total) + "ms(" + std::to_string(nMaxConnectMs) + ")," +
          StepTimesText();

@@ -2,10 +2,10 @@
 #include <cstdio>
 #include <utility>
 
-#include "watcher/limits.h"
+#include "base/limits.h"
+#include "base/text.h"
 #include "watcher/log_sink.h"
 #include "watcher/status_names.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 

@@ -2,10 +2,10 @@
 #include <cstdio>
 #include <map>
 
+#include "base/limits.h"
+#include "base/text.h"
 #include "watcher/device_watcher_winrt.h"
-#include "watcher/limits.h"
 #include "watcher/status_names.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 namespace {

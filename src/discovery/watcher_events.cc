@@ -1,9 +1,9 @@
 // The five events of the platform's watcher. Each runs on a thread of the platform's, through the
 // gate; several may run at once. A platform error ends a handler where it is.
+#include "base/limits.h"
+#include "base/text.h"
 #include "registry/device_table.h"
 #include "watcher/device_watcher_winrt.h"
-#include "watcher/limits.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 

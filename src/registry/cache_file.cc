@@ -7,8 +7,8 @@
 #include <limits>
 #include <vector>
 
+#include "base/text.h"
 #include "registry/split_text.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 namespace {

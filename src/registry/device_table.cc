@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "base/limits.h"
 #include "registry/compare_seconds.h"
-#include "watcher/limits.h"
 
 namespace lanvoss {
 

@@ -1,6 +1,6 @@
 // Ending and undoing a link.
+#include "base/limits.h"
 #include "watcher/device_watcher_winrt.h"
-#include "watcher/limits.h"
 
 namespace lanvoss {
 

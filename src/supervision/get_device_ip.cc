@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <limits>
 
+#include "base/limits.h"
+#include "base/text.h"
 #include "watcher/device_watcher_winrt.h"
-#include "watcher/limits.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 namespace {

@@ -1,8 +1,8 @@
 // The check of the current link, and the recovery of one that is up but no longer answers.
+#include "base/text.h"
 #include "registry/split_text.h"
 #include "supervision/ping_host.h"
 #include "watcher/device_watcher_winrt.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 
@@ -25,7 +25,7 @@ std::string CDeviceWatcherWinRT::CheckLink() {
            "ms DisConnect:" + std::to_string(IsGivenUp()));
 
   std::string name;
-  switch (JudgeLink(replies, name)) {
+  switch (BeginRecoveryIfDue(replies, name)) {
     case LinkVerdict::kKeep:
       return {};
     case LinkVerdict::kLost:
@@ -39,9 +39,10 @@ std::string CDeviceWatcherWinRT::CheckLink() {
   return {};
 }
 
-// Whether a recovery is due, and if so, begins it: from here on the link counts as none. Only one
-// may run between two requests of the host.
-CDeviceWatcherWinRT::LinkVerdict CDeviceWatcherWinRT::JudgeLink(int replies, std::string& name) {
+// Begins a recovery when one is due: from here on the link counts as none. Only one may run between
+// two requests of the host.
+CDeviceWatcherWinRT::LinkVerdict CDeviceWatcherWinRT::BeginRecoveryIfDue(int replies,
+                                                                         std::string& name) {
   const Lock lock(mutex);
   name = strWatchName;
   if (bDisConnect || replies > 0 || name.empty()) {

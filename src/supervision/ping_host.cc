@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <span>
 
+#include "base/limits.h"
 #include "supervision/echo_message.h"
-#include "watcher/limits.h"
 
 namespace lanvoss {
 namespace {

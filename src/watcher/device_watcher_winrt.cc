@@ -1,8 +1,8 @@
 #include "watcher/device_watcher_winrt.h"
 
+#include "base/limits.h"
+#include "base/text.h"
 #include "registry/cache_file.h"
-#include "watcher/limits.h"
-#include "watcher/text.h"
 
 namespace lanvoss {
 

@@ -18,9 +18,9 @@
 
 #include "lanvoss/lanvoss.h"
 
+#include "base/guarded.h"
 #include "platform/platform.h"
 #include "registry/device_table.h"
-#include "watcher/guarded.h"
 #include "watcher/lifetime_gate.h"
 #include "watcher/log_sink.h"
 
@@ -111,10 +111,11 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   bool IsRecovering() const;
   void DropOldDevice();
   void OpenDevice(const std::string& name, const std::u16string& id);
-  bool IsAttemptOver(std::int32_t now);
+  bool BeginOpenRequest(std::int32_t now);
   void ReportLink(const std::string& name,
                   const std::shared_ptr<platform::WiFiDirectDevice>& device);
-  std::string ConnectedText(const std::string& name, std::int32_t now);
+  void StampConnected(std::int32_t now);
+  std::string ConnectedText(const std::string& name) const;
   void OnConnectionStatusChanged(platform::WiFiDirectDevice& sender);
   DeviceTable::Information InformationOf(const std::string& name) const;
   std::string AddressText(const std::shared_ptr<platform::HostName>& host) const;
@@ -141,7 +142,7 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   // supervision/ping_check.cc
   enum class LinkVerdict { kKeep, kRecover, kLost };
   std::string CheckLink();
-  LinkVerdict JudgeLink(int replies, std::string& name);
+  LinkVerdict BeginRecoveryIfDue(int replies, std::string& name);
   void Recover(const std::string& name);
   bool IsKnown(const std::string& name) const;
   bool IsGivenUp() const;

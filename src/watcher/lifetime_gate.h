@@ -24,8 +24,8 @@
 
 #include "lanvoss/lanvoss.h"
 
+#include "base/guarded.h"
 #include "platform/system.h"
-#include "watcher/guarded.h"
 
 namespace lanvoss {
 

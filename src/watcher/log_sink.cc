@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "watcher/text.h"
+#include "base/text.h"
 
 namespace lanvoss {
 namespace {

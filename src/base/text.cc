@@ -1,4 +1,4 @@
-#include "watcher/text.h"
+#include "base/text.h"
 
 #include <cstddef>
 
