@@ -29,7 +29,7 @@ DeviceTable Load(const std::string& content) {
   for (const std::string_view text : lanvoss::SplitText(content, "\n")) {
     if (const auto line = lanvoss::ParseCacheLine(text)) {
       table.Load(line->id, line->record);
-      Require(table.mapIdRecord.contains(line->id), "a loaded id has a record");
+      Require(table.AllRecords().contains(line->id), "a loaded id has a record");
       Require(table.IdOf(line->record.name) != nullptr, "a loaded name has an id");
     }
   }
@@ -75,11 +75,11 @@ bool Holds(const Records& records, const std::string& id, const DeviceRecord& re
 }
 
 void CheckNames(const DeviceTable& table) {
-  for (const auto& [id, record] : table.mapIdRecord) {
+  for (const auto& [id, record] : table.AllRecords()) {
     const std::string* latestId = table.IdOf(record.name);
     Require(latestId != nullptr, "a name means a device");
-    const auto latest = table.mapIdRecord.find(*latestId);
-    Require(latest != table.mapIdRecord.end() && latest->second.name == record.name,
+    const auto latest = table.AllRecords().find(*latestId);
+    Require(latest != table.AllRecords().end() && latest->second.name == record.name,
             "a name means a device of that name");
     Require(lanvoss::CompareSeconds(record.seen, latest->second.seen) <= 0,
             "a name means the latest of its devices");
@@ -90,9 +90,9 @@ void CheckNames(const DeviceTable& table) {
 void CheckCarried(Records records) {
   std::erase_if(records, [](const auto& each) { return !CanBeCarried(each.first, each.second); });
   const DeviceTable loaded = Load(lanvoss::FormatCache(records));
-  Require(loaded.mapIdRecord.size() == records.size(), "as many devices come back");
+  Require(loaded.AllRecords().size() == records.size(), "as many devices come back");
   for (const auto& [id, record] : records) {
-    Require(Holds(loaded.mapIdRecord, id, record), "the record comes back");
+    Require(Holds(loaded.AllRecords(), id, record), "the record comes back");
   }
   CheckNames(loaded);
 }
@@ -103,7 +103,7 @@ void CheckOthers(Records records) {
   std::erase_if(records, [](const auto& each) { return HoldsAny("\n", each.first, each.second); });
   const std::string content = lanvoss::FormatCache(records);
   Require(lanvoss::SplitText(content, "\n").size() == records.size(), "every record is one line");
-  const Records loaded = Load(content).mapIdRecord;
+  const Records loaded = Load(content).AllRecords();
   for (const auto& [id, record] : records) {
     Require(!CanBeCarried(id, record) || Holds(loaded, id, record),
             "the record comes back in spite of the others");
@@ -115,7 +115,7 @@ void CheckOthers(Records records) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string input(data, data + size);
   std::string_view rest = input;
-  Records records = Load(Take(rest, kReportMark)).mapIdRecord;
+  Records records = Load(Take(rest, kReportMark)).AllRecords();
   while (!rest.empty()) {
     Report(Take(rest, kReportMark), records);
   }

@@ -74,7 +74,7 @@ TEST(DeviceTable, TheLatestLineOfANameWinsAndTheFirstOfAnId) {
   EXPECT_EQ(*table.IdOf("Cam"), "A") << "less than a second later";
   table.Load("B", {"", "Cam", at(4, 0)});
   EXPECT_EQ(*table.IdOf("Cam"), "B") << "a second later, though its record stays the first";
-  EXPECT_EQ(table.mapIdRecord.at("B").seen, at(3, 999));
+  EXPECT_EQ(table.AllRecords().at("B").seen, at(3, 999));
   table.Load("A", {"", "Other", at(9, 0)});
   EXPECT_EQ(table.NameOf("A"), "Cam");
   EXPECT_EQ(*table.IdOf("Other"), "A");

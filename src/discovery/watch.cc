@@ -1,6 +1,5 @@
 // Starting and stopping the platform's watcher. A watch is a chain of its enumeration passes.
 #include <cstdio>
-#include <map>
 
 #include "base/limits.h"
 #include "base/text.h"
@@ -88,12 +87,12 @@ std::int32_t CDeviceWatcherWinRT::StartWatcherAgain() {
 void CDeviceWatcherWinRT::StartPass() {
   WriteLog("watch start...");
   {
-    std::map<std::string, DeviceTable::Information> forgotten;  // released outside the lock
+    DeviceTable::Reported forgotten;  // released outside the lock
     const Lock lock(mutex);
     ++nWatchTry;
     nAddedCount = 0;
     if (nWatchMode != kConnectOnFind) {
-      forgotten.swap(deviceTable.mapNameInfo);
+      forgotten = deviceTable.TakeReported();
     }
   }
   const std::int32_t begun = Now();
@@ -112,7 +111,7 @@ void CDeviceWatcherWinRT::StartPass() {
 
 std::int32_t CDeviceWatcherWinRT::StopWatcher() {
   std::int32_t result = kFailed;
-  try {
+  const auto stop = [&] {
     WriteLog("(watch) Stop Watcher...");
     if (deviceWatcher != nullptr) {
       if (IsStarted(*deviceWatcher)) {
@@ -122,11 +121,8 @@ std::int32_t CDeviceWatcherWinRT::StopWatcher() {
     }
     hEvDone->Set();
     WriteLog("(watch) Stop Watcher done");
-  } catch (const ObjectGone&) {
-    throw;
-  } catch (...) {
-    WriteLog("(watch) Stop Watcher Err");
-  }
+  };
+  HandleErrors(stop, [this] { WriteLog("(watch) Stop Watcher Err"); });
   return result;
 }
 

@@ -43,7 +43,7 @@ bool CDeviceWatcherWinRT::RecordDevice(const std::string& name, const std::strin
   }
   if (change != RecordChange::kNew) {
     const Lock lock(mutex);
-    deviceTable.mapIdRecord[id] = record;
+    deviceTable.Refresh(id, record);
   }
   return change != RecordChange::kNone;
 }
@@ -127,7 +127,8 @@ void CDeviceWatcherWinRT::OnWatcherStopped(platform::DeviceWatcher&) {
     const Lock lock(mutex);
     const bool connects = nWatchMode == kConnectOnFind;
     const bool isNamed = !strWatchName.empty();
-    if (!connects && IsFound() && isNamed && !deviceTable.mapNameInfo.contains(strWatchName)) {
+    const bool isReported = deviceTable.InformationOf(strWatchName) != nullptr;
+    if (!connects && IsFound() && isNamed && !isReported) {
       lost = "(watch) DeviceWatcher stopped. no Dev=" + strWatchName +
              " nowatch:" + std::to_string(ElapsedMs(tFound, now)) + "ms(" +
              std::to_string(nWatchTry) + ")" + FlagsText();

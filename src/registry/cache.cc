@@ -59,7 +59,7 @@ bool CDeviceWatcherWinRT::BeginCacheWrite() {
 std::string CDeviceWatcherWinRT::TakeCacheContent() {
   const Lock lock(mutex);
   bCacheChanged = false;
-  return FormatCache(deviceTable.mapIdRecord);
+  return FormatCache(deviceTable.AllRecords());
 }
 
 // After a write that threw: the table's change is still to be written. Whether this thread has to,

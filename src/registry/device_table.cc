@@ -18,6 +18,12 @@ RecordChange DeviceTable::Report(const std::string& name, const std::string& id,
   return stored->second.name == name ? RecordChange::kNone : RecordChange::kRenamed;
 }
 
+void DeviceTable::Refresh(const std::string& id, const DeviceRecord& record) {
+  mapIdRecord[id] = record;
+}
+
+DeviceTable::Reported DeviceTable::TakeReported() { return std::exchange(mapNameInfo, {}); }
+
 void DeviceTable::Load(std::string id, DeviceRecord record) {
   std::string name = record.name;
   const platform::LocalTime seen = record.seen;

@@ -25,26 +25,26 @@ enum class RecordChange { kNone, kRenamed, kNew };
 class DeviceTable {
  public:
   using Information = std::shared_ptr<platform::DeviceInformation>;
-  using Records = std::map<std::string, DeviceRecord>;
-
-  // Ordered by their keys' bytes. Two devices of one name share its entry in the last two, and the
-  // later report wins; their records stay apart.
-  Records mapIdRecord;  // in the order of the cache file's lines
-  // Each points into mapIdRecord, where nothing moves or goes: the key there is the name's id.
-  std::map<std::string, Records::const_pointer> mapNameId;
-  std::map<std::string, Information> mapNameInfo;  // as reported by the watcher
+  using Reported = std::map<std::string, Information>;  // by name
+  using Records = std::map<std::string, DeviceRecord>;  // by id, in the order of the cache file
 
   DeviceTable() = default;
   // Not to be copied: the copy's names would mean the original's records.
   DeviceTable(DeviceTable&&) = default;
   DeviceTable& operator=(DeviceTable&&) = default;
 
-  // The first half of a report: the name now means this device, and a new id gets its record. A
-  // record that is there stays, so that the host hears of a new name before the table takes it.
-  // `info` comes back as the reference that it replaced, for the caller to release outside its
-  // lock.
+  // The name now means this device, and a new id gets its record. A record that is there stays
+  // until Refresh, so that the host hears of a new name before the table takes it. `info` comes
+  // back as the reference that it replaced, for the caller to release outside its lock.
   RecordChange Report(const std::string& name, const std::string& id, const DeviceRecord& record,
                       Information& info);
+
+  // Replaces the record of an id that was reported.
+  void Refresh(const std::string& id, const DeviceRecord& record);
+
+  // Forgets which devices were reported, and gives their information to the caller, to release
+  // outside its lock.
+  Reported TakeReported();
 
   // Takes up one line of the cache file: the first record of an id stays, and a name means the id
   // of its latest line, the earlier one winning ties.
@@ -53,6 +53,15 @@ class DeviceTable {
   const std::string* IdOf(const std::string& name) const;    // null for an unknown name
   Information InformationOf(const std::string& name) const;  // none for a name not reported
   std::string NameOf(const std::string& id) const;           // empty for an unknown id
+  const Records& AllRecords() const { return mapIdRecord; }
+
+ private:
+  // Ordered by their keys' bytes. Two devices of one name share its entry in the last two, and the
+  // later report wins; their records stay apart.
+  Records mapIdRecord;
+  // Each points into mapIdRecord, where nothing moves or goes: the key there is the name's id.
+  std::map<std::string, Records::const_pointer> mapNameId;
+  Reported mapNameInfo;
 };
 
 // The last 17 characters of an id, which are the device's hardware address; empty for a shorter id.

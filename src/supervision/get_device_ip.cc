@@ -135,14 +135,11 @@ void CDeviceWatcherWinRT::ConnectById(const std::string& name) {
     bConnectting = connectting;
   };
   setConnectting(true);
-  try {
-    ConnDevice(name, *RememberedId(name));
-  } catch (const ObjectGone&) {
-    throw;
-  } catch (...) {
-    setConnectting(false);
-    throw;
-  }
+  HandleErrors([&] { ConnDevice(name, *RememberedId(name)); },
+               [&] {
+                 setConnectting(false);
+                 throw;
+               });
   setConnectting(false);
 }
 

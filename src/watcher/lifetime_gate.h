@@ -33,6 +33,19 @@ namespace lanvoss {
 // Not a std::exception and never caught elsewhere, except to let it pass.
 struct ObjectGone {};
 
+// Runs `body`; what it throws goes to `handle`, which may throw it on. The end of the object goes
+// to nobody: there is nothing left to handle.
+template <typename Body, typename Handle>
+void HandleErrors(Body body, Handle handle) {
+  try {
+    body();
+  } catch (const ObjectGone&) {
+    throw;
+  } catch (...) {
+    handle();
+  }
+}
+
 class LifetimeGate {
  public:
   // Throws when the system cannot make an event.
