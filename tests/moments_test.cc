@@ -95,21 +95,6 @@ TEST_F(Moments, WhatAFindLeadsToIsDecidedAfterItsLine) {
   EXPECT_EQ(address, kAddress) << "asked for meanwhile";
 }
 
-TEST_F(Moments, AForgottenDeviceIsNotLookedForByItsRecovery) {
-  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
-  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA", .present = false, .paired = true});
-  Open();
-  lanvoss->StartWatch("Cam");  // names it, and does not see it
-  lanvoss->AbortConnect("");
-  Pass(3000);
-  cam.Appear();
-  ASSERT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
-  cam.GoSilent();
-  At("(watch) Ping Failed,Watch,", [&] { lanvoss->DisConnect(""); });
-  EXPECT_EQ(TimeOf([&] { EXPECT_EQ(lanvoss->PingCheck(), ""); }), 12'000 + 50 + 2'030);
-  EXPECT_TRUE(Logged("(watch) Start Watcher...for "));
-}
-
 TEST_F(Moments, AnAddressThatIsForgottenInItsLineIsNotReturned) {
   air.Add({.name = u"Cam"});
   Connect("Cam");

@@ -22,6 +22,20 @@ class Recovery : public World {
     EXPECT_EQ(log.at(0), "(watch) ping ...");
     return log.at(1);
   }
+
+  // A link to Cam, whose name was watched for and which the watcher has not reported.
+  PeerHandle ConnectUnreported() {
+    WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
+    const PeerHandle cam =
+        air.Add({.name = u"Cam", .id = u"idA", .present = false, .paired = true});
+    Open();
+    lanvoss->StartWatch("Cam");
+    lanvoss->AbortConnect("");
+    Pass(3000);
+    cam.Appear();
+    EXPECT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
+    return cam;
+  }
 };
 
 TEST_F(Recovery, OneReplyIsEnough) {
@@ -173,14 +187,7 @@ TEST_F(Recovery, OneThatEndsInAPlatformErrorIsWaitedFor100Seconds) {
 }
 
 TEST_F(Recovery, ADeviceThatWasNotReportedIsLookedFor) {
-  WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
-  const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA", .present = false, .paired = true});
-  Open();
-  lanvoss->StartWatch("Cam");  // names it, and does not see it
-  lanvoss->AbortConnect("");
-  Pass(3000);
-  cam.Appear();
-  ASSERT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
+  const PeerHandle cam = ConnectUnreported();
   cam.GoSilent();
   air.SetHabits({.onClose = LinkEnd::kSilent, .onUnpair = LinkEnd::kStaysUpReported});
   Log();
@@ -201,6 +208,13 @@ TEST_F(Recovery, ARequestForAConnectedDeviceLetsFindsConnect) {
   cam.GoSilent();
   EXPECT_EQ(lanvoss->PingCheck(), kAddress);
   EXPECT_TRUE(Logged("(watch) Ping Failed,Watch,Unpair,Re Pair... Cam"));
+}
+
+TEST_F(Recovery, ADeviceThatIsForgottenInItsLineIsNotLookedFor) {
+  ConnectUnreported().GoSilent();
+  At("(watch) Ping Failed,Watch,", [&] { lanvoss->DisConnect(""); });
+  EXPECT_EQ(TimeOf([&] { EXPECT_EQ(lanvoss->PingCheck(), ""); }), 12'000 + 50 + 2'030);
+  EXPECT_TRUE(Logged("(watch) Start Watcher...for "));
 }
 
 TEST_F(Recovery, ADirectRequestLeavesTheNameThatIsRecovered) {

@@ -157,7 +157,8 @@ class LanvossInterface {
 /// @param notify the host's function; may be null. While the cache is loaded it is already called
 ///   once with "watch" and once with "info" for each device.
 /// @param directory where the cache file `deviceinfo.bin` lives; empty for the current directory.
-///   A missing or unusable directory means no cache and is no error.
+///   A missing or unusable directory means no cache and is no error; so does a file that another
+///   object or process has open at that moment.
 /// @return the object; it lives until the last copy of the pointer is dropped. Dropping it stops
 ///   the watcher, which takes 15 s at most, and waits until no operation and no event handler runs
 ///   on another thread. There every wait of the library's own ends at once, and its operation with

@@ -76,7 +76,7 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::string StepTimesText() const LANVOSS_REQUIRES(mutex);
   bool IsFound() const LANVOSS_REQUIRES(mutex) { return tFound != tStart; }
 
-  // registry/cache.cc
+  // watcher/cache.cc
   void LoadCache();
   void NoteCacheChange();
   void WriteCache();
