@@ -6,14 +6,11 @@
 
 #include "command_line.h"
 #include "outcome.h"
+#include "platform/finding.h"
 
 namespace lanvoss::program {
 
-struct Finding {
-  bool isFine = true;
-  std::string what = {};
-  std::string remedy = {};  // where something is to be mended
-};
+using platform::Finding;
 
 // What the system's real radio needs; `radioName` may say which of several. Each kind of system
 // looks for itself.

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/system_over.h"
+
 namespace lanvoss::simulated {
 namespace {
 
@@ -153,14 +155,14 @@ class SimulatedIcmpSocket final : public platform::IcmpSocket {
   std::uint32_t receiveMs_ = platform::kWaitForever;
 };
 
-class EchoSystem final : public platform::System {
+class EchoSystem final : public platform::SystemOver {
  public:
   EchoSystem(std::shared_ptr<platform::System> beneath, std::shared_ptr<Air> air)
-      : beneath_(std::move(beneath)), air_(std::move(air)) {}
+      : SystemOver(std::move(beneath)), air_(std::move(air)) {}
 
   std::unique_ptr<platform::IcmpSocket> OpenIcmpSocket() override {
     if (!air_->CurrentHabits().simulatesEcho) {
-      return beneath_->OpenIcmpSocket();
+      return SystemOver::OpenIcmpSocket();
     }
     if (!air_->faults.Pass(Call::kOpenIcmpSocket)) {
       return nullptr;
@@ -168,28 +170,11 @@ class EchoSystem final : public platform::System {
     return std::make_unique<SimulatedIcmpSocket>(air_);
   }
 
-  std::int32_t Clock() override { return beneath_->Clock(); }
-  void Sleep(std::uint32_t milliseconds) override { beneath_->Sleep(milliseconds); }
-  std::unique_ptr<platform::Event> CreateManualResetEvent(bool set) override {
-    return beneath_->CreateManualResetEvent(set);
-  }
-  platform::LocalTime GetLocalTime() override { return beneath_->GetLocalTime(); }
-  std::string CurrentDirectory(std::size_t capacity) override {
-    return beneath_->CurrentDirectory(capacity);
-  }
   platform::File OpenFile(const std::string& path, platform::FileUse use) override {
-    return air_->faults.Pass(Call::kOpenFile) ? beneath_->OpenFile(path, use) : nullptr;
-  }
-  std::string WideToAnsi(std::u16string_view wide) override { return beneath_->WideToAnsi(wide); }
-  std::string WideToUtf8(std::u16string_view wide) override { return beneath_->WideToUtf8(wide); }
-  std::u16string Utf8ToWide(std::string_view utf8) override { return beneath_->Utf8ToWide(utf8); }
-  std::uint32_t ProcessId() override { return beneath_->ProcessId(); }
-  std::optional<Ipv4Address> ResolveHost(const std::string& host) override {
-    return beneath_->ResolveHost(host);
+    return air_->faults.Pass(Call::kOpenFile) ? SystemOver::OpenFile(path, use) : nullptr;
   }
 
  private:
-  const std::shared_ptr<platform::System> beneath_;
   const std::shared_ptr<Air> air_;
 };
 

@@ -14,6 +14,8 @@
 namespace lanvoss::wpa {
 namespace {
 
+using platform::Finding;
+
 bool HasCapability(unsigned capability) {
   __user_cap_header_struct header{.version = _LINUX_CAPABILITY_VERSION_3, .pid = 0};
   __user_cap_data_struct data[_LINUX_CAPABILITY_U32S_3] = {};
@@ -78,7 +80,7 @@ Finding ExamineMemory(const Adapter& adapter) {
 
 }  // namespace
 
-std::vector<Finding> Examine(const std::string& interface) {
+std::vector<platform::Finding> Examine(const std::string& interface) {
   std::vector<Finding> findings = {
       ExamineRights(), ExamineProgram("wpa_supplicant", "wpasupplicant", "the radio's software"),
       ExamineProgram("dnsmasq", "dnsmasq-base", "for devices that ask for addresses by DHCP"),

@@ -4,15 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/finding.h"
+
 namespace lanvoss::wpa {
 
-struct Finding {
-  bool isFine = true;
-  std::string what;
-  std::string remedy = {};  // a command, where something is to be mended
-};
-
 // Looks at everything that reaching a device over this adapter needs. `interface` as for the radio.
-std::vector<Finding> Examine(const std::string& interface);
+std::vector<platform::Finding> Examine(const std::string& interface);
 
 }  // namespace lanvoss::wpa

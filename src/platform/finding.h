@@ -1,0 +1,14 @@
+// What an examination of the machine has found.
+#pragma once
+
+#include <string>
+
+namespace lanvoss::platform {
+
+struct Finding {
+  bool isFine = true;
+  std::string what = {};
+  std::string remedy = {};  // a command or an instruction, where something is to be fixed
+};
+
+}  // namespace lanvoss::platform
