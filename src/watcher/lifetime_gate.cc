@@ -17,9 +17,7 @@ class LifetimeGate::Waiter {
  public:
   Waiter(LifetimeGate& gate, platform::Event& event) : gate_(gate), event_(&event) {
     const Lock lock(gate_.mutex_);
-    if (gate_.IsDestroyedByAnother()) {
-      throw ObjectGone();
-    }
+    gate_.RequireObject();
     gate_.waitedFor_.push_back(event_);
   }
   ~Waiter() {
@@ -74,9 +72,7 @@ void LifetimeGate::Sleep(std::uint32_t milliseconds) {
   bool isDestroyer = false;
   {
     const Lock lock(mutex_);
-    if (IsDestroyedByAnother()) {
-      throw ObjectGone();
-    }
+    RequireObject();
     isDestroyer = destroyer_.has_value();
   }
   if (isDestroyer) {
@@ -88,17 +84,13 @@ void LifetimeGate::Sleep(std::uint32_t milliseconds) {
 
 void LifetimeGate::Reset(platform::Event& event) {
   const Lock lock(mutex_);
-  if (IsDestroyedByAnother()) {
-    throw ObjectGone();
-  }
+  RequireObject();
   event.Reset();
 }
 
 void LifetimeGate::EndIfDestroyed() {
   const Lock lock(mutex_);
-  if (IsDestroyedByAnother()) {
-    throw ObjectGone();
-  }
+  RequireObject();
 }
 
 void LifetimeGate::BeginDestruction() {
@@ -143,8 +135,10 @@ void LifetimeGate::Leave() {
   }
 }
 
-bool LifetimeGate::IsDestroyedByAnother() const {
-  return destroyer_ && *destroyer_ != std::this_thread::get_id();
+void LifetimeGate::RequireObject() const {
+  if (destroyer_ && *destroyer_ != std::this_thread::get_id()) {
+    throw ObjectGone();
+  }
 }
 
 void LifetimeGate::WakeAll() {

@@ -105,7 +105,8 @@ class LifetimeGate {
   bool Enter();
   void Leave();
   bool OthersInside() const LANVOSS_REQUIRES(mutex_);
-  bool IsDestroyedByAnother() const LANVOSS_REQUIRES(mutex_);
+  // Throws ObjectGone when another thread has begun the destruction.
+  void RequireObject() const LANVOSS_REQUIRES(mutex_);
   void WakeAll() LANVOSS_REQUIRES(mutex_);
 
   platform::System& system_;  // to be used on a thread inside only
