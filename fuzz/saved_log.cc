@@ -1,6 +1,6 @@
 // Any bytes as a saved log: the picture is well-formed XML, the trace is JSON, and no two spans of
 // a row overlap.
-#include "timeline/saved_log.h"
+#include "log/saved_log.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,14 +13,13 @@
 #include <utility>
 
 #include "require.h"
-#include "timeline/svg.h"
 #include "timeline/timeline.h"
-#include "timeline/trace_events.h"
+#include "timeline/write_timeline.h"
 
 namespace {
 
-using lanvoss::program::Span;
-using lanvoss::program::Timeline;
+using lanvoss::timeline::Span;
+using lanvoss::timeline::Timeline;
 
 bool IsXml(const std::string& text) {
   XML_Parser parser = XML_ParserCreate("UTF-8");
@@ -45,7 +44,7 @@ void CheckTimeline(const Timeline& timeline) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(data, data + size);
   try {
-    const Timeline timeline = Tell(lanvoss::program::ReadSavedLog(text));
+    const Timeline timeline = BuildTimeline(lanvoss::log::ReadSavedLog(text));
     CheckTimeline(timeline);
     Require(IsXml(DrawSvg(timeline)), "the picture is well-formed");
     Require(nlohmann::json::accept(WriteTraceEvents(timeline)), "the trace is JSON");

@@ -6,11 +6,10 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "timeline/saved_log.h"
-#include "timeline/svg.h"
-#include "timeline/trace_events.h"
+#include "log/saved_log.h"
+#include "timeline/write_timeline.h"
 
-namespace lanvoss::program {
+namespace lanvoss::timeline {
 namespace {
 
 struct Line {
@@ -19,12 +18,12 @@ struct Line {
   std::string message;
 };
 
-Timeline TellOf(const std::vector<Line>& lines) {
+Timeline TimelineOf(const std::vector<Line>& lines) {
   std::vector<Notification> notifications;
   for (const Line& line : lines) {
     notifications.push_back({line.ms * std::int64_t{1000}, line.thread, "info", line.message});
   }
-  return Tell(notifications);
+  return BuildTimeline(notifications);
 }
 
 // The headline, and "LANE ROW: LABEL BEGIN-END" of every span, with "!" when it ended badly and "?"
@@ -72,7 +71,7 @@ OnPairingRequested:1
                           kUp + R"(
 {"time":"2026-11-24T00:00:00.000000","kind":"info","message":"(watch) DeviceWatcher stopped."}
 10.0.0.1,10.0.0.2)";
-  EXPECT_EQ(Told(Tell(ReadSavedLog(log))), R"(Cam: connected after 1.9 s
+  EXPECT_EQ(Told(BuildTimeline(log::ReadSavedLog(log))), R"(Cam: connected after 1.9 s
 watcher 0: pass 1, devices: 1 0-2000
 host 0: request Cam 0-1900
 host 1: waits for its end 1-1900
@@ -83,21 +82,21 @@ connection 1: open 1: none 1300-1500!
 connection 1: pause 1500-1700
 connection 1: open 2 1700-1900
 link 0: Cam: 10.0.0.1 to 10.0.0.2 1900-2000)");
-  EXPECT_THROW(ReadSavedLog("no log\n{\"kind\":\"result\"}\n"), std::runtime_error);
+  EXPECT_THROW(log::ReadSavedLog("no log\n{\"kind\":\"result\"}\n"), std::runtime_error);
 }
 
 // The recovery is one thread's, another begins a second attempt; the clock is set back by an hour.
 TEST(Timeline, TellsOfARecoveryAndOfTwoAttemptsAtOnce) {
   const Timeline timeline =
-      TellOf({{3'600'000, 1, "(watch) ping ..."},
-              {3'612'000, 1, "(watch) ping done ret:0 dt:12000ms DisConnect:0"},
-              {3'612'000, 1, "(watch) Ping Failed,Unpair,Re Pair... Cam"},
-              {3'612'000, 1, "(watch) ConnDevice... name=Cam id=x"},
-              {12'000, 1, "(watch) UnpairAsync ..."},
-              {12'500, 2, "(watch) ConnDevice... name=Cam id=x"},
-              {12'600, 2, "(watch) Connection status changed: Connected"},
-              {13'000, 1, "(watch) RequestPairDeviceAsync ..."},
-              {13'000, 1, "(watch) wfdDevice is null, return"}});
+      TimelineOf({{3'600'000, 1, "(watch) ping ..."},
+                  {3'612'000, 1, "(watch) ping done ret:0 dt:12000ms DisConnect:0"},
+                  {3'612'000, 1, "(watch) Ping Failed,Unpair,Re Pair... Cam"},
+                  {3'612'000, 1, "(watch) ConnDevice... name=Cam id=x"},
+                  {12'000, 1, "(watch) UnpairAsync ..."},
+                  {12'500, 2, "(watch) ConnDevice... name=Cam id=x"},
+                  {12'600, 2, "(watch) Connection status changed: Connected"},
+                  {13'000, 1, "(watch) RequestPairDeviceAsync ..."},
+                  {13'000, 1, "(watch) wfdDevice is null, return"}});
   EXPECT_EQ(Told(timeline), R"(Cam: silent, not recovered
 host thread 1 0: check, replies: 0 0-12000!
 host thread 1 0: recover Cam 12000-13000!
@@ -107,10 +106,10 @@ platform thread 2 0: connect Cam 12500-13000?)");
 }
 
 TEST(Timeline, KeepsSpansApartWhereThreadsAreNotKnown) {
-  const Timeline timeline = TellOf({{0, 0, "(watch) ConnDevice... name=Cam id=x"},
-                                    {10, 0, "(watch) ConnDevice... name=B id=y"},
-                                    {20, 0, kUp},
-                                    {30, 0, "(watch) wfdDevice is null, return"}});
+  const Timeline timeline = TimelineOf({{0, 0, "(watch) ConnDevice... name=Cam id=x"},
+                                        {10, 0, "(watch) ConnDevice... name=B id=y"},
+                                        {20, 0, kUp},
+                                        {30, 0, "(watch) wfdDevice is null, return"}});
   EXPECT_EQ(Told(timeline), R"(Nothing was asked for
 connection 0: connect Cam 0-20
 connection 1: connect B 10-30!
@@ -120,8 +119,8 @@ link 0: Cam: 10.0.0.1 to 10.0.0.2 20-30)");
 
 TEST(Timeline, TakesAnyName) {
   const std::string name = "\xFF</text>&\"'\x01\x1B[2m\xE2\x80\xAE id:y name(|";
-  const Timeline timeline = TellOf({{0, 1, "(watch) Start Watcher...for " + name},
-                                    {5, 2, "(watch) ConnDevice... name=" + name + " id=x"}});
+  const Timeline timeline = TimelineOf({{0, 1, "(watch) Start Watcher...for " + name},
+                                        {5, 2, "(watch) ConnDevice... name=" + name + " id=x"}});
   EXPECT_EQ(Told(timeline), name + ": still without a link after 5 ms\nhost thread 1 0: request " +
                                 name + " 0-5?\nhost thread 2 0: connect " + name + " 5-5?");
   const std::string svg = DrawSvg(timeline);
@@ -132,4 +131,4 @@ TEST(Timeline, TakesAnyName) {
 }
 
 }  // namespace
-}  // namespace lanvoss::program
+}  // namespace lanvoss::timeline

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "environment.h"
-#include "log_line.h"
+#include "log/log_line.h"
 #include "own_folder.h"
 
 namespace lanvoss::test {
@@ -133,7 +133,7 @@ void World::TearDown() {
   EXPECT_EQ(air.LiveObjects(), 0U) << "platform objects leaked";
   EXPECT_EQ(air.EscapedExceptions(), expectedEscapes);
   for (const std::string& line : log_) {
-    EXPECT_NE(program::Understand(line).step, program::Step::kUnknown) << line;
+    EXPECT_TRUE(log::IsKnown(log::ParseLogLine({.kind = "info", .message = line}))) << line;
   }
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
   if (const std::string path = Environment("LANVOSS_TEST_LOG"); !path.empty()) {

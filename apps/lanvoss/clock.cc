@@ -3,6 +3,9 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
+
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {

@@ -1,97 +1,83 @@
 #include "console.h"
 
-#include <atomic>
 #include <cerrno>
-#include <memory>
 #include <system_error>
+#include <utility>
 
-#include "screen.h"
-#include "streams.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
 
-// Written by the one thread that opens and closes the console.
-struct Channels {
-  std::atomic<std::FILE*> results = stdout;
-  std::atomic<std::FILE*> complaints = stderr;
-  std::unique_ptr<Screen> screen = {};  // where standard error is a terminal
-};
-
-// Never destroyed: the library may call its host late.
-Channels& TheChannels() {
-  static auto& channels = *new Channels;
-  return channels;
-}
-
-// What goes to the terminal takes the way through the screen.
-void OpenScreen(Channels& channels, const std::function<std::string()>& standing) {
-  const Pipe pipe = IsTerminal(stderr) ? MakePipe() : Pipe{};
-  if (pipe.in == nullptr) {
-    return;
-  }
-  channels.screen = std::make_unique<Screen>(pipe.out, stderr, standing);
-  channels.complaints = pipe.in;
-  if (IsTerminal(stdout)) {
-    channels.results = pipe.in;
-  }
-}
-
-void LeadLogTo(const std::string& file) {
+void SendLogTo(const std::string& file) {
   std::FILE* stream = std::fopen(file.c_str(), "ab");
   if (stream == nullptr) {
     throw ConsoleError(file + ": " + std::generic_category().message(errno));
   }
-  LeadOutputTo(stream);
+  RedirectStdout(stream);
   std::fclose(stream);
 }
 
 }  // namespace
 
-void OpenConsole(const ConsoleOptions& options) {
-  Channels& channels = TheChannels();
-  if (options.log != ConsoleOptions::Log::kShown) {
-    channels.results = DuplicateOutput();
+void Console::Open(const LogTarget& log, Screen::Calls calls) {
+  if (log.kind != LogTarget::Kind::kShown) {
+    results_ = DuplicateStdout();
   }
-  OpenScreen(channels, options.standing);
-  if (options.log == ConsoleOptions::Log::kKept) {
-    LeadLogTo(options.logFile);
-  } else if (options.log == ConsoleOptions::Log::kDropped) {
-    LeadLogTo(kNowhere);
-  } else if (channels.results != stdout) {
-    LeadOutputTo(channels.results);
+  OpenScreen(std::move(calls));
+  if (log.kind == LogTarget::Kind::kFile) {
+    SendLogTo(log.file);
+  } else if (log.kind == LogTarget::Kind::kDropped) {
+    SendLogTo(kNullDevice);
+  } else if (results_ != stdout) {
+    RedirectStdout(results_);
+  }
+}
+
+// What goes to the terminal takes the way through the screen.
+void Console::OpenScreen(Screen::Calls calls) {
+  const Pipe pipe = IsTerminal(stderr) ? MakePipe() : Pipe{};
+  if (pipe.in == nullptr) {
+    return;
+  }
+  screen_ = std::make_unique<Screen>(pipe, stderr, std::move(calls));
+  complaints_ = pipe.in;
+  if (IsTerminal(stdout)) {
+    results_ = pipe.in;
   }
 }
 
 // In one piece: the log may grow at the same time. No stream here keeps a line back.
-void Print(const std::string& lines) { std::fprintf(TheChannels().results, "%s", lines.c_str()); }
+void Console::Print(const std::string& lines) { std::fprintf(results_, "%s", lines.c_str()); }
 
-void Complain(const std::string& text) {
-  std::fprintf(TheChannels().complaints, "lanvoss: %s\n", text.c_str());
+void Console::Complain(const std::string& text) {
+  std::fprintf(complaints_, "lanvoss: %s\n", text.c_str());
 }
 
-void CloseConsole() {
-  Channels& channels = TheChannels();
-  if (channels.screen == nullptr) {
+void Console::Close() {
+  if (screen_ == nullptr) {
     return;
   }
   std::fflush(stdout);
-  LeadLogTo(kNowhere);
-  channels.screen.reset();
-  std::FILE* pipe = channels.complaints.exchange(stderr);
-  channels.results.compare_exchange_strong(pipe, stderr);
+  SendLogTo(kNullDevice);
+  screen_.reset();
+  std::FILE* pipe = complaints_.exchange(stderr);
+  results_.compare_exchange_strong(pipe, stderr);
 }
 
-void SettleConsole() {
-  if (const auto& screen = TheChannels().screen; screen != nullptr) {
+void Console::Settle() {
+  if (screen_ != nullptr) {
     std::fflush(stdout);
-    screen->Settle();
+    screen_->Settle();
   }
 }
 
-unsigned TimesShown() {
-  const auto& screen = TheChannels().screen;
-  return screen == nullptr ? 0 : screen->TimesShown();
+void Console::Refresh() {
+  if (screen_ != nullptr) {
+    screen_->Refresh();
+  }
 }
+
+unsigned Console::TimesShown() const { return screen_ == nullptr ? 0 : screen_->TimesShown(); }
 
 }  // namespace lanvoss::program

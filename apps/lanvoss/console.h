@@ -1,19 +1,21 @@
 // What the program says, and where the library's log goes.
 #pragma once
 
-#include <functional>
+#include <atomic>
+#include <cstdio>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
+#include "screen.h"
+
 namespace lanvoss::program {
 
-struct ConsoleOptions {
-  // The library writes its log to standard output by itself.
-  enum class Log { kShown, kDropped, kKept };
-  Log log = Log::kShown;
-  std::string logFile = {};  // of kKept; it is appended to
-  // What stands in the last line of a terminal; asked on a thread of the console's.
-  std::function<std::string()> standing = [] { return std::string(); };
+// The library writes its log to standard output by itself.
+struct LogTarget {
+  enum class Kind { kShown, kDropped, kFile };
+  Kind kind = Kind::kShown;
+  std::string file = {};  // of kFile; it is appended to
 };
 
 // A log file that cannot be written to.
@@ -22,23 +24,37 @@ class ConsoleError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Throws ConsoleError.
-void OpenConsole(const ConsoleOptions& options);
+// Any thread may write to it. One opens and closes it.
+class Console {
+ public:
+  // The calls are made only where standard error is a terminal. Throws ConsoleError.
+  void Open(const LogTarget& log, Screen::Calls calls);
 
-// Writes whole lines to standard output.
-void Print(const std::string& lines);
+  // Writes whole lines to standard output.
+  void Print(const std::string& lines);
 
-// Writes one line to standard error.
-void Complain(const std::string& text);
+  // Writes one line to standard error.
+  void Complain(const std::string& text);
 
-// Shows on a terminal what has been written so far; from now on the library's log is not shown
-// there.
-void CloseConsole();
+  // Shows on a terminal what has been written so far; from now on the library's log is not shown
+  // there.
+  void Close();
 
-// Returns when a terminal shows all of that, and nothing stands there that is over.
-void SettleConsole();
+  // Returns when a terminal shows all that has been written, and no status line that is over.
+  void Settle();
 
-// Grows whenever the terminal has scrolled; 0 for ever where there is none.
-unsigned TimesShown();
+  // Brings the status line up to date.
+  void Refresh();
+
+  // Grows whenever the terminal has scrolled; 0 for ever where there is none.
+  unsigned TimesShown() const;
+
+ private:
+  void OpenScreen(Screen::Calls calls);
+
+  std::atomic<std::FILE*> results_ = stdout;
+  std::atomic<std::FILE*> complaints_ = stderr;
+  std::unique_ptr<Screen> screen_ = {};  // where standard error is a terminal
+};
 
 }  // namespace lanvoss::program

@@ -1,15 +1,30 @@
-// What arrives from standard input or a pipe, in pieces.
+// What arrives from standard input or a pipe.
 #pragma once
 
+#include <memory>
 #include <string>
+
+#include "wake_up.h"
 
 namespace lanvoss::program {
 
-enum class Input { kMore, kNoneYet, kEnd };
-
 inline constexpr int kStandardInput = 0;
 
-// Waits for input from the file of number `file`, for kNoticeMs at most, and appends it to `text`.
-Input ReadInput(int file, std::string& text);
+// A thread of its own reads the file, a piece ahead: not every system can wait for input and for
+// something else at once. That thread ends with the input, or else with the process.
+class Input {
+ public:
+  enum class State { kMore, kNoneYet, kEnd };
+
+  // `arrived` is woken by each piece and by the end.
+  Input(int file, std::shared_ptr<WakeUp> arrived);
+
+  // Appends what has arrived to `text`. Does not wait.
+  State Take(std::string& text);
+
+ private:
+  struct Shared;
+  std::shared_ptr<Shared> shared_;
+};
 
 }  // namespace lanvoss::program

@@ -1,10 +1,9 @@
 #include "interruption.h"
 
 #include <chrono>
+#include <utility>
 
-#include "console.h"
-#include "interrupts.h"
-#include "pause.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
@@ -14,56 +13,46 @@ constexpr std::chrono::seconds kGiveUpPause(1);
 
 }  // namespace
 
-Interruption::Interruption() {
+Interruption::Interruption(std::function<void()> onInterrupt)
+    : onInterrupt_(std::move(onInterrupt)) {
   HoldInterrupts();
-  listener_ = std::jthread([this](std::stop_token over) { Listen(over); });
+  listener_ = std::thread([this] { Listen(); });
 }
+
+Interruption::~Interruption() { Close(); }
 
 void Interruption::Ends(const std::shared_ptr<LanvossInterface>& object) {
   const std::lock_guard lock(mutex_);
   object_ = object;
 }
 
-std::stop_token Interruption::Token() const {
-  const std::lock_guard lock(mutex_);
-  return arrived_.get_token();
-}
-
 void Interruption::Renew() {
-  const std::lock_guard lock(mutex_);
-  if (arrived_.stop_requested()) {
-    arrived_ = {};
-    renewed_.request_stop();
+  if (happened_.exchange(false)) {
+    renewedOrClosed_.Wake();
   }
 }
 
 void Interruption::Close() {
-  {
-    const std::lock_guard lock(mutex_);
-    renewed_.request_stop();
+  if (listener_.joinable()) {
+    isClosed_ = true;
+    renewedOrClosed_.Wake();
+    EndInterrupts();
+    listener_.join();
   }
-  listener_ = {};
 }
 
-void Interruption::Listen(const std::stop_token& over) {
-  while (TakeInterrupt(over)) {
-    Complain("interrupted");
+void Interruption::Listen() {
+  while (TakeInterrupt()) {
     // What runs may hang in the platform, which nothing can end but the end of the process.
     LetNextInterruptLeave(true);
-    const std::stop_token renewed = BeginInterruption();
-    do {
+    happened_ = true;
+    onInterrupt_();
+    while (happened_ && !isClosed_) {
       GiveUp();
-    } while (!over.stop_requested() && Pause(kGiveUpPause, renewed));
+      renewedOrClosed_.WaitUntil(WakeUp::Clock::now() + kGiveUpPause);
+    }
     LetNextInterruptLeave(false);
   }
-}
-
-// Tells everyone of the interruption. The token tells that it is over.
-std::stop_token Interruption::BeginInterruption() {
-  const std::lock_guard lock(mutex_);
-  renewed_ = {};
-  arrived_.request_stop();
-  return renewed_.get_token();
 }
 
 void Interruption::GiveUp() {

@@ -4,11 +4,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <stop_token>
 #include <string>
 #include <vector>
 
 namespace lanvoss::program {
+
+class Session;
 
 // Whether there is a terminal to edit at.
 bool CanEdit();
@@ -18,14 +19,14 @@ class LineEditor {
   // What the line that is being typed can go on to: whole lines.
   using Completions = std::function<std::vector<std::string>(const std::string& line)>;
 
-  LineEditor(std::string prompt, Completions completions);
+  LineEditor(Session& session, std::string prompt, Completions completions);
   LineEditor(const LineEditor&) = delete;
   LineEditor& operator=(const LineEditor&) = delete;
   ~LineEditor();
 
-  // Shows the prompt and waits for a line. Empty when `interrupted` is requested; none at the end
-  // of the input.
-  std::optional<std::string> Next(const std::stop_token& interrupted);
+  // Shows the prompt and waits for a line. Empty when an interrupt comes; none at the end of the
+  // input.
+  std::optional<std::string> Next();
 
  private:
   class Terminal;  // each kind of system has its own

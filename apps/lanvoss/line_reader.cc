@@ -1,13 +1,14 @@
 #include "line_reader.h"
 
-#include "input.h"
-
 namespace lanvoss::program {
 
-std::optional<std::string> LineReader::Next(const std::stop_token& interrupted) {
-  while (unread_.find('\n') == std::string::npos && ReadMore(interrupted)) {
+LineReader::LineReader(Session& session)
+    : session_(session), input_(kStandardInput, session.Change()) {}
+
+std::optional<std::string> LineReader::Next() {
+  while (unread_.find('\n') == std::string::npos && ReadMore()) {
   }
-  if (unread_.empty() || interrupted.stop_requested()) {
+  if (unread_.empty() || session_.IsInterrupted()) {
     return std::nullopt;
   }
   const std::size_t end = unread_.find('\n');  // the last line may have none
@@ -16,13 +17,17 @@ std::optional<std::string> LineReader::Next(const std::stop_token& interrupted) 
   return line;
 }
 
-// Waits for input. False: there is none any more, or `interrupted` is requested.
-bool LineReader::ReadMore(const std::stop_token& interrupted) {
-  Input input = Input::kNoneYet;
-  while (input == Input::kNoneYet && !interrupted.stop_requested()) {
-    input = ReadInput(kStandardInput, unread_);
+// Waits for input. False: there is none any more, or an interrupt has come.
+bool LineReader::ReadMore() {
+  Input::State state = Input::State::kNoneYet;
+  while (!session_.IsInterrupted()) {
+    state = input_.Take(unread_);
+    if (state != Input::State::kNoneYet) {
+      return state == Input::State::kMore;
+    }
+    session_.Change()->Wait();
   }
-  return input == Input::kMore;
+  return false;
 }
 
 }  // namespace lanvoss::program

@@ -2,19 +2,25 @@
 #pragma once
 
 #include <optional>
-#include <stop_token>
 #include <string>
+
+#include "input.h"
+#include "session.h"
 
 namespace lanvoss::program {
 
 class LineReader {
  public:
-  // The next line, without its line end. None: the input has ended or `interrupted` is requested.
-  std::optional<std::string> Next(const std::stop_token& interrupted);
+  explicit LineReader(Session& session);
+
+  // The next line, without its line end. None: the input has ended, or an interrupt has come.
+  std::optional<std::string> Next();
 
  private:
-  bool ReadMore(const std::stop_token& interrupted);
+  bool ReadMore();
 
+  Session& session_;
+  Input input_;
   std::string unread_;
 };
 

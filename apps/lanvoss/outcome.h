@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "facts.h"
+#include "json_object.h"
 
 namespace lanvoss::program {
 
@@ -20,7 +20,7 @@ struct Outcome {
   int exitCode = kExitOk;
   std::string result = {};     // for standard output, with its line ends
   std::string complaint = {};  // one line for standard error
-  Facts facts = {};
+  JsonObject facts = {};
 };
 
 }  // namespace lanvoss::program

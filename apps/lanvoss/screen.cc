@@ -5,14 +5,13 @@
 #include <cstddef>
 #include <utility>
 
-#include "input.h"
-#include "streams.h"
-#include "texts.h"
-
 namespace lanvoss::program {
 namespace {
 
 constexpr std::chrono::milliseconds kRepaintTime(200);
+
+// Stands in the pipe behind what must be shown before Settle returns.
+constexpr char kMark = '\0';
 
 // Takes the complete lines off `text`.
 std::string TakeLines(std::string& text) {
@@ -41,56 +40,76 @@ void Write(std::FILE* terminal, const std::string& text) {
 
 }  // namespace
 
-Screen::Screen(int pipe, std::FILE* terminal, std::function<std::string()> standing)
-    : pipe_(pipe),
+std::string Printable(std::string_view text) {
+  std::string printable;
+  while (!text.empty()) {
+    const std::size_t control = text.front() == '\n' ? 0 : ControlLength(text);
+    printable += control > 0 ? '?' : text.front();
+    text.remove_prefix(std::max<std::size_t>(control, 1));
+  }
+  return printable;
+}
+
+Screen::Screen(const Pipe& pipe, std::FILE* terminal, Calls calls)
+    : pipe_(pipe.in),
       terminal_(terminal),
-      standing_(std::move(standing)),
-      painter_([this](std::stop_token over) { Paint(over); }) {}
+      calls_(std::move(calls)),
+      lines_(pipe.out, change_),
+      painter_([this] { Paint(); }) {}
 
-Screen::~Screen() = default;  // the thread ends first: it is the last member
+Screen::~Screen() {
+  Settle();
+  isOver_ = true;
+  change_->Wake();
+  painter_.join();
+}
 
-void Screen::Paint(const std::stop_token& over) {
-  using std::chrono::steady_clock;
+void Screen::Paint() {
   std::string unshown;
-  auto painted = steady_clock::now();
-  Input input = Input::kNoneYet;
-  // To the end of what the pipe holds, also when it is over.
-  while (input == Input::kMore || !over.stop_requested()) {
-    input = ReadInput(pipe_, unshown);
+  while (!isOver_) {
+    const Input::State state = lines_.Take(unshown);
+    const std::size_t marks = std::erase(unshown, kMark);
     Show(TakeLines(unshown));
-    const auto now = steady_clock::now();
-    if (std::string standing = standing_(); standing.empty() || now - painted >= kRepaintTime) {
-      painted = now;
-      Stand(standing);
+    SetStatusLine(calls_.statusLine());
+    if (marks > 0) {
+      marksShown_ += static_cast<unsigned>(marks);
+      markShown_.Wake();
     }
-    if (input == Input::kNoneYet) {
-      ++timesSettled_;
+    if (state == Input::State::kMore) {
+      continue;
+    }
+    if (shownStatusLine_.empty()) {
+      change_->Wait();
+    } else {
+      change_->WaitUntil(WakeUp::Clock::now() + kRepaintTime);
     }
   }
-  Stand("");
+  SetStatusLine("");
 }
 
 void Screen::Settle() {
-  // The second time began after this call did.
-  const unsigned settled = timesSettled_ + 2;
-  while (timesSettled_ < settled) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  const unsigned marks = marksShown_;
+  std::fputc(kMark, pipe_);
+  std::fflush(pipe_);
+  while (marksShown_ == marks) {
+    markShown_.Wait();
   }
 }
 
 void Screen::Show(const std::string& lines) {
   if (!lines.empty()) {
-    stands_ = CutToWidth(Printable(standing_()), terminal_);
-    Write(terminal_, Emptied(terminal_) + Printable(lines) + stands_);
+    shownStatusLine_ = CutToWidth(Printable(calls_.statusLine()), terminal_);
+    Write(terminal_, Emptied(terminal_) + Printable(lines) + shownStatusLine_);
     ++timesShown_;
+    calls_.onShown();
   }
 }
 
-void Screen::Stand(const std::string& standing) {
-  std::string line = CutToWidth(Printable(standing), terminal_);
-  if (line != stands_) {
-    stands_ = std::move(line);
-    Write(terminal_, Emptied(terminal_) + stands_);
+void Screen::SetStatusLine(const std::string& statusLine) {
+  std::string line = CutToWidth(Printable(statusLine), terminal_);
+  if (line != shownStatusLine_) {
+    shownStatusLine_ = std::move(line);
+    Write(terminal_, Emptied(terminal_) + shownStatusLine_);
   }
 }
 

@@ -1,44 +1,65 @@
-// The terminal: lines that scroll by, and below them one that tells how things stand.
+// The terminal: lines that scroll by, and below them the status line.
 #pragma once
 
 #include <atomic>
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <thread>
+
+#include "input.h"
+#include "system.h"
+#include "wake_up.h"
 
 namespace lanvoss::program {
 
-// A thread of its own is the only one that writes to the terminal, so that the lines and the
-// standing one never mix. The lines come out of a pipe.
+// The text as a terminal may have it: control characters become '?'. Line ends stay.
+std::string Printable(std::string_view text);
+
+// A thread of its own is the only one that writes to the terminal, so that the lines and the status
+// line never mix. The lines come out of a pipe.
 class Screen {
  public:
-  // `standing` is asked on that thread several times a second; an empty text takes no line.
-  Screen(int pipe, std::FILE* terminal, std::function<std::string()> standing);
+  struct Calls {
+    std::function<std::string()> statusLine;  // an empty text takes no line
+    std::function<void()> onShown;            // after lines have been shown
+  };
+
+  // The calls are made on the screen's thread.
+  Screen(const Pipe& pipe, std::FILE* terminal, Calls calls);
   Screen(const Screen&) = delete;
   Screen& operator=(const Screen&) = delete;
-  // Shows what the pipe still holds and removes the standing line.
+  // Shows what the pipe still holds and removes the status line.
   ~Screen();
 
-  // Returns when everything that has been written to the pipe is shown, and what stands is up to
-  // date.
+  // Shows the status line as it is now, and while there is one again several times a second.
+  void Refresh() { change_->Wake(); }
+
+  // Returns when everything that has been written to the pipe is shown, and the status line is up
+  // to date. For one thread.
   void Settle();
 
   // Grows whenever lines have been shown.
   unsigned TimesShown() const { return timesShown_; }
 
  private:
-  void Paint(const std::stop_token& over);
+  void Paint();
   void Show(const std::string& lines);
-  void Stand(const std::string& standing);
+  void SetStatusLine(const std::string& statusLine);
 
-  const int pipe_;
+  std::FILE* const pipe_;
   std::FILE* const terminal_;
-  const std::function<std::string()> standing_;
-  std::string stands_;  // the standing line that is shown; the painter's own
+  const Calls calls_;
+  const std::shared_ptr<WakeUp> change_ = std::make_shared<WakeUp>();
+  Input lines_;
+  std::string shownStatusLine_;  // the painter's own
   std::atomic<unsigned> timesShown_ = 0;
-  std::atomic<unsigned> timesSettled_ = 0;
-  std::jthread painter_;
+  std::atomic<unsigned> marksShown_ = 0;
+  WakeUp markShown_;
+  std::atomic<bool> isOver_ = false;
+  std::thread painter_;
 };
 
 }  // namespace lanvoss::program

@@ -1,5 +1,3 @@
-#include "commands/devices.h"
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -9,9 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "commands/table.h"
 #include "registry/cache_file.h"
 #include "registry/split_text.h"
-#include "texts.h"
+#include "screen.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
@@ -68,8 +68,8 @@ std::string Table(const std::vector<Row>& rows) {
   return table;
 }
 
-Facts DeviceFacts(const CacheLine& device) {
-  return Facts()
+JsonObject DeviceFacts(const CacheLine& device) {
+  return JsonObject()
       .AddText("name", device.record.name)
       .AddText("seen", TimeText(device.record.seen))
       .AddText("address", device.record.mac)
@@ -78,14 +78,15 @@ Facts DeviceFacts(const CacheLine& device) {
 
 }  // namespace
 
-Outcome RunDevices(const CommandLine& line) {
+// Reads the cache and changes nothing; nobody is looked for.
+Outcome RunDevices(Session& session) {
   std::vector<Row> rows = {kHeading};
-  std::vector<Facts> devices;
-  for (const CacheLine& device : ReadDevices(line.directory)) {
+  std::vector<JsonObject> devices;
+  for (const CacheLine& device : ReadDevices(session.Line().directory)) {
     rows.push_back(RowOf(device));
     devices.push_back(DeviceFacts(device));
   }
-  const Facts facts = Facts().AddObjects("devices", devices);
+  const JsonObject facts = JsonObject().AddObjects("devices", devices);
   if (devices.empty()) {
     return {kExitNotFound, {}, "no devices are remembered there", facts};
   }

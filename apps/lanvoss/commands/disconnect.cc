@@ -1,8 +1,5 @@
-#include "commands/disconnect.h"
-
-#include "commands/no_link.h"
-#include "request.h"
-#include "situation.h"
+#include "commands/link.h"
+#include "commands/table.h"
 
 namespace lanvoss::program {
 namespace {
@@ -11,14 +8,15 @@ constexpr std::int32_t kLinkGone = 1;  // of DisConnect
 
 }  // namespace
 
-Outcome RunDisconnect(LanvossInterface& object, const CommandLine& line) {
-  const std::string& name = *line.name;
-  const UnderWay underWay;
-  if (object.GetDeviceIp(IpRequest(name, std::nullopt, true)).empty()) {
-    return NoLink(name);
+// Another program may have left the link.
+Outcome RunDisconnect(Session& session) {
+  const std::string& name = *session.Line().name;
+  const OperationScope scope(session);
+  if (session.Object().GetDeviceIp(IpRequest(name, std::nullopt, true)).empty()) {
+    return ExplainNoLink(session, name);
   }
-  const Facts facts = Facts().AddText("name", name);
-  if (object.DisConnect("") != kLinkGone) {
+  const JsonObject facts = JsonObject().AddText("name", name);
+  if (session.Object().DisConnect("") != kLinkGone) {
     return {kExitPlatform, {}, "the platform did not let the link to " + name + " go", facts};
   }
   return {.result = "the link to " + name + " is closed\n", .facts = facts};

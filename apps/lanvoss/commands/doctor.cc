@@ -1,11 +1,14 @@
-#include "commands/doctor.h"
-
 #include <algorithm>
+
+#include "commands/table.h"
+#include "radio.h"
 
 namespace lanvoss::program {
 
-Outcome RunDoctor(const CommandLine& line) {
-  const std::vector<Finding> findings = Examine(line.radio.value_or(""));
+using platform::Finding;
+
+Outcome RunDoctor(Session& session) {
+  const std::vector<Finding> findings = Examine(session.Line().radio);
   Outcome outcome;
   for (const Finding& finding : findings) {
     outcome.result += (finding.isFine ? "fine     " : "missing  ") + finding.what + "\n";
@@ -13,8 +16,7 @@ Outcome RunDoctor(const CommandLine& line) {
       outcome.result += "         mend it with: " + finding.remedy + "\n";
     }
   }
-  const auto missing = std::count_if(findings.begin(), findings.end(),
-                                     [](const Finding& finding) { return !finding.isFine; });
+  const auto missing = std::ranges::count(findings, false, &Finding::isFine);
   if (missing > 0) {
     outcome.exitCode = kExitPlatform;
     outcome.complaint =

@@ -1,20 +1,31 @@
-#include "commands/ip.h"
-
+#include <CLI/CLI.hpp>
+#include <limits>
 #include <string>
 
-#include "commands/addresses.h"
-#include "commands/no_link.h"
-#include "request.h"
-#include "situation.h"
+#include "commands/link.h"
+#include "commands/table.h"
 
 namespace lanvoss::program {
 
-Outcome RunIp(LanvossInterface& object, const CommandLine& line) {
+void AddIpOptions(CLI::App& command, CommandLine& line) {
+  AddNameOption(command, line);
+  const auto gap =
+      command
+          .add_option("--gap", line.gapMs, "Keep at least MS milliseconds from the last disconnect")
+          ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()).description(""))
+          ->type_name("MS");
+  command.add_flag("--direct", line.direct, "Connect at once to the id remembered for NAME")
+      ->excludes(gap);
+}
+
+Outcome RunIp(Session& session) {
+  const CommandLine& line = session.Line();
   const std::string& name = *line.name;
-  const UnderWay underWay;
-  const std::string addresses = object.GetDeviceIp(IpRequest(name, line.gapMs, line.direct));
+  const OperationScope scope(session);
+  const std::string addresses =
+      session.Object().GetDeviceIp(IpRequest(name, line.gapMs, line.direct));
   if (addresses.empty()) {
-    return NoLink(name);
+    return ExplainNoLink(session, name);
   }
   return {.result = addresses + "\n", .facts = LinkFacts(name, addresses)};
 }

@@ -1,16 +1,12 @@
-#include "commands/keep.h"
-
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
 #include <exception>
 #include <string>
 
 #include "clock.h"
-#include "commands/addresses.h"
-#include "commands/link_check.h"
-#include "console.h"
-#include "pause.h"
-#include "results.h"
+#include "commands/link.h"
+#include "commands/table.h"
 
 namespace lanvoss::program {
 namespace {
@@ -19,56 +15,65 @@ namespace {
 constexpr std::chrono::seconds kFirstPause(1);
 constexpr std::chrono::seconds kLongestPause(60);
 
-void TellChange(const CommandLine& line, const std::string& addresses) {
+void PrintChange(Session& session, const std::string& addresses) {
+  const std::string& name = *session.Line().name;
   const std::string state = addresses.empty() ? "down" : "up " + addresses;
-  Facts facts =
-      addresses.empty() ? Facts().AddText("name", *line.name) : LinkFacts(*line.name, addresses);
+  JsonObject facts =
+      addresses.empty() ? JsonObject().AddText("name", name) : LinkFacts(name, addresses);
   facts.AddFlag("up", !addresses.empty());
-  PrintResult(line, FormatTime(LocalTimeUs()) + " " + state + "\n", facts);
+  session.PrintResult(FormatTime(LocalTimeUs()) + " " + state + "\n", facts);
 }
 
 // Probes the link. One that stays silent although it was recovered before is let go, or its address
 // would be the answer on and on.
-void CheckAndLetGo(LanvossInterface& object) {
-  const LinkCheck check = CheckLink(object);  // it pairs and connects anew what no longer answers
+void CheckAndLetGo(Session& session) {
+  const LinkCheck check = CheckLink(session);  // it pairs and connects anew what no longer answers
   if (check.replies == 0 && check.addresses.empty()) {
-    object.DisConnect("");
+    session.Object().DisConnect("");
   }
 }
 
 // The addresses of the link after a check; empty while the device is away.
-std::string KeepLink(LanvossInterface& object, const std::string& name, bool isUp,
-                     const std::stop_token& interrupted) {
+std::string KeepLink(Session& session, bool isUp) {
   try {
     if (isUp) {
-      CheckAndLetGo(object);
+      CheckAndLetGo(session);
     }
-    return AskForAddresses(object, name, interrupted);
+    return AskForAddresses(session, *session.Line().name);
   } catch (const std::exception& error) {
-    Complain(error.what());  // the platform's; it may be better later
+    session.Output().Complain(error.what());  // the platform's; it may be better later
     return {};
   }
 }
 
 }  // namespace
 
-Outcome RunKeep(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted) {
-  const std::chrono::seconds checkPause(line.everyS);
+void AddKeepOptions(CLI::App& command, CommandLine& line) {
+  constexpr int kLongestEveryS = 86'400;
+  AddNameOption(command, line);
+  command.add_option("--every", line.everyS, "Check the link every S seconds (default: 10)")
+      ->check(CLI::Range(1, kLongestEveryS).description(""))
+      ->type_name("S");
+}
+
+// Ends only when an interrupt comes.
+Outcome RunKeep(Session& session) {
+  const std::chrono::seconds checkPause(session.Line().everyS);
   std::string addresses;
   bool isFirst = true;
   auto pause = kFirstPause;
-  while (!interrupted.stop_requested()) {
-    const std::string current = KeepLink(object, *line.name, !addresses.empty(), interrupted);
-    if ((current != addresses || isFirst) && !interrupted.stop_requested()) {
+  while (!session.IsInterrupted()) {
+    const std::string current = KeepLink(session, !addresses.empty());
+    if ((current != addresses || isFirst) && !session.IsInterrupted()) {
       addresses = current;
       isFirst = false;
-      TellChange(line, addresses);
+      PrintChange(session, addresses);
     }
     if (!addresses.empty()) {
       pause = kFirstPause;
-      Pause(checkPause, interrupted);
+      session.SleepUnlessStopped(checkPause);
     } else {
-      Pause(pause, interrupted);
+      session.SleepUnlessStopped(pause);
       pause = std::min(2 * pause, kLongestPause);
     }
   }

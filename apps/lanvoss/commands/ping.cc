@@ -1,11 +1,7 @@
-#include "commands/ping.h"
-
 #include <string>
 
-#include "commands/addresses.h"
-#include "commands/link_check.h"
-#include "commands/no_link.h"
-#include "situation.h"
+#include "commands/link.h"
+#include "commands/table.h"
 
 namespace lanvoss::program {
 namespace {
@@ -21,8 +17,9 @@ std::string FindingText(const LinkCheck& check, const std::string& name) {
   return name + " did not answer; " + (check.recovery ? "paired and " : "") + "connected anew";
 }
 
-Facts CheckFacts(const LinkCheck& check, const std::string& name, const std::string& addresses) {
-  Facts facts = LinkFacts(name, addresses);
+JsonObject CheckFacts(const LinkCheck& check, const std::string& name,
+                      const std::string& addresses) {
+  JsonObject facts = LinkFacts(name, addresses);
   if (check.replies) {
     facts.AddNumber("replies", *check.replies);
   }
@@ -31,20 +28,22 @@ Facts CheckFacts(const LinkCheck& check, const std::string& name, const std::str
 
 }  // namespace
 
-Outcome RunPing(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted) {
-  const std::string& name = *line.name;
+// Connects, checks the link and asks for its addresses again, as a host has to do it: the check
+// may leave the device paired but not connected.
+Outcome RunPing(Session& session) {
+  const std::string& name = *session.Line().name;
   {
-    const UnderWay underWay;
-    if (object.GetDeviceIp(name).empty()) {
-      return NoLink(name);
+    const OperationScope scope(session);
+    if (session.Object().GetDeviceIp(name).empty()) {
+      return ExplainNoLink(session, name);
     }
   }
-  const LinkCheck check = CheckLink(object);
-  const std::string addresses = AskForAddresses(object, name, interrupted);
+  const LinkCheck check = CheckLink(session);
+  const std::string addresses = AskForAddresses(session, name);
   if (addresses.empty()) {
     return {.exitCode = kExitDeadLink,
             .complaint = "dead link: " + name + " could not be connected anew",
-            .facts = Facts().AddText("name", name)};
+            .facts = JsonObject().AddText("name", name)};
   }
   return {.result = FindingText(check, name) + "\n" + addresses + "\n",
           .facts = CheckFacts(check, name, addresses)};

@@ -1,56 +1,78 @@
-#include "commands/run.h"
-
+#include <CLI/CLI.hpp>
 #include <cstddef>
 #include <string>
-#include <string_view>
+#include <vector>
 
-#include "commands/sequence.h"
+#include "commands/table.h"
 #include "line_reader.h"
-#include "operation.h"
-#include "results.h"
 
 namespace lanvoss::program {
 namespace {
 
-void DoAndTell(const CommandLine& line, Sequence& sequence, const Operation& operation,
-               const std::stop_token& interrupted) {
-  const std::string result = sequence.Do(operation, interrupted);
+constexpr char kBeforeOperations[] =
+    "Each OPERATION is one argument, as in: lanvoss run \"ip Cam-7F21\" ping disconnect\n"
+    "Without one they are read from standard input, one a line, as they come; blank lines and\n"
+    "lines that begin with # are skipped. A NAME may have blanks in it.\n"
+    "\n";
+
+constexpr char kAfterOperations[] =
+    "\n"
+    "After each, a line \"> OPERATION -> RESULT\" follows on standard output.\n";
+
+// `latest` becomes what the operation came to if that is no link.
+void RunAndPrint(Session& session, const Operation& operation, Outcome& latest) {
+  const OperationResult result = RunOperation(session, operation);
   // In one piece: the log may grow at the same time.
-  PrintResult(line, "> " + operation.text + " -> " + result + "\n",
-              Facts().AddText("operation", operation.text).AddText("result", result));
+  session.PrintResult(
+      "> " + operation.text + " -> " + result.text + "\n",
+      JsonObject().AddText("operation", operation.text).AddText("result", result.text));
+  if (result.noLink.exitCode != kExitOk) {
+    latest = result.noLink;
+  }
 }
 
 // A bad line ends the run, after what stands before it has been done.
-void RunInput(const CommandLine& line, Sequence& sequence, const std::stop_token& interrupted) {
-  LineReader input;
+void RunInput(Session& session, Outcome& latest) {
+  LineReader input(session);
   std::size_t number = 0;
-  while (const auto text = input.Next(interrupted)) {
+  while (const auto text = input.Next()) {
     ++number;
     if (!IsComment(*text)) {
-      const auto operation = ParseOperation(*text, "line " + std::to_string(number));
-      DoAndTell(line, sequence, operation, interrupted);
+      RunAndPrint(session, ParseOperation(*text, "line " + std::to_string(number)), latest);
     }
   }
 }
 
 }  // namespace
 
-Outcome RunOperations(LanvossInterface& object, const CommandLine& line,
-                      std::stop_token interrupted) {
-  Sequence sequence(object);
+void AddRunOptions(CLI::App& command, CommandLine& line) {
+  const auto parse = [&line](const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) {
+      const std::string place = "operation " + std::to_string(line.operations.size() + 1);
+      line.operations.push_back(ParseOperation(text, place));
+    }
+  };
+  command
+      .add_option_function<std::vector<std::string>>("OPERATION", parse, "What to do, see below")
+      ->type_name("");
+  command.footer(kBeforeOperations + OperationHelp() + kAfterOperations);
+}
+
+Outcome RunRun(Session& session) {
+  Outcome latest;
   try {
-    for (const Operation& operation : line.operations) {
-      if (!interrupted.stop_requested()) {
-        DoAndTell(line, sequence, operation, interrupted);
+    for (const Operation& operation : session.Line().operations) {
+      if (!session.IsInterrupted()) {
+        RunAndPrint(session, operation, latest);
       }
     }
-    if (line.operations.empty()) {
-      RunInput(line, sequence, interrupted);
+    if (session.Line().operations.empty()) {
+      RunInput(session, latest);
     }
   } catch (const OperationError& error) {
     return {kExitUsage, {}, error.what()};
   }
-  return sequence.End();
+  return latest;
 }
 
 }  // namespace lanvoss::program

@@ -1,7 +1,5 @@
-#include "commands/timeline.h"
-
+#include <CLI/CLI.hpp>
 #include <cerrno>
-#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -10,18 +8,19 @@
 #include <string>
 #include <system_error>
 
-#include "timeline/saved_log.h"
+#include "commands/table.h"
+#include "log/saved_log.h"
 #include "timeline/write_timeline.h"
 
 namespace lanvoss::program {
 namespace {
 
-constexpr char kStandardInput[] = "-";
+constexpr char kFromStandardInput[] = "-";
 
 std::string ReadAll(std::istream& stream) { return {std::istreambuf_iterator<char>(stream), {}}; }
 
 std::string ReadLog(const std::string& log) {
-  if (log == kStandardInput) {
+  if (log == kFromStandardInput) {
     return ReadAll(std::cin);
   }
   std::ifstream file(log, std::ios::binary);
@@ -33,27 +32,38 @@ std::string ReadLog(const std::string& log) {
 }
 
 std::string DefaultFile(const std::string& log) {
-  return log == kStandardInput ? "timeline.svg"
-                               : std::filesystem::path(log).replace_extension(".svg").string();
+  return log == kFromStandardInput ? "timeline.svg"
+                                   : std::filesystem::path(log).replace_extension(".svg").string();
 }
 
 }  // namespace
 
-Outcome RunTimeline(const CommandLine& line) {
-  const std::string& log = line.savedLog;
+void AddTimelineOptions(CLI::App& command, CommandLine& line) {
+  command.add_option("LOG", line.savedLog, "What the program has printed; - for standard input")
+      ->required()
+      ->type_name("");
+  command
+      .add_option("FILE", line.timelineFile,
+                  "A picture (.svg) or a trace (.json); default: LOG's name with .svg")
+      ->type_name("");
+}
+
+Outcome RunTimeline(Session& session) {
+  const CommandLine& line = session.Line();
+  const std::string& file = line.savedLog;
   std::vector<Notification> notifications;
   try {
-    notifications = ReadSavedLog(ReadLog(log));
+    notifications = log::ReadSavedLog(ReadLog(file));
   } catch (const std::runtime_error& error) {
-    return {kExitUsage, {}, log + ": " + error.what()};
+    return {kExitUsage, {}, file + ": " + error.what()};
   }
-  const std::string file = line.timelineFile.value_or(DefaultFile(log));
+  const std::string picture = line.timelineFile.value_or(DefaultFile(file));
   try {
-    WriteTimeline(notifications, file);
+    timeline::WriteTimeline(notifications, picture);
   } catch (const std::runtime_error& error) {
     return {kExitUsage, {}, error.what()};
   }
-  return {.result = file + "\n", .facts = Facts().AddText("file", file)};
+  return {.result = picture + "\n", .facts = JsonObject().AddText("file", picture)};
 }
 
 }  // namespace lanvoss::program

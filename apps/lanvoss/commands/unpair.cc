@@ -1,11 +1,7 @@
-#include "commands/unpair.h"
-
 #include <chrono>
 
+#include "commands/table.h"
 #include "commands/watch.h"
-#include "pause.h"
-#include "request.h"
-#include "situation.h"
 
 namespace lanvoss::program {
 namespace {
@@ -15,17 +11,18 @@ constexpr std::chrono::seconds kUnpairTime(3);
 
 }  // namespace
 
-Outcome RunUnpair(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted) {
-  const std::string& name = *line.name;
-  if (!Watch(object, WatchRequest(name, false), interrupted)) {
-    return NoWatch();
+// Only a device that the watcher reports can be unpaired.
+Outcome RunUnpair(Session& session) {
+  const std::string& name = *session.Line().name;
+  if (!Watch(session, WatchRequest(name, false))) {
+    return NoWatch(session);
   }
-  const Facts facts = Facts().AddText("name", name);
-  if (!TheSituation().isFound) {
+  const JsonObject facts = JsonObject().AddText("name", name);
+  if (!session.Status().isFound) {
     return {kExitNotFound, {}, name + " was not found", facts};
   }
-  object.Unpair(name);
-  Pause(kUnpairTime, interrupted);
+  session.Object().Unpair(name);
+  session.SleepUnlessStopped(kUnpairTime);
   return {.result = "the system was asked to forget " + name + "\n", .facts = facts};
 }
 

@@ -1,9 +1,9 @@
 #include "commands/watch.h"
 
+#include <CLI/CLI.hpp>
 #include <vector>
 
-#include "request.h"
-#include "situation.h"
+#include "commands/table.h"
 
 namespace lanvoss::program {
 namespace {
@@ -18,34 +18,39 @@ std::string LinesOf(const std::vector<std::string>& names) {
 
 }  // namespace
 
-bool Watch(LanvossInterface& object, const std::string& request,
-           const std::stop_token& interrupted) {
-  const UnderWay underWay;
-  const bool isRunning = object.StartWatch(request) == 0;
+bool Watch(Session& session, const std::string& request) {
+  const OperationScope scope(session);
+  const bool isRunning = session.Object().StartWatch(request) == 0;
   if (isRunning) {
-    WaitForWatch(interrupted);
+    session.WaitForWatch();
   }
   return isRunning;
 }
 
-Outcome RunWatch(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted) {
-  if (!Watch(object, WatchRequest(line.name.value_or(""), line.keep), interrupted)) {
-    return NoWatch();
+Outcome NoWatch(const Session& session) {
+  return {.exitCode = kExitPlatform,
+          .complaint = "the platform did not start its device watcher: " + session.Status().error};
+}
+
+void AddWatchOptions(CLI::App& command, CommandLine& line) {
+  const auto name = command.add_option("NAME", line.name, "The device to look for")->type_name("");
+  command.add_flag("--keep", line.keep, "Watch on until the device is gone again")->needs(name);
+}
+
+Outcome RunWatch(Session& session) {
+  const CommandLine& line = session.Line();
+  if (!Watch(session, WatchRequest(line.name.value_or(""), line.keep))) {
+    return NoWatch(session);
   }
-  const std::vector<std::string> names = ReportedNames();
-  const Facts facts = Facts().AddTexts("devices", names);
+  const std::vector<std::string> names = session.ReportedNames();
+  const JsonObject facts = JsonObject().AddTexts("devices", names);
   if (!line.name) {
     return {.result = LinesOf(names), .facts = facts};
   }
-  if (!TheSituation().isFound) {
+  if (!session.Status().isFound) {
     return {kExitNotFound, {}, *line.name + " was not found", facts};
   }
   return {.result = *line.name + "\n", .facts = facts};
-}
-
-Outcome NoWatch() {
-  return {.exitCode = kExitPlatform,
-          .complaint = "the platform did not start its device watcher: " + TheSituation().error};
 }
 
 }  // namespace lanvoss::program

@@ -1,24 +1,18 @@
-// lanvoss watch: the devices around, or one of them.
+// A search, for the commands that need one.
 #pragma once
 
-#include <stop_token>
 #include <string>
 
-#include "lanvoss/lanvoss.h"
-
-#include "command_line.h"
 #include "outcome.h"
+#include "session.h"
 
 namespace lanvoss::program {
 
-// Watches and returns when the watch has ended or `interrupted` is requested; the situation tells
+// Watches and returns when the watch has ended or an interrupt comes; the session's status says
 // what was seen. False: the platform did not start its watcher.
-bool Watch(LanvossInterface& object, const std::string& request,
-           const std::stop_token& interrupted);
+bool Watch(Session& session, const std::string& request);
 
 // What a command came to that could not watch.
-Outcome NoWatch();
-
-Outcome RunWatch(LanvossInterface& object, const CommandLine& line, std::stop_token interrupted);
+Outcome NoWatch(const Session& session);
 
 }  // namespace lanvoss::program

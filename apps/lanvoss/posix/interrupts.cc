@@ -1,53 +1,76 @@
-#include "interrupts.h"
-
+#include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <ctime>
+#include <fcntl.h>
 #include <pthread.h>
+#include <system_error>
+#include <unistd.h>
 
-#include "notice.h"
 #include "outcome.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
 
-constexpr long kNanosecondsPerMs = 1'000'000;
-constexpr timespec kNotice{.tv_sec = 0, .tv_nsec = kNoticeMs * kNanosecondsPerMs};
+constexpr char kInterrupt = 'i';
+constexpr char kEnd = 'e';
 
-sigset_t Interrupts() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  return signals;
+// A byte in the pipe is an interrupt, or the end of taking them.
+int pipeOut = -1;
+int pipeIn = -1;
+std::atomic<bool> nextLeaves = false;
+
+void Put(char byte) { static_cast<void>(!::write(pipeIn, &byte, 1)); }
+
+// Runs on the thread that takes interrupts: every other one blocks the signals, so that they do not
+// cut short what it waits for.
+extern "C" void OnInterrupt(int /*signal*/) {
+  if (nextLeaves) {
+    std::_Exit(kExitAborted);
+  }
+  const int error = errno;
+  Put(kInterrupt);
+  errno = error;
 }
 
-extern "C" void LeaveAtOnce(int /*signal*/) { std::_Exit(kExitAborted); }
+void MaskInterrupts(int how) {
+  sigset_t interrupts;
+  sigemptyset(&interrupts);
+  sigaddset(&interrupts, SIGINT);
+  sigaddset(&interrupts, SIGTERM);
+  pthread_sigmask(how, &interrupts, nullptr);
+}
 
 }  // namespace
 
 // Blocked in this thread and in all that it starts later.
 void HoldInterrupts() {
-  const sigset_t interrupts = Interrupts();
-  pthread_sigmask(SIG_BLOCK, &interrupts, nullptr);
-}
-
-bool TakeInterrupt(const std::stop_token& over) {
-  const sigset_t interrupts = Interrupts();
-  while (!over.stop_requested()) {
-    if (sigtimedwait(&interrupts, nullptr, &kNotice) > 0) {
-      return true;
-    }
+  int ends[2] = {-1, -1};
+  if (::pipe2(ends, O_CLOEXEC) != 0) {
+    throw std::system_error(errno, std::generic_category(), "no pipe for interrupts");
   }
-  return false;
+  pipeOut = ends[0];
+  pipeIn = ends[1];
+  MaskInterrupts(SIG_BLOCK);
+  std::signal(SIGINT, OnInterrupt);
+  std::signal(SIGTERM, OnInterrupt);
 }
 
-// This thread takes them all, so that they leave when it no longer blocks them.
+bool TakeInterrupt() {
+  MaskInterrupts(SIG_UNBLOCK);
+  char byte = kEnd;
+  while (::read(pipeOut, &byte, 1) == -1 && errno == EINTR) {
+  }
+  MaskInterrupts(SIG_BLOCK);
+  return byte == kInterrupt;
+}
+
+void EndInterrupts() { Put(kEnd); }
+
 void LetNextInterruptLeave(bool leave) {
-  std::signal(SIGINT, LeaveAtOnce);
-  std::signal(SIGTERM, LeaveAtOnce);
-  const sigset_t interrupts = Interrupts();
-  pthread_sigmask(leave ? SIG_UNBLOCK : SIG_BLOCK, &interrupts, nullptr);
+  nextLeaves = leave;
+  MaskInterrupts(leave ? SIG_UNBLOCK : SIG_BLOCK);
 }
 
 }  // namespace lanvoss::program

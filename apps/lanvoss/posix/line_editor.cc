@@ -10,9 +10,9 @@
 #include <system_error>
 #include <utility>
 
-#include "console.h"
 #include "input.h"
-#include "streams.h"
+#include "session.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
@@ -61,8 +61,10 @@ std::string CommonBeginning(const std::vector<std::string>& texts) {
 
 class LineEditor::Terminal {
  public:
-  Terminal(std::string prompt, Completions completions)
-      : prompt_(std::move(prompt)),
+  Terminal(Session& session, std::string prompt, Completions completions)
+      : session_(session),
+        input_(kStandardInput, session.Change()),
+        prompt_(std::move(prompt)),
         completions_(std::move(completions)),
         historyFile_(HistoryFile()),
         editor_(el_init("lanvoss", stdin, stderr, stderr)),
@@ -95,14 +97,13 @@ class LineEditor::Terminal {
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
-  std::optional<std::string> Next(const std::stop_token& interrupted) {
-    interrupted_ = &interrupted;
-    timesShown_ = TimesShown();
+  std::optional<std::string> Next() {
+    timesShown_ = session_.Output().TimesShown();
     int length = 0;
     const char* line = el_gets(editor_, &length);
     if (line == nullptr || length <= 0) {
       std::fputs("\n", stderr);
-      return interrupted.stop_requested() ? std::optional<std::string>("") : std::nullopt;
+      return session_.IsInterrupted() ? std::optional<std::string>("") : std::nullopt;
     }
     std::string text(line, static_cast<std::size_t>(length));
     if (text.ends_with('\n')) {
@@ -134,10 +135,14 @@ class LineEditor::Terminal {
   // is drawn again below them.
   int Read(wchar_t& character) {
     std::mbstate_t state{};
-    while (!interrupted_->stop_requested()) {
+    while (!session_.IsInterrupted()) {
       if (typed_.empty()) {
-        if (ReadInput(kStandardInput, typed_) == Input::kEnd) {
+        const Input::State arrived = input_.Take(typed_);
+        if (arrived == Input::State::kEnd) {
           return kNoCharacter;
+        }
+        if (arrived == Input::State::kNoneYet) {
+          session_.Change()->Wait();
         }
         DrawAgain();
         continue;
@@ -157,7 +162,7 @@ class LineEditor::Terminal {
   }
 
   void DrawAgain() {
-    if (const unsigned shown = TimesShown(); shown != timesShown_) {
+    if (const unsigned shown = session_.Output().TimesShown(); shown != timesShown_) {
       timesShown_ = shown;
       el_set(editor_, EL_REFRESH);
     }
@@ -176,30 +181,29 @@ class LineEditor::Terminal {
       return CC_REFRESH;
     }
     for (const std::string& choice : lines) {
-      Print(choice + "\n");
+      session_.Output().Print(choice + "\n");
     }
     return CC_NORM;
   }
 
+  Session& session_;
+  Input input_;
   std::string prompt_;
   const Completions completions_;
   const std::string historyFile_;
   EditLine* const editor_;
   History* const history_;
-  const std::stop_token* interrupted_ = nullptr;  // while a line is being typed
-  std::string typed_;                             // and not taken yet
+  std::string typed_;  // and not taken yet
   unsigned timesShown_ = 0;
 };
 
 bool CanEdit() { return IsTerminal(stdin) && IsTerminal(stderr); }
 
-LineEditor::LineEditor(std::string prompt, Completions completions)
-    : terminal_(std::make_unique<Terminal>(std::move(prompt), std::move(completions))) {}
+LineEditor::LineEditor(Session& session, std::string prompt, Completions completions)
+    : terminal_(std::make_unique<Terminal>(session, std::move(prompt), std::move(completions))) {}
 
 LineEditor::~LineEditor() = default;
 
-std::optional<std::string> LineEditor::Next(const std::stop_token& interrupted) {
-  return terminal_->Next(interrupted);
-}
+std::optional<std::string> LineEditor::Next() { return terminal_->Next(); }
 
 }  // namespace lanvoss::program

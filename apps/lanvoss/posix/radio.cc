@@ -1,9 +1,12 @@
 #include "radio.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "backends/posix/posix_system.h"
 #include "backends/simulated/demo.h"
+#include "backends/wpa/doctor.h"
 #include "backends/wpa/wpa_radio.h"
-#include "wpa_adapter.h"
 
 namespace lanvoss::program {
 namespace {
@@ -12,14 +15,8 @@ constexpr char kSimulated[] = "simulated";
 constexpr char kWpa[] = "wpa";
 constexpr char kWpaWithInterface[] = "wpa:";
 
-}  // namespace
-
-std::string RadioNames() { return "simulated (default), wpa or wpa:INTERFACE"; }
-
-bool IsRadioName(const std::string& name) {
-  return name == kSimulated || WpaInterfaceOf(name).has_value();
-}
-
+// The network interface that the name of a real radio gives, empty when it leaves that open; none
+// for any other name.
 std::optional<std::string> WpaInterfaceOf(const std::string& radioName) {
   if (radioName == kWpa) {
     return "";
@@ -30,6 +27,14 @@ std::optional<std::string> WpaInterfaceOf(const std::string& radioName) {
   return std::nullopt;
 }
 
+}  // namespace
+
+std::string RadioNames() { return "simulated (default), wpa or wpa:INTERFACE"; }
+
+bool IsRadioName(const std::string& name) {
+  return name == kSimulated || WpaInterfaceOf(name).has_value();
+}
+
 platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
                                   const std::optional<simulated::Scenario>& scenario) {
   const auto system = posix::CreateSystem();
@@ -37,6 +42,16 @@ platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
     return {system, wpa::CreateRadio(system, *interface)};
   }
   return simulated::CreatePlatform(system, scenario.value_or(simulated::DemoScenario()));
+}
+
+std::vector<platform::Finding> Examine(const std::optional<std::string>& radioName) {
+  return wpa::Examine(WpaInterfaceOf(radioName.value_or(kWpa)).value_or(""));
+}
+
+std::string HowToAllowRawSockets() {
+  std::error_code unknown;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
+  return "give it with: sudo setcap cap_net_raw+ep " + program.string();
 }
 
 }  // namespace lanvoss::program

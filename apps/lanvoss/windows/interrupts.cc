@@ -1,16 +1,15 @@
-#include "interrupts.h"
-
 #include <atomic>
 #include <cstdlib>
 #include <windows.h>
 
-#include "notice.h"
 #include "outcome.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
 
 const HANDLE interrupted = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+const HANDLE ended = CreateEventW(nullptr, TRUE, FALSE, nullptr);
 std::atomic<bool> nextLeaves = false;
 
 // The system ends the process when the handler of any other kind returns.
@@ -32,14 +31,12 @@ BOOL WINAPI OnInterrupt(DWORD kind) {
 
 void HoldInterrupts() { SetConsoleCtrlHandler(OnInterrupt, TRUE); }
 
-bool TakeInterrupt(const std::stop_token& over) {
-  while (!over.stop_requested()) {
-    if (WaitForSingleObject(interrupted, kNoticeMs) == WAIT_OBJECT_0) {
-      return true;
-    }
-  }
-  return false;
+bool TakeInterrupt() {
+  const HANDLE events[] = {interrupted, ended};
+  return WaitForMultipleObjects(2, events, FALSE, INFINITE) == WAIT_OBJECT_0;
 }
+
+void EndInterrupts() { SetEvent(ended); }
 
 void LetNextInterruptLeave(bool leave) {
   if (!leave) {

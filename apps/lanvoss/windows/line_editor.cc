@@ -5,34 +5,35 @@
 #include <utility>
 
 #include "line_reader.h"
-#include "streams.h"
+#include "session.h"
+#include "system.h"
 
 namespace lanvoss::program {
 
 class LineEditor::Terminal {
  public:
-  explicit Terminal(std::string prompt) : prompt_(std::move(prompt)) {}
+  Terminal(Session& session, std::string prompt)
+      : session_(session), reader_(session), prompt_(std::move(prompt)) {}
 
-  std::optional<std::string> Next(const std::stop_token& interrupted) {
+  std::optional<std::string> Next() {
     std::fputs(prompt_.c_str(), stderr);
-    auto line = reader_.Next(interrupted);
-    return interrupted.stop_requested() ? std::optional<std::string>("") : line;
+    auto line = reader_.Next();
+    return session_.IsInterrupted() ? std::optional<std::string>("") : line;
   }
 
  private:
-  const std::string prompt_;
+  Session& session_;
   LineReader reader_;
+  const std::string prompt_;
 };
 
 bool CanEdit() { return IsTerminal(stdin) && IsTerminal(stderr); }
 
-LineEditor::LineEditor(std::string prompt, Completions /*completions*/)
-    : terminal_(std::make_unique<Terminal>(std::move(prompt))) {}
+LineEditor::LineEditor(Session& session, std::string prompt, Completions /*completions*/)
+    : terminal_(std::make_unique<Terminal>(session, std::move(prompt))) {}
 
 LineEditor::~LineEditor() = default;
 
-std::optional<std::string> LineEditor::Next(const std::stop_token& interrupted) {
-  return terminal_->Next(interrupted);
-}
+std::optional<std::string> LineEditor::Next() { return terminal_->Next(); }
 
 }  // namespace lanvoss::program

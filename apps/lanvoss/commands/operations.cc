@@ -1,0 +1,220 @@
+#include "commands/operations.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <iterator>
+#include <system_error>
+
+#include "commands/link.h"
+#include "session.h"
+
+namespace lanvoss::program {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r";
+constexpr std::string_view kOptionMark = "--";
+
+std::string_view Trimmed(std::string_view text) {
+  const auto first = std::min(text.find_first_not_of(kBlanks), text.size());
+  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+// Takes the first word off `rest`, with the blanks after it.
+std::string_view TakeWord(std::string_view& rest) {
+  const auto word = rest.substr(0, rest.find_first_of(kBlanks));
+  rest = Trimmed(rest.substr(word.size()));
+  return word;
+}
+
+// Takes `option` off `rest` when that is its first word.
+bool TakeOption(std::string_view& rest, std::string_view option) {
+  std::string_view remaining = rest;
+  if (TakeWord(remaining) != option) {
+    return false;
+  }
+  rest = remaining;
+  return true;
+}
+
+std::string Name(std::string_view rest) {
+  if (rest.empty()) {
+    throw OperationError("NAME is missing");
+  }
+  if (rest.starts_with(kOptionMark)) {
+    throw OperationError("unknown option " + std::string(TakeWord(rest)));
+  }
+  return std::string(rest);
+}
+
+std::int32_t Milliseconds(std::string_view word) {
+  std::int32_t number = -1;
+  const auto [end, fault] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (fault != std::errc() || end != word.data() + word.size() || number < 0) {
+    throw OperationError("expected a whole number of milliseconds, not \"" + std::string(word) +
+                         "\"");
+  }
+  return number;
+}
+
+Operation ParseIp(std::string_view rest) {
+  std::optional<std::int32_t> gapMs;
+  if (TakeOption(rest, "--gap")) {
+    gapMs = Milliseconds(TakeWord(rest));
+  }
+  const bool direct = !gapMs && TakeOption(rest, "--direct");
+  return {.request = IpRequest(Name(rest), gapMs, direct)};
+}
+
+Operation ParseWatch(std::string_view rest) {
+  const bool keep = TakeOption(rest, "--keep");
+  return {.request = rest.empty() && !keep ? "" : WatchRequest(Name(rest), keep)};
+}
+
+Operation ParseUnpair(std::string_view rest) { return {.request = Name(rest)}; }
+
+Operation ParseSleep(std::string_view rest) { return {.sleepMs = Milliseconds(rest)}; }
+
+Operation ParseNothing(std::string_view rest) {
+  if (!rest.empty()) {
+    throw OperationError("nothing may follow, but there is \"" + std::string(rest) + "\"");
+  }
+  return {};
+}
+
+OperationResult DoIp(Session& session, const Operation& operation) {
+  const OperationScope scope(session);
+  std::string addresses = session.Object().GetDeviceIp(operation.request);
+  if (addresses.empty()) {
+    const std::string name = operation.request.substr(operation.request.rfind('\n') + 1);
+    return {"no link", ExplainNoLink(session, name)};
+  }
+  return {std::move(addresses)};
+}
+
+OperationResult DoPing(Session& session, const Operation&) {
+  const LinkCheck check = CheckLink(session);
+  if (!check.replies) {
+    return {"no link to probe"};
+  }
+  std::string text = "replies: " + std::to_string(*check.replies);
+  if (check.recovery) {
+    text += ", recovery: " + (check.addresses.empty() ? "no link" : check.addresses);
+  }
+  return {std::move(text)};
+}
+
+OperationResult DoDisconnect(Session& session, const Operation&) {
+  return {std::to_string(session.Object().DisConnect(""))};
+}
+
+OperationResult DoUnpair(Session& session, const Operation& operation) {
+  return {std::to_string(session.Object().Unpair(operation.request))};
+}
+
+OperationResult DoWatch(Session& session, const Operation& operation) {
+  return {std::to_string(session.Object().StartWatch(operation.request))};
+}
+
+OperationResult DoStop(Session& session, const Operation&) {
+  return {std::to_string(session.Object().StopWatch())};
+}
+
+OperationResult DoAbort(Session& session, const Operation&) {
+  return {std::to_string(session.Object().AbortConnect(""))};
+}
+
+OperationResult DoSleep(Session& session, const Operation& operation) {
+  const std::chrono::milliseconds time(operation.sleepMs);
+  return {session.SleepUnlessStopped(time) ? "done" : "interrupted"};
+}
+
+}  // namespace
+
+struct OperationKind {
+  std::string_view word;
+  std::string_view takes;
+  std::string_view help;
+  Operation (*parse)(std::string_view rest);
+  OperationResult (*run)(Session& session, const Operation& operation);
+};
+
+namespace {
+
+constexpr OperationKind kKinds[] = {
+    {"ip", "[--gap MS | --direct] NAME", "find, pair and connect; the result is LOCAL,REMOTE",
+     ParseIp, DoIp},
+    {"ping", "", "probe the link, and pair and connect a silent device anew", ParseNothing, DoPing},
+    {"disconnect", "", "close the link", ParseNothing, DoDisconnect},
+    {"unpair", "NAME", "start to remove the pairing", ParseUnpair, DoUnpair},
+    {"watch", "[[--keep] NAME]", "start to look for devices", ParseWatch, DoWatch},
+    {"stop", "", "stop looking", ParseNothing, DoStop},
+    {"abort", "", "give the attempt up", ParseNothing, DoAbort},
+    {"sleep", "MS", "wait", ParseSleep, DoSleep},
+};
+
+Operation Parse(std::string_view text) {
+  // It separates the fields of a request, so no name can have one.
+  if (text.find('\n') != std::string_view::npos) {
+    throw OperationError("there is a line feed in it");
+  }
+  std::string_view rest = text;
+  const std::string_view word = TakeWord(rest);
+  const auto* kind = std::ranges::find(kKinds, word, &OperationKind::word);
+  if (kind == std::end(kKinds)) {
+    throw OperationError("there is no operation \"" + std::string(word) + "\"");
+  }
+  Operation operation = kind->parse(rest);
+  operation.kind = kind;
+  operation.text = text;
+  return operation;
+}
+
+}  // namespace
+
+Operation ParseOperation(std::string_view text, const std::string& place) {
+  try {
+    return Parse(Trimmed(text));
+  } catch (const OperationError& error) {
+    throw OperationError(place + ": " + error.what());
+  }
+}
+
+OperationResult RunOperation(Session& session, const Operation& operation) {
+  return operation.kind->run(session, operation);
+}
+
+bool IsComment(std::string_view line) {
+  const std::string_view text = Trimmed(line);
+  return text.empty() || text.starts_with('#');
+}
+
+std::string OperationHelp() {
+  constexpr std::size_t kUsageWidth = 31;
+  std::string help;
+  for (const OperationKind& kind : kKinds) {
+    std::string usage = std::string(kind.word) + " " + std::string(kind.takes);
+    usage.resize(kUsageWidth, ' ');
+    help += "  " + usage + std::string(kind.help) + "\n";
+  }
+  return help;
+}
+
+std::vector<std::string> OperationWords() {
+  std::vector<std::string> words;
+  for (const OperationKind& kind : kKinds) {
+    words.emplace_back(kind.word);
+  }
+  return words;
+}
+
+std::string IpRequest(const std::string& name, std::optional<std::int32_t> gapMs, bool direct) {
+  if (gapMs) {
+    return std::to_string(*gapMs) + "\n" + name;
+  }
+  return direct ? "\n" + name : name;
+}
+
+std::string WatchRequest(const std::string& name, bool keep) { return keep ? "\n" + name : name; }
+
+}  // namespace lanvoss::program

@@ -1,0 +1,116 @@
+#include "system.h"
+
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <csignal>
+#include <fcntl.h>
+#include <initializer_list>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace lanvoss::program {
+namespace {
+
+constexpr int kUsualWidth = 80;
+constexpr std::size_t kPieceLength = 4096;
+
+constexpr unsigned char kFirstPrintable = 0x20;
+constexpr unsigned char kDelete = 0x7F;
+// The second set of control characters, which terminals heed as well: 0xC2 and one of these.
+constexpr unsigned char kSecondSetLead = 0xC2;
+constexpr unsigned char kSecondSetFirst = 0x80;
+constexpr unsigned char kSecondSetLast = 0x9F;
+
+// A standard stream that the caller has closed would leave its number to the next file opened: the
+// log would end up in the cache file.
+void FillClosedStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (::fcntl(stream, F_GETFD) == -1) {
+      static_cast<void>(::open(kNullDevice, O_RDWR));  // takes the lowest free number: this one
+    }
+  }
+}
+
+std::FILE* OpenByLines(int file) {
+  std::FILE* stream = ::fdopen(file, "w");
+  std::setvbuf(stream, nullptr, _IOLBF, BUFSIZ);
+  return stream;
+}
+
+unsigned char ByteAt(std::string_view text, std::size_t position) {
+  return static_cast<unsigned char>(text[position]);
+}
+
+}  // namespace
+
+const char kNullDevice[] = "/dev/null";
+
+void PrepareStreams() {
+  // The encoding of what is typed. NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
+  std::setlocale(LC_CTYPE, "");
+  FillClosedStreams();
+  std::signal(SIGPIPE, SIG_IGN);
+  std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+}
+
+bool IsTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) != 0; }
+
+int TerminalWidth(std::FILE* stream) {
+  winsize size{};
+  const bool isKnown = ::ioctl(::fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? size.ws_col : kUsualWidth;
+}
+
+std::FILE* DuplicateStdout() {
+  return OpenByLines(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+void RedirectStdout(std::FILE* stream) {
+  std::fflush(stdout);
+  ::dup2(::fileno(stream), STDOUT_FILENO);
+}
+
+Pipe MakePipe() {
+  int ends[2] = {-1, -1};
+  if (::pipe2(ends, O_CLOEXEC) != 0) {
+    return {};
+  }
+  return {OpenByLines(ends[1]), ends[0]};
+}
+
+bool ReadPiece(int file, std::string& piece) {
+  std::array<char, kPieceLength> buffer{};
+  const ssize_t length = ::read(file, buffer.data(), buffer.size());
+  if (length <= 0) {
+    return false;
+  }
+  piece.assign(buffer.data(), static_cast<std::size_t>(length));
+  return true;
+}
+
+std::size_t ControlLength(std::string_view text) {
+  if (ByteAt(text, 0) < kFirstPrintable || ByteAt(text, 0) == kDelete) {
+    return 1;
+  }
+  const bool isOfSecondSet = text.size() > 1 && ByteAt(text, 0) == kSecondSetLead &&
+                             ByteAt(text, 1) >= kSecondSetFirst &&
+                             ByteAt(text, 1) <= kSecondSetLast;
+  return isOfSecondSet ? 2 : 0;
+}
+
+std::size_t CharactersIn(const std::string& text) {
+  // A byte of the form 10xxxxxx goes on with a character.
+  return static_cast<std::size_t>(
+      std::ranges::count_if(text, [](char byte) { return (byte & 0xC0) != 0x80; }));
+}
+
+std::string ToUtf8(const std::string& text) { return text; }
+
+std::tm LocalTime(std::time_t time) {
+  std::tm local{};
+  localtime_r(&time, &local);
+  return local;
+}
+
+}  // namespace lanvoss::program

@@ -1,0 +1,16 @@
+// One notification of the library, with when and on which thread it came.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace lanvoss::log {
+
+struct Notification {
+  std::int64_t timeUs = 0;  // local time, from 1970-01-01 00:00 of local time
+  int thread = 0;           // from 1 in the order of their first notification; 0: not known
+  std::string kind;
+  std::string message;
+};
+
+}  // namespace lanvoss::log

@@ -1,0 +1,28 @@
+// How far an operation of the library is, as far as its log tells.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace lanvoss::log {
+
+// Of the operation that runs, or ran last.
+struct OperationStatus {
+  std::chrono::steady_clock::time_point begun = {};
+  bool isOver = true;
+  std::string phase = {};          // what is being done, in words; empty: nothing yet
+  std::size_t devices = 0;         // names that were reported
+  std::size_t passes = 0;          // that were begun
+  std::size_t opens = 0;           // open requests that came back
+  bool isFound = false;            // the device that is looked for, or its id was known
+  bool isPairing = false;          // since a ceremony has begun that has not ended
+  std::string pairingStatus = {};  // of the latest ceremony
+  std::string error = {};          // of the platform
+  bool isWatchOver = false;
+  std::optional<int> replies = {};  // of the latest probe
+  bool isRecovery = false;          // the device was silent, and a recovery was begun
+};
+
+}  // namespace lanvoss::log

@@ -1,0 +1,258 @@
+#include "timeline/timeline.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <tuple>
+#include <utility>
+
+#include "timeline/duration.h"
+#include "timeline/timeline_builder.h"
+
+namespace lanvoss::timeline {
+namespace {
+
+// Whatever its threads are.
+bool HasItsOwnLane(Part part) { return part == Part::kWatcher || part == Part::kLink; }
+
+// Threads that write at once are stamped a little out of order. What goes further back, or this far
+// ahead, is a clock that was set.
+constexpr std::int64_t kDisorderUs = kUsPerSecond;
+constexpr std::int64_t kLongestSilenceUs = 2'592'000 * kUsPerSecond;  // 30 days
+
+// Makes a time that never goes backwards of the stamps.
+class Clock {
+ public:
+  std::int64_t Read(std::int64_t stampUs) {
+    const std::int64_t passed = stampUs - latestStampUs_;
+    if (!begun_ || passed < -kDisorderUs || passed > kLongestSilenceUs) {
+      latestStampUs_ = stampUs;
+      begun_ = true;
+    } else if (passed > 0) {
+      latestStampUs_ = stampUs;
+      nowUs_ += passed;
+    }
+    return nowUs_;
+  }
+
+ private:
+  bool begun_ = false;
+  std::int64_t latestStampUs_ = 0;
+  std::int64_t nowUs_ = 0;
+};
+
+Event EventOf(const Notification& notification, const LogLine& line, std::int64_t timeUs) {
+  return {.timeUs = timeUs,
+          .clockUs = notification.timeUs,
+          .thread = notification.thread,
+          .trouble = IsTrouble(line),
+          .byPlatform = line.kind->more.byPlatform,
+          .kind = notification.kind,
+          .words = WordsOf(line),
+          .message = notification.message};
+}
+
+// A moment that the picture marks by its own, or the tick of a thread that wrote a line.
+void AddMarks(const LogLine& line, const Event& event, std::vector<Mark>& marks) {
+  Mark mark{.words = event.words,
+            .timeUs = event.timeUs,
+            .trouble = event.trouble,
+            .part = line.kind->part,
+            .thread = event.thread};
+  const bool isMarked = !line.kind->more.mark.empty();
+  if (isMarked) {
+    mark.label = MarkOf(line);
+    marks.push_back(mark);
+  }
+  if (event.thread != 0 && (!isMarked || HasItsOwnLane(mark.part))) {
+    mark.label.clear();
+    mark.part = Part::kHost;
+    marks.push_back(std::move(mark));
+  }
+}
+
+// Threads from the first ones on that have lanes of their own; the others share one.
+constexpr int kThreadLanes = 16;
+
+// Where a lane stands, from above, and what makes two things share one.
+using Key = std::pair<int, int>;
+
+Key KeyOf(Part part, int thread) {
+  if (thread == 0 || HasItsOwnLane(part)) {
+    return {static_cast<int>(part) + 1, 0};
+  }
+  return {0, std::min(thread, kThreadLanes + 1)};
+}
+
+std::string PartName(Part part) {
+  switch (part) {
+    case Part::kHost:
+      return "host";
+    case Part::kConnection:
+      return "connection";
+    case Part::kCheck:
+      return "link check";
+    case Part::kWatcher:
+      return "watcher";
+    case Part::kLink:
+      return "link";
+  }
+  return {};
+}
+
+std::string LabelOf(const Key& key, const std::set<int>& platformThreads) {
+  const auto& [place, thread] = key;
+  if (place > 0) {
+    return PartName(static_cast<Part>(place - 1));
+  }
+  if (thread > kThreadLanes) {
+    return "other threads";
+  }
+  return (platformThreads.contains(thread) ? "platform thread " : "host thread ") +
+         std::to_string(thread);
+}
+
+// Puts the spans of one lane into as few tracks as nesting allows, and nested ones into rows below
+// each other. Spans come by their begins, the longer first.
+class Stacks {
+ public:
+  void Place(Span& span) {
+    std::size_t track = 0;
+    while (track < tracks_.size() && !Fits(tracks_[track], span)) {
+      ++track;
+    }
+    if (track == tracks_.size()) {
+      tracks_.emplace_back();
+    }
+    Track& home = tracks_[track];
+    span.track = track;
+    span.row = home.ends.size();
+    home.ends.push_back(span.endUs);
+    home.rows = std::max(home.rows, home.ends.size());
+  }
+
+  // The rows of the tracks before this one, or of all.
+  std::size_t RowsBefore(std::size_t track) const {
+    std::size_t rows = 0;
+    for (std::size_t i = 0; i < track && i < tracks_.size(); ++i) {
+      rows += tracks_[i].rows;
+    }
+    return rows;
+  }
+  std::size_t Rows() const { return RowsBefore(tracks_.size()); }
+
+ private:
+  struct Track {
+    std::vector<std::int64_t> ends;  // of the spans that are not over, the outermost first
+    std::size_t rows = 0;
+  };
+
+  static bool Fits(Track& track, const Span& span) {
+    while (!track.ends.empty() && track.ends.back() <= span.beginUs) {
+      track.ends.pop_back();
+    }
+    return track.ends.empty() || span.endUs <= track.ends.back();
+  }
+
+  std::vector<Track> tracks_;
+};
+
+std::set<int> PlatformThreads(const std::vector<Event>& events) {
+  std::set<int> threads;
+  for (const Event& event : events) {
+    if (event.byPlatform) {
+      threads.insert(event.thread);
+    }
+  }
+  return threads;
+}
+
+// Sorts the spans and gives them and the marks their places. Where the threads are known each has a
+// lane, else each part of the work; the watcher and the link have their own in any case.
+void AssignLanes(Timeline& timeline) {
+  std::ranges::stable_sort(timeline.spans, {}, [](const Span& span) {
+    return std::tuple(span.beginUs, -span.endUs, span.activity);
+  });
+  std::map<Key, std::size_t> lanes;
+  for (const Span& span : timeline.spans) {
+    lanes[KeyOf(span.part, span.thread)];
+  }
+  for (const Mark& mark : timeline.marks) {
+    lanes[KeyOf(mark.part, mark.thread)];
+  }
+  const std::set<int> platformThreads = PlatformThreads(timeline.events);
+  for (auto& [key, lane] : lanes) {
+    lane = timeline.lanes.size();
+    timeline.lanes.push_back({LabelOf(key, platformThreads)});
+  }
+  std::vector<Stacks> stacks(timeline.lanes.size());
+  for (Span& span : timeline.spans) {
+    span.lane = lanes[KeyOf(span.part, span.thread)];
+    stacks[span.lane].Place(span);
+  }
+  for (Span& span : timeline.spans) {
+    span.row += stacks[span.lane].RowsBefore(span.track);
+  }
+  for (Mark& mark : timeline.marks) {
+    mark.lane = lanes[KeyOf(mark.part, mark.thread)];
+  }
+  for (std::size_t i = 0; i < stacks.size(); ++i) {
+    timeline.lanes[i].rows = stacks[i].Rows();
+  }
+}
+
+}  // namespace
+
+Look LookOf(Activity activity) {
+  switch (activity) {
+    case Activity::kRequest:
+      return {"request", "request"};
+    case Activity::kSearch:
+      return {"search", "search"};
+    case Activity::kWait:
+      return {"wait", "waiting"};
+    case Activity::kAttempt:
+      return {"attempt", "connection attempt"};
+    case Activity::kUnpair:
+      return {"unpair", "unpairing"};
+    case Activity::kPair:
+      return {"pair", "pairing"};
+    case Activity::kOpen:
+      return {"open", "open request"};
+    case Activity::kClose:
+      return {"close", "closing"};
+    case Activity::kCheck:
+      return {"check", "link check"};
+    case Activity::kRecovery:
+      return {"recovery", "recovery"};
+    case Activity::kPass:
+      return {"pass", "watcher pass"};
+    case Activity::kStop:
+      return {"stop", "stopping the watcher"};
+    case Activity::kLink:
+      return {"link", "link"};
+  }
+  return {};
+}
+
+Timeline BuildTimeline(const std::vector<Notification>& notifications) {
+  Timeline timeline;
+  TimelineBuilder builder;
+  Clock clock;
+  for (const Notification& notification : notifications) {
+    const std::int64_t timeUs = clock.Read(notification.timeUs);
+    const LogLine line = ParseLogLine(notification);
+    builder.Add(line, timeUs, notification.thread);
+    timeline.events.push_back(EventOf(notification, line, timeUs));
+    AddMarks(line, timeline.events.back(), timeline.marks);
+    timeline.endUs = timeUs;
+  }
+  builder.End();
+  timeline.headline = builder.Headline();
+  timeline.endsWell = builder.EndsWell();
+  timeline.spans = builder.TakeSpans();
+  AssignLanes(timeline);
+  return timeline;
+}
+
+}  // namespace lanvoss::timeline
