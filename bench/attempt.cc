@@ -34,16 +34,9 @@ constexpr const char* kDirectLines[] = {
 };
 
 Clock::time_point opened;  // when the platform completed the latest open request
-const simulated::PeerHandle* camera = nullptr;
 
 void NoteTime(benchmark::State& state, Clock::time_point begun) {
   state.SetIterationTime(Seconds(Clock::now() - begun).count());
-}
-
-void OnNotify(std::string kind, std::string message) {
-  if (kind == "info" && message == kStartedLine) {
-    camera->Appear();
-  }
 }
 
 // A radio that notes when its open requests are completed.
@@ -74,13 +67,19 @@ class NotingRadio final : public platform::WiFiDirect {
 // The device appears when the watcher runs. Found any earlier, it would make the library take the
 // watcher that it stops for one that has not started, and pause before it tries again.
 struct Air {
-  Air() { camera = &device; }
+  void OnNotify(const std::string& message) const {
+    if (message == kStartedLine) {
+      device.Appear();
+    }
+  }
 
   simulated::Neighbourhood air{posix::CreateSystem(), events::RealThreads(),
                                HabitsWithoutLatency()};
   simulated::PeerHandle device = air.Add(PeerWithoutLatency(u"Cam"));
   std::shared_ptr<platform::System> system = air.System();
   std::shared_ptr<platform::WiFiDirect> radio = std::make_shared<NotingRadio>(air.Radio());
+  RecordingHost host{[this](const std::string&, const std::string& message) { OnNotify(message); },
+                     RecordingHost::Records::kNothing};
 };
 
 // The host's object. It is made anew for every request that the watcher takes part in: only its
@@ -91,8 +90,8 @@ class ByLibrary {
 
   void Renew() {
     lanvoss_.reset();
-    camera->Disappear();
-    lanvoss_ = Open({air_.system, air_.radio}, &OnNotify, WorkDirectory::Path().string());
+    air_.device.Disappear();
+    lanvoss_ = Open({air_.system, air_.radio}, WorkDirectory::Path().string());
   }
   void Request(const char* request) {
     if (lanvoss_->GetDeviceIp(request).empty()) {
@@ -121,10 +120,12 @@ class ByHand {
           Connect();
         });
     watcher_->Stopped([this](platform::DeviceWatcher&) { stopped_.release(); });
-    camera->Disappear();
+    HideCamera();
     RequestFound();
     LetGoOfFound();
   }
+
+  void HideCamera() { air_.device.Disappear(); }
 
   void RequestFound() {
     static_cast<void>(system_.Clock());
@@ -134,7 +135,7 @@ class ByHand {
     watcher_->Start();
     static_cast<void>(system_.Clock());
     static_cast<void>(watcher_->Status());
-    camera->Appear();
+    air_.device.Appear();
     Wait();
   }
   void RequestById() {
@@ -182,7 +183,8 @@ class ByHand {
 
   Air air_;
   platform::System& system_ = *air_.system;
-  const LogSink log_{system_, *air_.radio, std::make_shared<LifetimeGate>(system_), &OnNotify};
+  const LogSink log_{system_, *air_.radio, std::make_shared<LifetimeGate>(system_),
+                     &RecordingHost::OnNotify};
   std::binary_semaphore stopped_{0};
   std::unique_ptr<platform::Event> done_ = system_.CreateManualResetEvent(false);
   std::unique_ptr<platform::Event> status_ = system_.CreateManualResetEvent(false);
@@ -209,7 +211,7 @@ void FoundByLibrary(benchmark::State& state) {
 void FoundByHand(benchmark::State& state) {
   ByHand host;
   for (auto _ : state) {
-    camera->Disappear();
+    host.HideCamera();
     const auto begun = Clock::now();
     host.RequestFound();
     NoteTime(state, begun);
@@ -256,7 +258,7 @@ void ReturnOfRequest(benchmark::State& state) {
 void ReturnByHand(benchmark::State& state) {
   ByHand host;
   for (auto _ : state) {
-    camera->Disappear();
+    host.HideCamera();
     host.RequestFound();
     NoteTime(state, opened);
     host.LetGoOfFound();

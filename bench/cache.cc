@@ -21,6 +21,7 @@
 #include "devices.h"
 #include "registry/cache_file.h"
 #include "registry/split_text.h"
+#include "watcher/make_lanvoss.h"
 #include "world.h"
 
 namespace lanvoss::bench {
@@ -45,7 +46,7 @@ void LoadObject(benchmark::State& state) {
   const platform::Platform platform{air.System(), air.Radio()};
   const std::string directory = CacheDirectoryOf(CountOf(state)).string();
   for (auto _ : state) {
-    benchmark::DoNotOptimize(Open(platform, nullptr, directory));
+    benchmark::DoNotOptimize(MakeLanvoss(platform, nullptr, directory));
   }
 }
 
@@ -256,19 +257,19 @@ void WriteCopied(benchmark::State& state) {
 
 // ---- A burst of new devices
 
-std::atomic<std::size_t> reported = 0;
-
-void OnNotify(std::string kind, std::string /*message*/) {
-  if (kind == "watch" && ++reported == kBurst) {
-    reported.notify_one();
-  }
-}
-
 void Burst(benchmark::State& state) {
   const auto directory = WorkDirectory::Path() / "burst";
   std::filesystem::create_directory(directory);
   simulated::Neighbourhood air(posix::CreateSystem(), events::RealThreads(),
                                HabitsWithoutLatency());
+  std::atomic<std::size_t> reported = 0;
+  const RecordingHost host(
+      [&](const std::string& kind, const std::string&) {
+        if (kind == "watch" && ++reported == kBurst) {
+          reported.notify_one();
+        }
+      },
+      RecordingHost::Records::kNothing);
   for (std::size_t number = 0; number < kBurst; ++number) {
     const Device device = DeviceOf(number);
     air.Add(PeerWithoutLatency(std::u16string(device.name.begin(), device.name.end()),
@@ -278,7 +279,7 @@ void Burst(benchmark::State& state) {
     state.PauseTiming();
     std::filesystem::remove(directory / "deviceinfo.bin");
     reported = 0;
-    auto lanvoss = Open({air.System(), air.Radio()}, &OnNotify, directory.string());
+    auto lanvoss = Open({air.System(), air.Radio()}, directory.string());
     state.ResumeTiming();
     lanvoss->StartWatch("");
     for (std::size_t seen = 0; (seen = reported) < kBurst;) {

@@ -14,44 +14,45 @@ namespace lanvoss::bench {
 namespace {
 
 constexpr int kMostUnheard = 16;  // events on their way, so that they do not pile up
-std::atomic<int> unheard = 0;
-std::atomic<bool> seen = false;
-
-void OnNotify(std::string kind, std::string message) {
-  if (message.starts_with("(watch) OnDeviceUpdated")) {
-    --unheard;
-    unheard.notify_one();
-  } else if (kind == "watch") {
-    seen = true;
-    seen.notify_one();
-  }
-}
 
 // An object whose watcher runs, and a device that keeps changing.
 class Busy {
  public:
   Busy() {
-    unheard = 0;
-    seen = false;
     lanvoss->StartWatch("");
-    seen.wait(false);
+    seen_.wait(false);
     events_ = std::jthread([this](const std::stop_token& stop) {
       while (!stop.stop_requested()) {
-        ++unheard;
+        ++unheard_;
         camera_.Rename(u"Cam");
-        unheard.wait(kMostUnheard);
+        unheard_.wait(kMostUnheard);
       }
     });
   }
 
  private:
+  void OnNotify(const std::string& kind, const std::string& message) {
+    if (message.starts_with("(watch) OnDeviceUpdated")) {
+      --unheard_;
+      unheard_.notify_one();
+    } else if (kind == "watch") {
+      seen_ = true;
+      seen_.notify_one();
+    }
+  }
+
+  std::atomic<int> unheard_ = 0;
+  std::atomic<bool> seen_ = false;
+  RecordingHost host_{
+      [this](const std::string& kind, const std::string& message) { OnNotify(kind, message); },
+      RecordingHost::Records::kNothing};
   simulated::Neighbourhood air_{posix::CreateSystem(), events::RealThreads(),
                                 HabitsWithoutLatency()};
   simulated::PeerHandle camera_ = air_.Add(PeerWithoutLatency(u"Cam"));
 
  public:
   const std::shared_ptr<LanvossInterface> lanvoss =
-      Open({air_.System(), air_.Radio()}, &OnNotify, "/nonexistent");
+      Open({air_.System(), air_.Radio()}, "/nonexistent");
 
  private:
   std::jthread events_;  // last, so that it ends first

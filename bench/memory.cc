@@ -13,6 +13,7 @@
 #include "backends/posix/posix_system.h"
 #include "devices.h"
 #include "registry/cache_file.h"
+#include "watcher/make_lanvoss.h"
 #include "world.h"
 
 namespace lanvoss::bench {
@@ -50,7 +51,7 @@ void MeasureIdle() {
   std::vector<std::shared_ptr<LanvossInterface>> objects(kObjects);
   const long before = ResidentBytes();
   for (auto& object : objects) {
-    object = Open({air.System(), air.Radio()}, nullptr, "/nonexistent");
+    object = MakeLanvoss({air.System(), air.Radio()}, nullptr, "/nonexistent");
   }
   const long taken = ResidentBytes() - before;
   objects.clear();  // which writes to the log

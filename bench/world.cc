@@ -19,9 +19,9 @@ simulated::Peer PeerWithoutLatency(std::u16string name, std::u16string id) {
           .closeMs = 0};
 }
 
-std::shared_ptr<LanvossInterface> Open(const platform::Platform& platform, NotifyCallback notify,
+std::shared_ptr<LanvossInterface> Open(const platform::Platform& platform,
                                        const std::string& directory) {
-  return MakeLanvoss(platform, notify, directory);
+  return MakeLanvoss(platform, &RecordingHost::OnNotify, directory);
 }
 
 }  // namespace lanvoss::bench

@@ -9,8 +9,11 @@
 
 #include "backends/simulated/neighbourhood.h"
 #include "platform/platform.h"
+#include "recording_host.h"
 
 namespace lanvoss::bench {
+
+using test::RecordingHost;
 
 inline constexpr char kCamera[] = "Cam";
 
@@ -19,8 +22,8 @@ simulated::Habits HabitsWithoutLatency();
 // A device that is paired and answers at once.
 simulated::Peer PeerWithoutLatency(std::u16string name, std::u16string id = {});
 
-// An object of the library on the given platform.
-std::shared_ptr<LanvossInterface> Open(const platform::Platform& platform, NotifyCallback notify,
+// An object of the library on the given platform, for the RecordingHost that there is.
+std::shared_ptr<LanvossInterface> Open(const platform::Platform& platform,
                                        const std::string& directory);
 
 }  // namespace lanvoss::bench

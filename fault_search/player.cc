@@ -17,6 +17,7 @@
 #include "backends/simulated/virtual_time.h"
 #include "host_loop.h"
 #include "output.h"
+#include "recording_host.h"
 #include "watcher/make_lanvoss.h"
 #include "witness.h"
 
@@ -43,11 +44,11 @@ struct HostException : std::runtime_error {
 class Held {
  public:
   Held(Witness& witness, const Story& story, platform::Platform platform,
-       const std::string& directory, NotifyCallback notify)
+       const std::string& directory)
       : witness_(witness), longestEndMs_(LongestEndMs(story)) {
     witness_.OnObjectBegins();
     try {
-      lanvoss_ = MakeLanvoss(std::move(platform), notify, directory);
+      lanvoss_ = MakeLanvoss(std::move(platform), &test::RecordingHost::OnNotify, directory);
     } catch (...) {
       witness_.OnObjectEnds();
       throw;
@@ -84,10 +85,6 @@ class UnderWay {
   std::atomic<int>& count_;
 };
 
-class Player;
-// The host's callback is a plain function, so the story it belongs to has to be found.
-Player* current = nullptr;
-
 class Player {
  public:
   Player(const Story& story, bool free)
@@ -97,11 +94,9 @@ class Player {
         air_(time_, time_, story.habits, story.seed),
         witness_(story, *time_, IsToldAtOnce()),
         random_(story.seed) {
-    current = this;
     time_->SetLocalTime({2024, 3, 1, 9, 0, 0, 0});
     std::ofstream(CachePath(), std::ios::binary) << story.cache;
   }
-  ~Player() { current = nullptr; }
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;
 
@@ -230,13 +225,13 @@ class Player {
 
   std::string Ask() {
     Check();
-    const std::size_t before = witness_.InfoCount();
+    const std::size_t before = host_.LogLength();
     const std::int32_t begun = time_->Clock();
     const bool hadOthers = underWay_ > 0;
     const std::string address = Do({.operation = Operation::kGetDeviceIp, .argument = kWanted});
     ++report_.requests;
     if (address.empty()) {
-      std::string reason = ReasonOfFailure(witness_.InfosSince(before), time_->Clock() - begun);
+      std::string reason = ReasonOfFailure(host_.Log(before), time_->Clock() - begun);
       if (reason.empty() && hadOthers) {
         reason = "one of the host's callbacks was under way";
       }
@@ -253,9 +248,9 @@ class Player {
 
   // A dead link that is not recovered would be reported on and on.
   void Check() {
-    const std::size_t before = witness_.InfoCount();
+    const std::size_t before = host_.LogLength();
     Do({.operation = Operation::kPingCheck});
-    if (IsDeadAndKept(witness_.InfosSince(before))) {
+    if (IsDeadAndKept(host_.Log(before))) {
       CountReason("a dead link was given up or recovered before, so it is kept");
       Do({.operation = Operation::kDisConnect});
     }
@@ -277,9 +272,9 @@ class Player {
       witness_.Violate("an exception left a handler, although nothing raised one");
     }
     if (story_.reactions.empty() && !MayLackWatcher()) {
-      witness_.Violate(CheckCounts(witness_.Infos(), CallCounts(), MayThrow()));
+      witness_.Violate(CheckCounts(host_.Log(), CallCounts(), MayThrow()));
     }
-    witness_.Violate(CheckOutput(TheOutput().Take(), witness_.Infos(), !free_));
+    witness_.Violate(CheckOutput(TheOutput().Take(), host_.Log(), !free_));
     // A load or a write that was refused is not made up for.
     if (story_.reactions.empty() && !free_ && !HasFault(simulated::Call::kOpenFile)) {
       witness_.Violate(CheckCache(CacheFile(), witness_.Devices()));
@@ -320,7 +315,7 @@ class Player {
       if (Hold() == nullptr) {
         auto made = std::make_shared<Held>(witness_, story_,
                                            platform::Platform{air_.System(), air_.Radio()},
-                                           TheOutput().Directory(), &Player::OnNotify);
+                                           TheOutput().Directory());
         const std::lock_guard lock(mutex_);
         object_ = std::move(made);
       }
@@ -437,13 +432,13 @@ class Player {
            story_.peers.size() > 1;
   }
 
-  static void OnNotify(std::string kind, std::string message) {
-    const auto reaction = current->witness_.OnNotify(kind, message);
-    if (current->Hold() != nullptr) {
-      current->CheckCacheSoFar();
+  void OnNotify(const std::string& kind, const std::string& message) {
+    const auto reaction = witness_.OnNotify(kind, message);
+    if (Hold() != nullptr) {
+      CheckCacheSoFar();
     }
     if (reaction) {
-      current->React(*reaction);
+      React(*reaction);
     }
   }
 
@@ -471,6 +466,8 @@ class Player {
   const std::shared_ptr<simulated::VirtualTime> time_;
   simulated::Neighbourhood air_;
   Witness witness_;
+  test::RecordingHost host_{
+      [this](const std::string& kind, const std::string& message) { OnNotify(kind, message); }};
   std::vector<simulated::PeerHandle> peers_;
   std::atomic<int> underWay_ = 0;  // operations, and callbacks in which the host does something
   std::mutex mutex_;               // guards everything below

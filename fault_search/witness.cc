@@ -14,7 +14,6 @@ std::optional<Reaction> Witness::OnNotify(const std::string& kind, const std::st
     violations_.push_back("told after the object was gone: " + kind + " " + message);
   }
   if (kind == "info") {
-    infos_.push_back(message);
     Learn(message);
     FollowWaits(message);
   } else if (kind == "deviceip") {
@@ -123,15 +122,6 @@ void Witness::StopReacting() {
   reacts_ = false;
 }
 
-Lines Witness::Infos() const { return InfosSince(0); }
-Lines Witness::InfosSince(std::size_t count) const {
-  const std::lock_guard lock(mutex_);
-  return {infos_.begin() + static_cast<std::ptrdiff_t>(count), infos_.end()};
-}
-std::size_t Witness::InfoCount() const {
-  const std::lock_guard lock(mutex_);
-  return infos_.size();
-}
 unsigned Witness::LinkUps() const {
   const std::lock_guard lock(mutex_);
   return linkUps_;

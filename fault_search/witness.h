@@ -38,9 +38,6 @@ class Witness {
 
   // From now on the host only listens.
   void StopReacting();
-  Lines Infos() const;
-  Lines InfosSince(std::size_t count) const;
-  std::size_t InfoCount() const;
   unsigned LinkUps() const;
 
   // The calling thread's operation may have to wait for the end of an attempt. From the end of it
@@ -75,7 +72,6 @@ class Witness {
   std::int64_t excusedMs_ = 0;
   unsigned linkUps_ = 0;
   bool isDown_ = false;  // the latest that was told of a link
-  Lines infos_;
   Lines events_;
   Lines violations_;
   std::map<std::string, std::string> devices_;

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <mutex>
 #include <regex>
 #include <unistd.h>
 #include <utility>
@@ -15,9 +16,6 @@
 
 namespace lanvoss::test {
 namespace {
-
-// The host's callback is a plain function, so the world it belongs to has to be found.
-World* current = nullptr;
 
 // Without the durations where they cannot be foretold.
 std::string Timeless(const std::string& line) {
@@ -116,12 +114,7 @@ std::string CapturedOutput::Text() const {
   return ReadFile(file_);
 }
 
-World::World() {
-  current = this;
-  EnterStage(time, air);
-}
-
-World::~World() { current = nullptr; }
+World::World() { EnterStage(time, air); }
 
 void World::SetUp() { time->SetLocalTime({2024, 3, 1, 9, 5, 3, 40}); }
 
@@ -132,7 +125,7 @@ void World::TearDown() {
   LeaveStage();
   EXPECT_EQ(air.LiveObjects(), 0U) << "platform objects leaked";
   EXPECT_EQ(air.EscapedExceptions(), expectedEscapes);
-  for (const std::string& line : log_) {
+  for (const std::string& line : host_.Log()) {
     EXPECT_TRUE(log::IsKnown(log::ParseLogLine({.kind = "info", .message = line}))) << line;
   }
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
@@ -146,7 +139,7 @@ void World::TearDown() {
 
 void World::OpenIn(const std::string& cacheDirectory) {
   const Inside operation("getLanvossPtr");
-  lanvoss = std::make_shared<Announced>(MakeOnStage(air, &World::OnNotify, cacheDirectory));
+  lanvoss = std::make_shared<Announced>(MakeOnStage(air, &RecordingHost::OnNotify, cacheDirectory));
 }
 
 Duration World::TimeOf(const std::function<void()>& operation) {
@@ -170,11 +163,6 @@ void World::Connect(const std::string& name) {
   Printed();
 }
 
-void World::Listen(Listener listener) {
-  const std::lock_guard lock(mutex_);
-  listener_ = std::move(listener);
-}
-
 void World::At(const std::string& start, std::function<void()> act) {
   Listen([start, act, done = std::make_shared<std::atomic<bool>>(false)](
              const std::string& kind, const std::string& message) {
@@ -184,30 +172,20 @@ void World::At(const std::string& start, std::function<void()> act) {
   });
 }
 
-void World::OnNotify(std::string kind, std::string message) {
-  Listener listener;
-  {
-    const std::lock_guard lock(current->mutex_);
-    if (const std::string path = Environment("LANVOSS_TEST_NOTIFICATIONS"); !path.empty()) {
-      std::ofstream(path, std::ios::app) << inside << "\t" << kind << "\t" << message << '\0';
-    }
-    if (kind == "info") {
-      current->log_.push_back(message);
-    } else {
-      current->heard_.push_back(kind + " " + message);
-      std::printf("<%s %s>\n", kind.c_str(), message.c_str());
-    }
-    listener = current->listener_;
+void World::Print(const std::string& kind, const std::string& message) {
+  static std::mutex mutex;  // of the file
+  if (const std::string path = Environment("LANVOSS_TEST_NOTIFICATIONS"); !path.empty()) {
+    const std::lock_guard lock(mutex);
+    std::ofstream(path, std::ios::app) << inside << "\t" << kind << "\t" << message << '\0';
   }
-  if (listener) {
-    listener(kind, message);
+  if (kind != "info") {
+    std::printf("<%s %s>\n", kind.c_str(), message.c_str());
   }
 }
 
 Lines World::Log() {
-  const std::lock_guard lock(mutex_);
-  const Lines fresh(log_.begin() + static_cast<std::ptrdiff_t>(logBefore_), log_.end());
-  logBefore_ = log_.size();
+  Lines fresh(host_.Log(logBefore_));
+  logBefore_ += fresh.size();
   return fresh;
 }
 
@@ -219,20 +197,19 @@ Lines World::LogWithout(const std::string& line) {
 }
 
 Lines World::Heard() {
-  const std::lock_guard lock(mutex_);
-  return std::exchange(heard_, {});
+  Lines fresh(host_.Others(heardBefore_));
+  heardBefore_ += fresh.size();
+  return fresh;
 }
 
 bool World::Logged(const std::string& line) {
-  const std::lock_guard lock(mutex_);
-  return std::any_of(log_.begin(), log_.end(),
-                     [&](const std::string& logged) { return IsSameLine(logged, line); });
+  return std::ranges::any_of(host_.Log(),
+                             [&](const std::string& logged) { return IsSameLine(logged, line); });
 }
 
 bool World::LoggedStart(const std::string& start) {
-  const std::lock_guard lock(mutex_);
-  return std::any_of(log_.begin(), log_.end(),
-                     [&](const std::string& line) { return line.starts_with(start); });
+  return std::ranges::any_of(host_.Log(),
+                             [&](const std::string& line) { return line.starts_with(start); });
 }
 
 std::string World::Printed() {

@@ -7,14 +7,15 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
-#include <mutex>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lanvoss/lanvoss.h"
 
 #include "backends/simulated/neighbourhood.h"
+#include "recording_host.h"
 #include "stages/stage.h"
 
 namespace lanvoss::test {
@@ -30,6 +31,7 @@ using simulated::PeerHandle;
 class Lines : public std::vector<std::string> {
  public:
   using std::vector<std::string>::vector;
+  explicit Lines(std::vector<std::string> lines) : vector(std::move(lines)) {}
   friend bool operator==(const Lines& a, const Lines& b);
 };
 
@@ -75,13 +77,8 @@ class CapturedOutput {
 };
 
 class World : public testing::Test {
- public:
-  // What the host hears; called with everything, after it is recorded.
-  using Listener = std::function<void(const std::string& kind, const std::string& message)>;
-
  protected:
   World();
-  ~World() override;
   void SetUp() override;
   void TearDown() override;
 
@@ -89,7 +86,7 @@ class World : public testing::Test {
   // directory.
   void Open() { OpenIn(directory.path.string()); }
   void OpenIn(const std::string& cacheDirectory);
-  void Listen(Listener listener);
+  void Listen(RecordingHost::Listener listener) { host_.Listen(std::move(listener)); }
   // Calls `act` at the first notification from now on of that kind, or whose message begins so.
   void At(const std::string& start, std::function<void()> act);
   void PauseAt(const std::string& start) {
@@ -129,16 +126,14 @@ class World : public testing::Test {
   unsigned expectedEscapes = 0;
 
  private:
-  static void OnNotify(std::string kind, std::string message);
+  static void Print(const std::string& kind, const std::string& message);
 
   CapturedOutput output_{directory.path / "output"};
   const std::int32_t begun_ = time->Clock();
+  RecordingHost host_{&World::Print};
   std::size_t printedBefore_ = 0;
-  std::mutex mutex_;  // guards everything below
-  Listener listener_;
-  Lines log_;
-  Lines heard_;
   std::size_t logBefore_ = 0;
+  std::size_t heardBefore_ = 0;
 };
 
 }  // namespace lanvoss::test

@@ -53,9 +53,6 @@ class ExemptAgenda final : public events::Threads {
   const std::shared_ptr<events::Threads> threads_;
 };
 
-// The host's callback is a plain function, so the world it belongs to has to be found.
-World* current = nullptr;
-
 void Raise(Failure failure) {
   const std::u16string text(std::begin(kPlantedText), std::end(kPlantedText) - 1);
   if (failure == Failure::kRadioError) {
@@ -72,6 +69,8 @@ void Raise(Failure failure) {
 World::World(const Plan& plan, std::filesystem::path directory)
     : plan_(plan),
       directory_(std::move(directory)),
+      host_(
+          [this](const std::string& kind, const std::string& message) { OnNotify(kind, message); }),
       time_(simulated::VirtualTime::Seeded(plan.seed)),
       air_(time_, std::make_shared<ExemptAgenda>(time_), {}, plan.seed),
       camera_(air_.Add({.name = u"Cam",
@@ -79,12 +78,9 @@ World::World(const Plan& plan, std::filesystem::path directory)
                         .appearMs = kAppearMs,
                         .pairMs = kPairMs,
                         .openMs = kOpenMs})) {
-  current = this;
   air_.Add({.name = u"Other", .id = u"WiFiDirect#02:00:00:00:00:0b", .appearMs = kAppearMs});
   std::ofstream(directory_ / "deviceinfo.bin", std::ios::binary) << kCachedLine;
 }
-
-World::~World() { current = nullptr; }
 
 Result World::Play(Story story) {
   LetPlatformFail();
@@ -143,7 +139,8 @@ void World::Open() {
   loaded_.clear();
   mayNotify_ = true;
   Within("getLanvossPtr", kAtOnceMs, [this] {
-    lanvoss_ = MakeFailing({air_.System(), air_.Radio()}, &World::OnNotify, directory_.string());
+    lanvoss_ = MakeFailing({air_.System(), air_.Radio()}, &test::RecordingHost::OnNotify,
+                           directory_.string());
   });
   mayNotify_ = lanvoss_ != nullptr;
 }
@@ -161,9 +158,9 @@ void World::Close() {
 void World::Recover() {
   while (result_.requests < kMostRequests) {
     ++result_.requests;
-    infos_.clear();
+    const std::size_t before = host_.LogLength();
     PingCheck();
-    if (IsDeadAndKept(infos_)) {
+    if (IsDeadAndKept(host_.Log(before))) {
       DisConnect();
     }
     if (GetDeviceIp(kCameraName) == kAddress && camera_.LinksUp() == 1) {
@@ -194,13 +191,11 @@ void World::CheckCache() {
           "the cache file does not hold the devices:\n" + bytes);
 }
 
-void World::OnNotify(std::string kind, std::string message) {
+void World::OnNotify(const std::string& kind, const std::string& message) {
   std::printf("<%s %s>\n", kind.c_str(), message.c_str());
-  current->Require(current->mayNotify_, "notified although there is no object");
+  Require(mayNotify_, "notified although there is no object");
   if (kind == "watch") {
-    current->loaded_.insert(message);
-  } else if (kind == "info") {
-    current->infos_.push_back(message);
+    loaded_.insert(message);
   }
 }
 

@@ -14,6 +14,7 @@
 #include "backends/simulated/neighbourhood.h"
 #include "backends/simulated/virtual_time.h"
 #include "failing_product.h"
+#include "recording_host.h"
 
 namespace lanvoss::nth {
 
@@ -44,7 +45,6 @@ class World {
 
   // Starts with a cache of one device in `directory`.
   World(const Plan& plan, std::filesystem::path directory);
-  ~World();
   World(const World&) = delete;
   World& operator=(const World&) = delete;
 
@@ -63,7 +63,7 @@ class World {
   void Do(simulated::Act act);
 
  private:
-  static void OnNotify(std::string kind, std::string message);
+  void OnNotify(const std::string& kind, const std::string& message);
 
   void LetPlatformFail();
   void Open();
@@ -76,14 +76,14 @@ class World {
 
   const Plan plan_;
   const std::filesystem::path directory_;
+  test::RecordingHost host_;
   const std::shared_ptr<simulated::VirtualTime> time_;
   simulated::Neighbourhood air_;
   const simulated::PeerHandle camera_;
   std::shared_ptr<LanvossInterface> lanvoss_;
-  bool isPlanted_ = true;           // else nothing may fail any more
-  bool mayNotify_ = false;          // there is an object
-  std::vector<std::string> infos_;  // the lines logged since the latest check began
-  std::set<std::string> loaded_;    // the devices that the latest object knew from its cache
+  bool isPlanted_ = true;         // else nothing may fail any more
+  bool mayNotify_ = false;        // there is an object
+  std::set<std::string> loaded_;  // the devices that the latest object knew from its cache
   Result result_;
 };
 

@@ -10,7 +10,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <unistd.h>
 #include <utility>
@@ -22,6 +21,7 @@
 #include "backends/wpa/control_socket.h"
 #include "backends/wpa/wpa_radio.h"
 #include "camera.h"
+#include "recording_host.h"
 #include "watcher/make_lanvoss.h"
 
 namespace lanvoss::test {
@@ -43,7 +43,6 @@ inline std::string Row(const std::string& what, const std::vector<std::string>& 
 class Radio : public testing::Test {
  protected:
   Radio() {
-    current = this;
     std::fflush(stdout);
     static_cast<void>(std::freopen(kOutput, "w", stdout));
     std::filesystem::remove_all(directory_);
@@ -77,16 +76,13 @@ class Radio : public testing::Test {
   void Open() {
     lanvoss.reset();
     const auto system = posix::CreateSystem();
-    lanvoss =
-        MakeLanvoss({system, wpa::CreateRadio(system, "wlan0")}, &Radio::OnNotify, directory_);
+    lanvoss = MakeLanvoss({system, wpa::CreateRadio(system, "wlan0")}, &RecordingHost::OnNotify,
+                          directory_);
   }
 
   template <typename Operation>
   std::string Measure(const std::string& what, Operation operation) {
-    {
-      const std::lock_guard lock(mutex_);
-      log_.clear();
-    }
+    logBefore_ = host_.LogLength();
     const auto begun = std::chrono::steady_clock::now();
     std::string result = operation();
     const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begun;
@@ -129,7 +125,7 @@ class Radio : public testing::Test {
       std::ifstream file(kProgramOutput);
       for (std::string line; std::getline(file, line); last = line) {
         std::printf("%s\n", line.c_str());
-        OnNotify("info", line);
+        RecordingHost::OnNotify("info", line);
       }
       return last;
     });
@@ -137,9 +133,9 @@ class Radio : public testing::Test {
 
   // How many lines of the log have this in them, since the last measured operation began.
   int Logged(const std::string& text) {
-    const std::lock_guard lock(mutex_);
-    return static_cast<int>(std::ranges::count_if(
-        log_, [&](const auto& line) { return line.find(text) != std::string::npos; }));
+    return static_cast<int>(std::ranges::count_if(host_.Log(logBefore_), [&](const auto& line) {
+      return line.find(text) != std::string::npos;
+    }));
   }
 
   bool IsLoggedSoon(const std::string& text) {
@@ -150,18 +146,10 @@ class Radio : public testing::Test {
   std::unique_ptr<Camera> camera = std::make_unique<Camera>("wlan1");
 
  private:
-  static void OnNotify(std::string kind, std::string message) {
-    if (kind == "info") {
-      const std::lock_guard lock(current->mutex_);
-      current->log_.push_back(std::move(message));
-    }
-  }
-
   // Of the numbers that follow this text in the log.
   int Sum(const std::string& before) {
-    const std::lock_guard lock(mutex_);
     int sum = 0;
-    for (const std::string& line : log_) {
+    for (const std::string& line : host_.Log(logBefore_)) {
       if (const auto at = line.find(before); at != std::string::npos) {
         sum += std::atoi(line.c_str() + at + before.size());
       }
@@ -185,11 +173,10 @@ class Radio : public testing::Test {
     static_cast<void>(write(output_, row.data(), row.size()));
   }
 
-  static inline Radio* current = nullptr;  // the library's callback is a plain function
   const std::filesystem::path directory_ = "/tmp/story";
   const int output_ = dup(STDOUT_FILENO);  // while the story's goes into a file
-  std::mutex mutex_;                       // guards the log
-  std::vector<std::string> log_;
+  RecordingHost host_;
+  std::size_t logBefore_ = 0;  // the measured operation began
 };
 
 }  // namespace lanvoss::test
