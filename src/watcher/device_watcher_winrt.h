@@ -45,7 +45,7 @@ class CDeviceWatcherWinRT : public LanvossInterface {
 
   std::int32_t StartWatch(std::string name) override;      // discovery/watch.cc
   std::int32_t StopWatch() override;                       // discovery/watch.cc
-  std::string GetDeviceIp(std::string request) override;   // supervision/get_device_ip.cc
+  std::string GetDeviceIp(std::string request) override;   // connection/get_device_ip.cc
   std::int32_t AbortConnect(std::string unused) override;  // supervision/disconnect.cc
   std::int32_t DisConnect(std::string unused) override;    // supervision/disconnect.cc
   std::int32_t Unpair(std::string name) override;          // supervision/disconnect.cc
@@ -104,6 +104,18 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   bool RecordDevice(const std::string& name, const std::string& id, DeviceTable::Information info);
   void ActOnFind(platform::DeviceWatcher& sender, const std::string& name, const std::string& id);
 
+  // connection/get_device_ip.cc
+  std::string RequestDeviceIp(const std::string& text);
+  void KeepGap(const std::string& name, std::int32_t gapMs);
+  void ConnectOnFind();
+  bool IsConnected(const std::string& name) const;
+  void BeginAttempt();
+  std::optional<std::string> RememberedId(const std::string& name) const;
+  void ConnectById(const std::string& name);
+  void WaitForAttempt();
+  std::string FailureText(const std::string& name) const;
+  std::string DeviceIp() const;
+
   // connection/conn_device.cc
   void ConnDevice(std::string name, std::string id);
   void PairDevice(platform::DeviceInformation& info);
@@ -121,18 +133,6 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::string AddressText(const std::shared_ptr<platform::HostName>& host) const;
   std::shared_ptr<platform::WiFiDirectDevice> HeldDevice() const;
   void HoldDevice(std::shared_ptr<platform::WiFiDirectDevice> device);
-
-  // supervision/get_device_ip.cc
-  std::string RequestDeviceIp(const std::string& text);
-  void KeepGap(const std::string& name, std::int32_t gapMs);
-  void ConnectOnFind();
-  bool IsConnected(const std::string& name) const;
-  void BeginAttempt();
-  std::optional<std::string> RememberedId(const std::string& name) const;
-  void ConnectById(const std::string& name);
-  void WaitForAttempt();
-  std::string FailureText(const std::string& name) const;
-  std::string DeviceIp() const;
 
   // supervision/disconnect.cc
   std::int32_t DoDisConnect();
