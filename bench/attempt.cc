@@ -8,9 +8,9 @@
 
 #include "backends/events/threads.h"
 #include "backends/posix/posix_system.h"
+#include "bench_rig.h"
 #include "devices.h"
 #include "watcher/log_sink.h"
-#include "world.h"
 
 namespace lanvoss::bench {
 namespace {
@@ -66,15 +66,14 @@ class NotingRadio final : public platform::WiFiDirect {
 
 // The device appears when the watcher runs. Found any earlier, it would make the library take the
 // watcher that it stops for one that has not started, and pause before it tries again.
-struct Air {
+struct AttemptRig {
   void OnNotify(const std::string& message) const {
     if (message == kStartedLine) {
       device.Appear();
     }
   }
 
-  simulated::Neighbourhood air{posix::CreateSystem(), events::RealThreads(),
-                               HabitsWithoutLatency()};
+  simulated::Air air{posix::CreateSystem(), events::RealThreads(), HabitsWithoutLatency()};
   simulated::PeerHandle device = air.Add(PeerWithoutLatency(u"Cam"));
   std::shared_ptr<platform::System> system = air.System();
   std::shared_ptr<platform::WiFiDirect> radio = std::make_shared<NotingRadio>(air.Radio());
@@ -101,7 +100,7 @@ class ByLibrary {
   void LetGo() { lanvoss_->DisConnect(""); }
 
  private:
-  Air air_;
+  AttemptRig air_;
   std::shared_ptr<LanvossInterface> lanvoss_;
 };
 
@@ -181,7 +180,7 @@ class ByHand {
     benchmark::DoNotOptimize(address_);
   }
 
-  Air air_;
+  AttemptRig air_;
   platform::System& system_ = *air_.system;
   const LogSink log_{system_, *air_.radio, std::make_shared<LifetimeGate>(system_),
                      &RecordingHost::OnNotify};

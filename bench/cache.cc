@@ -18,11 +18,11 @@
 
 #include "backends/events/threads.h"
 #include "backends/posix/posix_system.h"
+#include "bench_rig.h"
 #include "devices.h"
 #include "registry/cache_file.h"
 #include "registry/split_text.h"
 #include "watcher/make_lanvoss.h"
-#include "world.h"
 
 namespace lanvoss::bench {
 namespace {
@@ -42,7 +42,7 @@ std::string CachePathOf(std::size_t count) {
 
 // A new object, which tells standard output of every line.
 void LoadObject(benchmark::State& state) {
-  const simulated::Neighbourhood air(posix::CreateSystem(), events::RealThreads());
+  const simulated::Air air(posix::CreateSystem(), events::RealThreads());
   const platform::Platform platform{air.System(), air.Radio()};
   const std::string directory = CacheDirectoryOf(CountOf(state)).string();
   for (auto _ : state) {
@@ -260,8 +260,7 @@ void WriteCopied(benchmark::State& state) {
 void Burst(benchmark::State& state) {
   const auto directory = WorkDirectory::Path() / "burst";
   std::filesystem::create_directory(directory);
-  simulated::Neighbourhood air(posix::CreateSystem(), events::RealThreads(),
-                               HabitsWithoutLatency());
+  simulated::Air air(posix::CreateSystem(), events::RealThreads(), HabitsWithoutLatency());
   std::atomic<std::size_t> reported = 0;
   const RecordingHost host(
       [&](const std::string& kind, const std::string&) {

@@ -8,7 +8,7 @@
 #include "backends/events/threads.h"
 #include "backends/posix/posix_system.h"
 #include "base/guarded.h"
-#include "world.h"
+#include "bench_rig.h"
 
 namespace lanvoss::bench {
 namespace {
@@ -46,8 +46,7 @@ class Busy {
   RecordingHost host_{
       [this](const std::string& kind, const std::string& message) { OnNotify(kind, message); },
       RecordingHost::Records::kNothing};
-  simulated::Neighbourhood air_{posix::CreateSystem(), events::RealThreads(),
-                                HabitsWithoutLatency()};
+  simulated::Air air_{posix::CreateSystem(), events::RealThreads(), HabitsWithoutLatency()};
   simulated::PeerHandle camera_ = air_.Add(PeerWithoutLatency(u"Cam"));
 
  public:

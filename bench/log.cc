@@ -7,9 +7,9 @@
 
 #include "backends/events/threads.h"
 #include "backends/posix/posix_system.h"
+#include "bench_rig.h"
 #include "devices.h"
 #include "watcher/log_sink.h"
-#include "world.h"
 
 namespace lanvoss::bench {
 namespace {
@@ -23,7 +23,7 @@ void OnNotify(std::string kind, std::string message) {
 
 void WriteLog(benchmark::State& state) {
   const auto system = posix::CreateSystem();
-  const simulated::Neighbourhood air(system, events::RealThreads());
+  const simulated::Air air(system, events::RealThreads());
   const auto radio = air.Radio();
   const LogSink log(*system, *radio, std::make_shared<LifetimeGate>(*system), &OnNotify);
   for (auto _ : state) {

@@ -11,10 +11,10 @@
 
 #include "backends/events/threads.h"
 #include "backends/posix/posix_system.h"
+#include "bench_rig.h"
 #include "devices.h"
 #include "registry/cache_file.h"
 #include "watcher/make_lanvoss.h"
-#include "world.h"
 
 namespace lanvoss::bench {
 namespace {
@@ -47,7 +47,7 @@ void MeasureRecords() {
 void MeasureIdle() {
   constexpr long kObjects = 1'000;
   constexpr long kLimit = 64 * 1024;
-  const simulated::Neighbourhood air(posix::CreateSystem(), events::RealThreads());
+  const simulated::Air air(posix::CreateSystem(), events::RealThreads());
   std::vector<std::shared_ptr<LanvossInterface>> objects(kObjects);
   const long before = ResidentBytes();
   for (auto& object : objects) {

@@ -12,7 +12,7 @@ endif()
 # installed they are lanvoss::EXPORT_NAME and lanvoss::EXPORT_NAME_static. The file FACTORY defines
 # getLanvossPtr over the platform that it chooses, of the parts that follow.
 function(add_host_library name export_name output_name factory)
-  set(parts lanvoss_product lanvoss_system ${ARGN})
+  set(parts lanvoss_core lanvoss_system ${ARGN})
   if(build_shared)
     add_shared_host_library(${name} ${output_name} ${factory} ${parts})
     finish_host_library(${name} ${export_name} ${output_name})

@@ -54,8 +54,8 @@ std::size_t CountLines(const Lines& log, std::string_view start) {
 
 }  // namespace
 
-std::int64_t LongestMs(const Step& step, const Story& story) {
-  const std::int64_t hanging = Hangs(story) ? kScriptsEndMs : 0;
+std::int64_t LongestMs(const Step& step, const TestCase& testCase) {
+  const std::int64_t hanging = Hangs(testCase) ? kScriptsEndMs : 0;
   switch (step.operation) {
     case Operation::kStartWatch:
       return worst_case::kStartMs;
@@ -74,9 +74,9 @@ std::int64_t LongestMs(const Step& step, const Story& story) {
   return 0;
 }
 
-std::int64_t LongestEndMs(const Story& story) {
+std::int64_t LongestEndMs(const TestCase& testCase) {
   return worst_case::EndMs(std::max<std::int64_t>(kLongestLatencyMs, kOneOpenMs)) +
-         (Hangs(story) ? kScriptsEndMs : 0);
+         (Hangs(testCase) ? kScriptsEndMs : 0);
 }
 
 std::string CheckDuration(const std::string& what, std::int64_t tookMs, std::int64_t allowedMs) {
@@ -91,7 +91,7 @@ std::string CheckWait(const Step& step, const std::string& address, std::int64_t
                          step.argument.find('\n') == std::string::npos && tookMs >= kDoneWaitMs &&
                          tookMs - excusedMs < 2 * kDoneWaitMs;
   return waitedOut && excusedMs == 0 && !address.empty()
-             ? Tell(step) + " waited out its time and was not told of " + address
+             ? Describe(step) + " waited out its time and was not told of " + address
              : std::string();
 }
 

@@ -1,4 +1,4 @@
-// What holds in every story, whatever the platform and the host do.
+// What holds in every case, whatever the platform and the host do.
 //
 // Each check returns what is wrong, or nothing. The rules:
 //  - An operation ends within its stated worst case, and so does the object; it grows only by what
@@ -25,16 +25,16 @@
 #include <string>
 #include <vector>
 
-#include "story.h"
+#include "test_case.h"
 
 namespace lanvoss::search {
 
 using Lines = std::vector<std::string>;
 
 // The worst case of an operation, in virtual milliseconds.
-std::int64_t LongestMs(const Step& step, const Story& story);
+std::int64_t LongestMs(const Step& step, const TestCase& testCase);
 // The same of the end of an object.
-std::int64_t LongestEndMs(const Story& story);
+std::int64_t LongestEndMs(const TestCase& testCase);
 
 std::string CheckDuration(const std::string& what, std::int64_t tookMs, std::int64_t allowedMs);
 // `opened`: the devices to which a link has been opened so far.
@@ -58,7 +58,7 @@ std::string CheckCacheSoFar(const std::string& file,
                             const std::map<std::string, std::string>& devices);
 std::string CheckCache(const std::string& file, const std::map<std::string, std::string>& devices);
 
-// Calls to the platform in a whole story.
+// Calls to the platform in a whole case.
 struct Counts {
   unsigned watcherStops = 0;
   unsigned openRequests = 0;
@@ -70,7 +70,7 @@ struct Counts {
 std::string CheckCounts(const Lines& log, const Counts& counts, bool failed);
 
 // Why a request that began a new attempt came back empty, by the lines that it logged: the name of
-// a known story, or nothing.
+// a known case, or nothing.
 std::string ReasonOfFailure(const Lines& log, std::int64_t tookMs);
 
 }  // namespace lanvoss::search

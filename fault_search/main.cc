@@ -1,4 +1,4 @@
-// Searches for stories in which the library breaks one of its rules.
+// Searches for cases in which the library breaks one of its rules.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
@@ -11,13 +11,13 @@
 #include "output.h"
 #include "player.h"
 #include "shrink.h"
-#include "story.h"
+#include "test_case.h"
 
 namespace lanvoss::search {
 namespace {
 
 constexpr int kExitViolation = 1;
-// In real time. A story that takes longer hangs.
+// In real time. A case that takes longer hangs.
 constexpr unsigned kStoryLimitS = 60;
 
 struct Options {
@@ -27,7 +27,7 @@ struct Options {
 };
 
 struct Sums {
-  std::uint64_t stories = 0;
+  std::uint64_t cases = 0;
   std::uint64_t calls = 0;
   std::uint64_t faults = 0;
   std::uint64_t operations = 0;
@@ -41,8 +41,8 @@ struct Sums {
 std::atomic<std::uint64_t> playing = 0;
 
 // A deadlock on virtual time, a crash, or no end in real time.
-extern "C" void TellSeed(int signal) {
-  char text[] = "the story of this seed does not end well: ....................\n";
+extern "C" void PrintSeed(int signal) {
+  char text[] = "the case of this seed does not end well: ....................\n";
   std::uint64_t seed = playing;
   for (std::size_t digit = sizeof text - 2; text[--digit] == '.'; seed /= 10) {
     text[digit] = static_cast<char>('0' + seed % 10);
@@ -53,7 +53,7 @@ extern "C" void TellSeed(int signal) {
 }
 
 void Add(const Report& report, Sums& sums) {
-  ++sums.stories;
+  ++sums.cases;
   sums.calls += report.calls;
   sums.faults += report.faults;
   sums.operations += report.operations;
@@ -72,9 +72,9 @@ void Say(const Lines& lines) {
   }
 }
 
-void SayStory(const Story& story, const Report& report) {
-  search::Say("the story:");
-  Say(Tell(story));
+void SayStory(const TestCase& testCase, const Report& report) {
+  search::Say("the case:");
+  Say(Describe(testCase));
   search::Say("what happened:");
   Say(report.events);
   search::Say(report.violations.empty() ? "no rule was broken" : "broken rules:");
@@ -85,41 +85,41 @@ void SaySums(const Sums& sums, std::chrono::steady_clock::duration took) {
   constexpr double kMsPerHour = 3'600'000.0;
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(took).count();
   const auto text = [](auto number) { return std::to_string(number); };
-  search::Say(text(sums.stories) + " stories in " + text(seconds) + " s, " +
+  search::Say(text(sums.cases) + " cases in " + text(seconds) + " s, " +
               text(static_cast<std::int64_t>(static_cast<double>(sums.virtualMs) / kMsPerHour)) +
               " virtual hours, " + text(sums.operations) + " operations, " + text(sums.calls) +
               " calls to the radio, " + text(sums.faults) + " of them failed or late, " +
               text(sums.linkUps) + " links up");
   search::Say("  the longest way back to a link: " + text(sums.mostToLinkMs) + " ms");
-  for (const auto& [requests, stories] : sums.requests) {
-    search::Say("  a link after " + text(requests) + " requests: " + text(stories) + " stories");
+  for (const auto& [requests, cases] : sums.requests) {
+    search::Say("  a link after " + text(requests) + " requests: " + text(cases) + " cases");
   }
   for (const auto& [reason, count] : sums.reasons) {
     search::Say("  no link at once, " + text(count) + " times: " + reason);
   }
 }
 
-Report PlaySeed(const Story& story, bool free) {
-  playing = story.seed;
+Report PlaySeed(const TestCase& testCase, bool free) {
+  playing = testCase.seed;
   alarm(kStoryLimitS);
-  const Report report = Play(story, free);
+  const Report report = Play(testCase, free);
   alarm(0);
   return report;
 }
 
 int Search(const Options& options) {
-  search::Say("stories of the seeds " + std::to_string(options.seed) + " to " +
+  search::Say("cases of the seeds " + std::to_string(options.seed) + " to " +
               std::to_string(options.seed + options.seeds - 1));
   const auto begun = std::chrono::steady_clock::now();
   Sums sums;
   for (std::uint64_t seed = options.seed; seed < options.seed + options.seeds; ++seed) {
-    const Story story = Invent(seed);
-    const Report report = PlaySeed(story, options.free);
+    const TestCase testCase = GenerateCase(seed);
+    const Report report = PlaySeed(testCase, options.free);
     Add(report, sums);
     if (!report.violations.empty()) {
       SaySums(sums, std::chrono::steady_clock::now() - begun);
       search::Say("seed " + std::to_string(seed) + " breaks a rule: " + report.violations.front());
-      const Story shortest = Shrink(story, options.free);
+      const TestCase shortest = Shrink(testCase, options.free);
       SayStory(shortest, PlaySeed(shortest, options.free));
       return kExitViolation;
     }
@@ -129,22 +129,21 @@ int Search(const Options& options) {
 }
 
 int PlayOne(const Options& options) {
-  const Story story = Invent(options.seed);
-  const Report report = PlaySeed(story, options.free);
-  SayStory(story, report);
+  const TestCase testCase = GenerateCase(options.seed);
+  const Report report = PlaySeed(testCase, options.free);
+  SayStory(testCase, report);
   return report.violations.empty() ? 0 : kExitViolation;
 }
 
 int Main(int argc, char** argv) {
-  CLI::App app("Searches for stories in which the library breaks one of its rules.");
+  CLI::App app("Searches for cases in which the library breaks one of its rules.");
   Options options;
-  app.add_option("--seeds", options.seeds,
-                 "Play so many stories; without it one is played and told");
+  app.add_option("--seeds", options.seeds, "Play so many cases; without it one is played and told");
   app.add_option("--seed", options.seed, "The first one");
   app.add_flag("--free", options.free, "Let the threads run side by side");
   CLI11_PARSE(app, argc, argv);
   for (const int signal : {SIGABRT, SIGALRM, SIGSEGV}) {
-    std::signal(signal, TellSeed);
+    std::signal(signal, PrintSeed);
   }
   TheOutput();
   return options.seeds > 0 ? Search(options) : PlayOne(options);

@@ -6,7 +6,7 @@
 namespace lanvoss::search {
 namespace {
 
-// In memory where the system has such a place: a story writes many short files.
+// In memory where the system has such a place: a case writes many short files.
 std::filesystem::path ParentFolder() {
   const std::filesystem::path memory = "/dev/shm";
   return std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path();

@@ -13,7 +13,7 @@
 
 #include "lanvoss/lanvoss.h"
 
-#include "backends/simulated/neighbourhood.h"
+#include "backends/simulated/air.h"
 #include "backends/simulated/virtual_time.h"
 #include "host_loop.h"
 #include "output.h"
@@ -43,9 +43,9 @@ struct HostException : std::runtime_error {
 // The object, and the end of its life.
 class Held {
  public:
-  Held(Witness& witness, const Story& story, platform::Platform platform,
+  Held(Witness& witness, const TestCase& testCase, platform::Platform platform,
        const std::string& directory)
-      : witness_(witness), longestEndMs_(LongestEndMs(story)) {
+      : witness_(witness), longestEndMs_(LongestEndMs(testCase)) {
     witness_.OnObjectBegins();
     try {
       lanvoss_ = MakeLanvoss(std::move(platform), &test::RecordingHost::OnNotify, directory);
@@ -87,21 +87,22 @@ class UnderWay {
 
 class Player {
  public:
-  Player(const Story& story, bool free)
-      : story_(story),
+  Player(const TestCase& testCase, bool free)
+      : case_(testCase),
         free_(free),
-        time_(free ? simulated::VirtualTime::Free() : simulated::VirtualTime::Seeded(story.seed)),
-        air_(time_, time_, story.habits, story.seed),
-        witness_(story, *time_, IsToldAtOnce()),
-        random_(story.seed) {
+        time_(free ? simulated::VirtualTime::Free()
+                   : simulated::VirtualTime::Seeded(testCase.seed)),
+        air_(time_, time_, testCase.habits, testCase.seed),
+        witness_(testCase, *time_, IsLoggedAtOnce()),
+        random_(testCase.seed) {
     time_->SetLocalTime({2024, 3, 1, 9, 0, 0, 0});
-    std::ofstream(CachePath(), std::ios::binary) << story.cache;
+    std::ofstream(CachePath(), std::ios::binary) << testCase.cache;
   }
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;
 
   Report Play() {
-    Suffer();
+    RunWithFaults();
     Recover();
     End();
     report_.violations = witness_.Violations();
@@ -120,15 +121,15 @@ class Player {
 
   // ---- Everything may fail
 
-  void Suffer() {
-    for (const simulated::Peer& peer : story_.peers) {
+  void RunWithFaults() {
+    for (const simulated::Peer& peer : case_.peers) {
       peers_.push_back(air_.Add(peer));
     }
     Plant();
     Make();
     air_.After(kScriptsEndMs, [this] { air_.ReleaseHangs(); });
     std::vector<std::unique_ptr<events::Thread>> hosts;
-    for (const std::vector<Step>& steps : story_.hosts) {
+    for (const std::vector<Step>& steps : case_.hosts) {
       hosts.push_back(time_->Start("host", [this, &steps] {
         for (const Step& step : steps) {
           time_->Sleep(step.pauseMs);
@@ -139,7 +140,7 @@ class Player {
   }
 
   void Plant() {
-    for (const PlannedFault& fault : story_.faults) {
+    for (const PlannedFault& fault : case_.faults) {
       if (fault.delayMs > 0) {
         air_.faults().OnCall(fault.call, [this, fault] { Delay(fault); });
       } else {
@@ -170,7 +171,7 @@ class Player {
       time_->Sleep(static_cast<std::uint32_t>(left));
     }
     air_.faults().Clear();
-    air_.SetHabits({.handlersOverlap = story_.habits.handlersOverlap});
+    air_.SetHabits({.handlersOverlap = case_.habits.handlersOverlap});
     for (const simulated::PeerHandle& peer : peers_) {
       peer.Disappear();
     }
@@ -209,8 +210,8 @@ class Player {
     }
     bool otherIsUp = false;
     for (std::size_t i = 0; i < peers_.size(); ++i) {
-      const bool isUp = peers_[i].LinksUp() > 0 && CheckAddress(address, {story_.peers[i]}).empty();
-      if (isUp && story_.peers[i].name == u"Cam") {
+      const bool isUp = peers_[i].LinksUp() > 0 && CheckAddress(address, {case_.peers[i]}).empty();
+      if (isUp && case_.peers[i].name == u"Cam") {
         return true;
       }
       otherIsUp = otherIsUp || isUp;
@@ -271,12 +272,12 @@ class Player {
     if (!MayThrow() && air_.EscapedExceptions() > 0) {
       witness_.Violate("an exception left a handler, although nothing raised one");
     }
-    if (story_.reactions.empty() && !MayLackWatcher()) {
+    if (case_.reactions.empty() && !MayLackWatcher()) {
       witness_.Violate(CheckCounts(host_.Log(), CallCounts(), MayThrow()));
     }
     witness_.Violate(CheckOutput(TheOutput().Take(), host_.Log(), !free_));
     // A load or a write that was refused is not made up for.
-    if (story_.reactions.empty() && !free_ && !HasFault(simulated::Call::kOpenFile)) {
+    if (case_.reactions.empty() && !free_ && !HasFault(simulated::Call::kOpenFile)) {
       witness_.Violate(CheckCache(CacheFile(), witness_.Devices()));
     }
   }
@@ -291,7 +292,7 @@ class Player {
     std::vector<simulated::Peer> opened;
     for (std::size_t i = 0; i < peers_.size(); ++i) {
       if (peers_[i].LinksOpened() > 0) {
-        opened.push_back(story_.peers[i]);
+        opened.push_back(case_.peers[i]);
       }
     }
     return opened;
@@ -313,9 +314,9 @@ class Player {
   void Make() {
     try {
       if (Hold() == nullptr) {
-        auto made = std::make_shared<Held>(witness_, story_,
-                                           platform::Platform{air_.System(), air_.Radio()},
-                                           TheOutput().Directory());
+        auto made =
+            std::make_shared<Held>(witness_, case_, platform::Platform{air_.System(), air_.Radio()},
+                                   TheOutput().Directory());
         const std::lock_guard lock(mutex_);
         object_ = std::move(made);
       }
@@ -349,29 +350,29 @@ class Player {
     }
     LanvossInterface& lanvoss = **held;
     // One thread runs at a time, so nobody can come between here and the operation's first step.
-    if (story_.bare && !free_) {
+    if (case_.bare && !free_) {
       held.reset();
     }
     const std::int32_t begun = time_->Clock();
     const std::int64_t excused = witness_.ExcusedMs();
-    witness_.Note(Tell(step) + " ...");
+    witness_.Note(Describe(step) + " ...");
     const UnderWay underWay(underWay_);
     witness_.OnOperationBegins();
     std::string address;
     try {
       address = Call(lanvoss, step);
     } catch (const std::exception& error) {
-      witness_.Note(Tell(step) + " throws: " + error.what());
-      witness_.Violate(MayThrow() ? "" : Tell(step) + " throws, although nothing failed");
+      witness_.Note(Describe(step) + " throws: " + error.what());
+      witness_.Violate(MayThrow() ? "" : Describe(step) + " throws, although nothing failed");
     }
-    witness_.Note(Tell(step) + " -> " + address);
+    witness_.Note(Describe(step) + " -> " + address);
     witness_.Violate(witness_.OnOperationEnds());
     CheckCacheSoFar();
     witness_.Violate(CheckAddress(address, Opened()));
     const std::int64_t took = time_->Clock() - begun;
     const std::int64_t excuse = witness_.ExcusedMs() - excused;
-    witness_.Violate(CheckDuration(Tell(step), took, LongestMs(step, story_) + excuse));
-    if (story_.hosts.size() == 1 && story_.reactions.empty()) {
+    witness_.Violate(CheckDuration(Describe(step), took, LongestMs(step, case_) + excuse));
+    if (case_.hosts.size() == 1 && case_.reactions.empty()) {
       witness_.Violate(CheckWait(step, address, took, excuse));
     }
     const std::lock_guard lock(mutex_);
@@ -416,20 +417,19 @@ class Player {
 
   // Threads that run side by side, what the host does in a callback, or a late status of a device,
   // comes between a step and its line.
-  bool IsToldAtOnce() const {
-    return !free_ && story_.reactions.empty() && !HasFault(simulated::Call::kConnectionStatus);
+  bool IsLoggedAtOnce() const {
+    return !free_ && case_.reactions.empty() && !HasFault(simulated::Call::kConnectionStatus);
   }
 
   bool HasFault(simulated::Call call) const {
-    return std::any_of(story_.faults.begin(), story_.faults.end(),
+    return std::any_of(case_.faults.begin(), case_.faults.end(),
                        [call](const PlannedFault& fault) { return fault.call == call; });
   }
 
-  // Whether something in the story raises exceptions. The wanted device fails in nothing by itself.
+  // Whether something in the case raises exceptions. The wanted device fails in nothing by itself.
   bool MayThrow() const {
-    const bool refuses = story_.habits.stopElsewhere == simulated::StopElsewhere::kRefused;
-    return refuses || !story_.faults.empty() || !story_.reactions.empty() ||
-           story_.peers.size() > 1;
+    const bool refuses = case_.habits.stopElsewhere == simulated::StopElsewhere::kRefused;
+    return refuses || !case_.faults.empty() || !case_.reactions.empty() || case_.peers.size() > 1;
   }
 
   void OnNotify(const std::string& kind, const std::string& message) {
@@ -461,10 +461,10 @@ class Player {
     }
   }
 
-  const Story& story_;
+  const TestCase& case_;
   const bool free_;
   const std::shared_ptr<simulated::VirtualTime> time_;
-  simulated::Neighbourhood air_;
+  simulated::Air air_;
   Witness witness_;
   test::RecordingHost host_{
       [this](const std::string& kind, const std::string& message) { OnNotify(kind, message); }};
@@ -478,6 +478,6 @@ class Player {
 
 }  // namespace
 
-Report Play(const Story& story, bool free) { return Player(story, free).Play(); }
+Report Play(const TestCase& testCase, bool free) { return Player(testCase, free).Play(); }
 
 }  // namespace lanvoss::search

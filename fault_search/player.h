@@ -1,4 +1,4 @@
-// Plays a story and tells what came of it.
+// Plays a case and tells what came of it.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 #include <string>
 
 #include "invariants.h"
-#include "story.h"
+#include "test_case.h"
 
 namespace lanvoss::search {
 
@@ -24,6 +24,6 @@ struct Report {
 };
 
 // `free`: the threads run side by side, and only what then still can be told is checked.
-Report Play(const Story& story, bool free);
+Report Play(const TestCase& testCase, bool free);
 
 }  // namespace lanvoss::search

@@ -8,53 +8,55 @@
 namespace lanvoss::search {
 namespace {
 
-bool StillFails(const Story& story, bool free) { return !Play(story, free).violations.empty(); }
+bool StillFails(const TestCase& testCase, bool free) {
+  return !Play(testCase, free).violations.empty();
+}
 
-// Tries the story without each element of one of its parts, but for the first `kept` of them.
-// `part(story)` is the part.
+// Tries the case without each element of one of its parts, but for the first `kept` of them.
+// `part(testCase)` is the part.
 template <typename Part>
-bool ShrinkPart(Story& story, bool free, std::size_t kept, Part part) {
+bool ShrinkPart(TestCase& testCase, bool free, std::size_t kept, Part part) {
   bool shrunk = false;
-  for (std::size_t i = part(story).size(); i-- > kept;) {
-    Story shorter = story;
+  for (std::size_t i = part(testCase).size(); i-- > kept;) {
+    TestCase shorter = testCase;
     part(shorter).erase(part(shorter).begin() + static_cast<std::ptrdiff_t>(i));
     if (StillFails(shorter, free)) {
-      story = std::move(shorter);
+      testCase = std::move(shorter);
       shrunk = true;
     }
   }
   return shrunk;
 }
 
-bool ShrinkOnce(Story& story, bool free) {
+bool ShrinkOnce(TestCase& testCase, bool free) {
   bool shrunk = false;
   const auto shrink = [&](std::size_t kept, auto part) {
-    shrunk = ShrinkPart(story, free, kept, part) || shrunk;
+    shrunk = ShrinkPart(testCase, free, kept, part) || shrunk;
   };
   shrink(
-      0, [](Story & each) -> auto& { return each.faults; });
+      0, [](TestCase & each) -> auto& { return each.faults; });
   shrink(
-      0, [](Story & each) -> auto& { return each.reactions; });
+      0, [](TestCase & each) -> auto& { return each.reactions; });
   shrink(
-      0, [](Story & each) -> auto& { return each.hosts; });
+      0, [](TestCase & each) -> auto& { return each.hosts; });
   shrink(
-      1, [](Story & each) -> auto& { return each.peers; });
-  for (std::size_t host = 0; host < story.hosts.size(); ++host) {
+      1, [](TestCase & each) -> auto& { return each.peers; });
+  for (std::size_t host = 0; host < testCase.hosts.size(); ++host) {
     shrink(
-        0, [host](Story & each) -> auto& { return each.hosts[host]; });
+        0, [host](TestCase & each) -> auto& { return each.hosts[host]; });
   }
-  for (std::size_t peer = 0; peer < story.peers.size(); ++peer) {
+  for (std::size_t peer = 0; peer < testCase.peers.size(); ++peer) {
     shrink(
-        0, [peer](Story & each) -> auto& { return each.peers[peer].script; });
+        0, [peer](TestCase & each) -> auto& { return each.peers[peer].script; });
     shrink(
-        0, [peer](Story & each) -> auto& { return each.peers[peer].openings; });
+        0, [peer](TestCase & each) -> auto& { return each.peers[peer].openings; });
     shrink(
-        0, [peer](Story & each) -> auto& { return each.peers[peer].pairings; });
+        0, [peer](TestCase & each) -> auto& { return each.peers[peer].pairings; });
   }
-  Story ordinary = story;
+  TestCase ordinary = testCase;
   ordinary.habits = {};
-  if (Tell(ordinary) != Tell(story) && StillFails(ordinary, free)) {
-    story = std::move(ordinary);
+  if (Describe(ordinary) != Describe(testCase) && StillFails(ordinary, free)) {
+    testCase = std::move(ordinary);
     shrunk = true;
   }
   return shrunk;
@@ -62,10 +64,10 @@ bool ShrinkOnce(Story& story, bool free) {
 
 }  // namespace
 
-Story Shrink(Story story, bool free) {
-  while (ShrinkOnce(story, free)) {
+TestCase Shrink(TestCase testCase, bool free) {
+  while (ShrinkOnce(testCase, free)) {
   }
-  return story;
+  return testCase;
 }
 
 }  // namespace lanvoss::search

@@ -1,11 +1,11 @@
-// Makes a failing story short.
+// Makes a failing case short.
 #pragma once
 
-#include "story.h"
+#include "test_case.h"
 
 namespace lanvoss::search {
 
-// Leaves away one part of the story after the other as long as it still fails.
-Story Shrink(Story story, bool free);
+// Leaves away one part of the case after the other as long as it still fails.
+TestCase Shrink(TestCase testCase, bool free);
 
 }  // namespace lanvoss::search

@@ -21,9 +21,9 @@ std::optional<Reaction> Witness::OnNotify(const std::string& kind, const std::st
   }
   ++notifications_;
   const auto due =
-      std::find_if(story_.reactions.begin(), story_.reactions.end(),
+      std::find_if(case_.reactions.begin(), case_.reactions.end(),
                    [this](const Reaction& reaction) { return reaction.nth == notifications_; });
-  return reacts_ && due != story_.reactions.end() ? std::optional(*due) : std::nullopt;
+  return reacts_ && due != case_.reactions.end() ? std::optional(*due) : std::nullopt;
 }
 
 // The lock must be held.
@@ -36,7 +36,7 @@ void Witness::Learn(const std::string& info) {
   if (const std::string wrong = CheckLine(info); !wrong.empty()) {
     violations_.push_back(wrong);
   }
-  if (const std::string wrong = CheckConnected(info, isDown_); !wrong.empty() && toldAtOnce_) {
+  if (const std::string wrong = CheckConnected(info, isDown_); !wrong.empty() && loggedAtOnce_) {
     violations_.push_back(wrong);
   }
 }
@@ -73,7 +73,7 @@ std::string Witness::OnOperationEnds() {
   const auto own = OwnWait();
   const Wait wait = *own;
   waits_.erase(own);
-  return wait.signalledAt && toldAtOnce_
+  return wait.signalledAt && loggedAtOnce_
              ? CheckRelease(time_.Clock() - *wait.begunAt, *wait.signalledAt - *wait.begunAt)
              : std::string();
 }

@@ -1,4 +1,4 @@
-// Hears and writes down what happens in a story, from any thread.
+// Hears and writes down what happens in a case, from any thread.
 #pragma once
 
 #include <cstdint>
@@ -11,15 +11,15 @@
 
 #include "backends/simulated/virtual_time.h"
 #include "invariants.h"
-#include "story.h"
+#include "test_case.h"
 
 namespace lanvoss::search {
 
 class Witness {
  public:
-  // `toldAtOnce`: nothing can happen between a step of the library and its line.
-  Witness(const Story& story, simulated::VirtualTime& time, bool toldAtOnce)
-      : story_(story), time_(time), toldAtOnce_(toldAtOnce) {}
+  // `loggedAtOnce`: nothing can happen between a step of the library and its line.
+  Witness(const TestCase& testCase, simulated::VirtualTime& time, bool loggedAtOnce)
+      : case_(testCase), time_(time), loggedAtOnce_(loggedAtOnce) {}
 
   // What the host is told, and what it then does in its callback.
   std::optional<Reaction> OnNotify(const std::string& kind, const std::string& message);
@@ -62,9 +62,9 @@ class Witness {
   void FollowWaits(const std::string& info);
   std::vector<Wait>::iterator OwnWait();
 
-  const Story& story_;
+  const TestCase& case_;
   simulated::VirtualTime& time_;
-  const bool toldAtOnce_;
+  const bool loggedAtOnce_;
   mutable std::mutex mutex_;  // guards everything below
   int objects_ = 0;           // that live, or are being made
   unsigned notifications_ = 0;

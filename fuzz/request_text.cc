@@ -11,14 +11,14 @@
 
 #include "lanvoss/lanvoss.h"
 
-#include "backends/simulated/neighbourhood.h"
+#include "backends/simulated/air.h"
 #include "backends/simulated/virtual_time.h"
 #include "require.h"
 #include "watcher/make_lanvoss.h"
 
 namespace {
 
-using lanvoss::simulated::Neighbourhood;
+using lanvoss::simulated::Air;
 using lanvoss::simulated::VirtualTime;
 
 constexpr char kName[] = "Cam";
@@ -64,7 +64,7 @@ std::uint32_t ElapsedMs(std::int32_t since, VirtualTime& time) {
   return static_cast<std::uint32_t>(time.Clock()) - static_cast<std::uint32_t>(since);
 }
 
-void Ask(const std::string& request, const Neighbourhood& air, VirtualTime& time) {
+void Ask(const std::string& request, const Air& air, VirtualTime& time) {
   const auto lanvoss = lanvoss::MakeLanvoss({air.System(), air.Radio()}, nullptr, kNoDirectory);
   Require(lanvoss->GetDeviceIp(kName) == kAddress, "the device can be reached");
   const std::int32_t disconnecting = time.Clock();
@@ -88,7 +88,7 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto time = VirtualTime::Seeded(kSeed);
-  Neighbourhood air(time, time, {.enumerationMs = kEnumerationMs});
+  Air air(time, time, {.enumerationMs = kEnumerationMs});
   air.Add({.name = u"Cam", .paired = true, .openMs = kOpenMs});
   Ask(std::string(data, data + size), air, *time);
   time->Sleep(kSettleMs);

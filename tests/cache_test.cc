@@ -4,14 +4,14 @@
 #include <sys/fsuid.h>
 #endif
 
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-class Cache : public World {
+class Cache : public ScenarioTest {
  protected:
   // What a new object tells while it loads `bytes`.
   Lines LogOfLoading(const std::string& bytes) {
@@ -25,11 +25,11 @@ class Cache : public World {
   void ReportOne(const std::u16string& name, const std::u16string& id) {
     air.Add({.name = name, .id = id});
     lanvoss->StartWatch("");
-    Pass(3000);
+    Advance(3000);
   }
 };
 
-TEST_F(Cache, TellsTheHostOfEveryLineBeforeTheFactoryReturns) {
+TEST_F(Cache, NotifiesTheHostOfEveryLineBeforeTheFactoryReturns) {
   EXPECT_EQ(LogOfLoading("1|A|02:11:22:33:44:55|Cam|2024-03-01 09:05:03.040\n\n"
                          "9|B||Cam|2024-03-02 10:00:00.000\nbroken\n|C|m|100%s|never"),
             (Lines{"1 Device:Cam id:A", "3 Device:Cam id:B"}));
@@ -62,9 +62,9 @@ TEST_F(Cache, BrokenFilesLoadWhatTheyHold) {
     EXPECT_LE(LogOfLoading(line.substr(0, length)).size(), 1U);
   }
   fs::resize_file(CachePath(), 0x80000000);  // sparse; more than 32 bits tell
-  Heard();
+  Notified();
   Open();
-  EXPECT_EQ(Heard(), Lines{});
+  EXPECT_EQ(Notified(), Lines{});
   std::mt19937 random(7);
   std::string noise(100'000, '\0');
   for (char& byte : noise) {
@@ -158,8 +158,8 @@ TEST_F(Cache, OddNamesAndIdsSurvive) {
     air.Add({.name = text, .id = text + u"#"});
   }
   lanvoss->StartWatch("");
-  Pass(3000);
-  EXPECT_EQ(Heard().size(), std::size(odd) + 2);
+  Advance(3000);
+  EXPECT_EQ(Notified().size(), std::size(odd) + 2);
   EXPECT_TRUE(
       Logged("4 WatchDeviceAdded:" + std::string(600, 'n') + " id:" + std::string(600, 'n') + "#"));
   EXPECT_TRUE(Logged("5 WatchDeviceAdded:\xEF\xBF\xBD id:\xEF\xBF\xBD#"));
@@ -174,7 +174,7 @@ TEST_F(Cache, ConcurrentWritesEndWithTheLastState) {
   }
   Open();
   lanvoss->StartWatch("");
-  Pass(3000);
+  Advance(3000);
   const std::string content = ReadFile(CachePath());
   EXPECT_EQ(std::count(content.begin(), content.end(), '\n'), 50);
   EXPECT_NE(content.find("\n50|id149||Cam|"), std::string::npos);

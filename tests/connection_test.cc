@@ -1,10 +1,10 @@
 // Pairing ceremonies, the link's status, old device objects and two connections at once.
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Connection : public World {};
+class Connection : public ScenarioTest {};
 
 TEST_F(Connection, OnlyTheStatusFailedPausesAndNothingStopsTheOpening) {
   using platform::DevicePairingResultStatus;
@@ -12,7 +12,7 @@ TEST_F(Connection, OnlyTheStatusFailedPausesAndNothingStopsTheOpening) {
     air.Add({.name = name, .openMs = 10, .pairingStatus = status});
     lanvoss->GetDeviceIp(platform::Utf16ToUtf8(name));
     lanvoss->AbortConnect("");
-    Pass(5000);
+    Advance(5000);
     return Printed();
   };
   Open();
@@ -50,7 +50,7 @@ TEST_F(Connection, OnlyCeremoniesWithoutInputAreAccepted) {
     EXPECT_NE(Printed().find("OnPairingRequested:" + number + "\n "), std::string::npos);
     Log();
     lanvoss->AbortConnect("");
-    Pass(5000);
+    Advance(5000);
   }
   EXPECT_EQ(air.faults().Count(Call::kAccept), 1U);
   EXPECT_TRUE(Logged("PairAsync Status: RejectedByHandler"));
@@ -71,7 +71,7 @@ TEST_F(Connection, TheLinkThatGoesDownIsForgotten) {
   Connect("Cam");
   const unsigned statusesRead = air.faults().Count(Call::kConnectionStatus);
   cam.DropLink();
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(Log(), Lines{"(watch) Connection status changed: Disconnected"});
   EXPECT_EQ(air.faults().Count(Call::kConnectionStatus), statusesRead + 2) << "again for its line";
   air.SetHabits({.onClose = LinkEnd::kSilent});
@@ -87,7 +87,7 @@ TEST_F(Connection, AnEndIsTakenInBeforeItsWaitersAreReleased) {
   Connect("Cam");
   air.faults().OnCall(Call::kConnectionStatus, [&] {  // of the handler, which is slow
     air.faults().Clear();
-    Pass(500);
+    Advance(500);
   });
   EXPECT_EQ(lanvoss->GetDeviceIp("Other"), "");
   EXPECT_EQ(other.OpenRequests(), 0U) << "it reads as a wish to give up";
@@ -98,7 +98,7 @@ TEST_F(Connection, AChangeToConnectedOnlyTellsTheLog) {
   Connect("Cam");
   air.SetHabits({.onDrop = LinkEnd::kStaysUpReported});
   cam.DropLink();
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(Log(), Lines{"(watch) Connection status changed: Connected"});
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
   EXPECT_TRUE(Logged("(watch) Dev Cam is Connected,return ip=" + kAddress));
@@ -132,10 +132,10 @@ TEST_F(Connection, ADeviceThatCannotBeClosedIsReportedAndFollowedAgain) {
   air.faults().OnCall(Call::kDeviceClose, [&] { lanvoss->AbortConnect(""); });
   EXPECT_EQ(lanvoss->GetDeviceIp("Other"), kAddress) << "of the held one, reported again";
   EXPECT_EQ(other.OpenRequests(), 0U);
-  Pass(100);
+  Advance(100);
   Log();
   cam.DropLink();
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(Log(), Lines(2, "(watch) Connection status changed: Disconnected"));
 }
 
@@ -155,11 +155,11 @@ TEST_F(Connection, TwoConnectionsAtOnceLeaveOneDeviceHeld) {
   Open();
   // The pass that follows the stop of the find reports the device again before the link is open.
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
-  Pass(3000);
+  Advance(3000);
   EXPECT_GT(cam.OpenRequests(), 1U);
   EXPECT_LE(cam.LinksUp(), 1U);
   lanvoss->DisConnect("");
-  Pass(3000);
+  Advance(3000);
   EXPECT_EQ(cam.LinksUp(), 0U);
 }
 

@@ -1,10 +1,10 @@
 // AbortConnect, DisConnect and Unpair.
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Disconnect : public World {};
+class Disconnect : public ScenarioTest {};
 
 TEST_F(Disconnect, WithoutALinkItIsDoneAtOnce) {
   Open();
@@ -46,7 +46,7 @@ TEST_F(Disconnect, ALinkThatStaysUpTakesFiveTriesAndIsHeld) {
   // One report ends the waiting of every later try.
   air.SetHabits({.onClose = LinkEnd::kStaysUpReported});
   EXPECT_EQ(TimeOf([&] { EXPECT_EQ(lanvoss->DisConnect(""), 0); }), 50);
-  Pass(100);
+  Advance(100);
 
   air.SetHabits({});
   EXPECT_EQ(lanvoss->DisConnect(""), 1);
@@ -117,19 +117,19 @@ TEST_F(Disconnect, UnpairNeedsAReportedDevice) {
   EXPECT_EQ(lanvoss->Unpair("Cam"), 0);
   EXPECT_EQ(Log(), Lines{"(watch) Watch again,try..."}) << "the cache alone does not do";
   lanvoss->StartWatch("");
-  Pass(3000);
+  Advance(3000);
   Log();
   At("(watch) UnpairAsync OK", [&] { EXPECT_EQ(air.faults().Count(Call::kUnpairAsync), 1U); });
   EXPECT_EQ(lanvoss->Unpair("Cam"), 0);
   EXPECT_EQ(Log(), Lines{"(watch) UnpairAsync OK"});
-  Pass(100);
+  Advance(100);
   EXPECT_FALSE(cam.IsPaired());
 
   const PeerHandle later = air.Add({.name = u"Cam", .id = u"idB", .paired = true, .appearMs = 400});
   lanvoss->StartWatch("");
-  Pass(3000);
+  Advance(3000);
   lanvoss->Unpair("Cam");
-  Pass(100);
+  Advance(100);
   EXPECT_FALSE(later.IsPaired()) << "the later of two devices of one name has it";
 
   air.faults().FailNth(Call::kUnpairAsync);

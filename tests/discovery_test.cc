@@ -1,17 +1,17 @@
 // Watches: what the host sees of the passes, in each mode.
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Discovery : public World {};
+class Discovery : public ScenarioTest {};
 
 TEST_F(Discovery, AnUnnamedWatchListsWhatIsThereInOnePass) {
   air.Add({.name = u"Cam", .id = u"P2P#02:11:22:33:44:55", .appearMs = 300});
   air.Add({.name = u"100%d|Büro", .id = u"short", .appearMs = 700});
   Open();
   EXPECT_EQ(lanvoss->StartWatch(""), 0);
-  Pass(5000);
+  Advance(5000);
   EXPECT_EQ(Printed(),
             "[2024-03-01 09:05:03.040] (watch) Start Watcher...for \n"
             "[2024-03-01 09:05:03.040] watch start...\n"
@@ -37,7 +37,7 @@ TEST_F(Discovery, FindOnceGoesOnUntilTheFindAndForgetsTheName) {
   Open();
   air.After(2500, [&] { cam.Appear(); });
   EXPECT_EQ(lanvoss->StartWatch("Cam"), 0);
-  Pass(200'000);
+  Advance(200'000);
   EXPECT_EQ(Log(),
             (Lines{"(watch) Start Watcher...for Cam", "watch start...",
                    "watch start ok.do:1 status:Started dt:0", "(watch) Start Watcher done",
@@ -58,7 +58,7 @@ TEST_F(Discovery, KeepWatchingEndsWithTheFirstPassWithoutTheDevice) {
   Open();
   air.After(500, [&] { cam.Disappear(); });
   EXPECT_EQ(lanvoss->StartWatch("\nCam"), 0);
-  Pass(10'000);
+  Advance(10'000);
   // The pass of the find ends at 330 ms; the next one sees the device no more.
   EXPECT_EQ(Log(),
             (Lines{"(watch) Start Watcher...for Cam", "watch start...",
@@ -77,14 +77,14 @@ TEST_F(Discovery, KeepWatchingReportsLaterFindsInTheTableOnly) {
   const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA"});
   Open();
   lanvoss->StartWatch("\nCam");
-  Pass(2000);
+  Advance(2000);
   EXPECT_EQ(Log().back(), "2-1 WatchDeviceAdded:Cam id:idA") << "found already: nothing more";
-  Pass(3000);
+  Advance(3000);
   cam.Disappear();
-  Pass(10'000);
+  Advance(10'000);
   EXPECT_TRUE(Log().back().starts_with("(watch) DeviceWatcher stopped. no Dev=Cam nowatch:"));
   EXPECT_EQ(lanvoss->StartWatch("\n"), 0) << "keeps watching for nobody";
-  Pass(10'000);
+  Advance(10'000);
   EXPECT_EQ(Log().back(), "(watch) DeviceWatcher stopped.");
   EXPECT_EQ(lanvoss->StartWatch("Cam\n"), 0);
   EXPECT_TRUE(Logged("(watch) Start Watcher...for Cam\n"));
@@ -95,11 +95,11 @@ TEST_F(Discovery, AWatchThatIsAskedAnewKeepsItsPass) {
   air.Add({.name = u"Cam2", .id = u"idB", .appearMs = 800});
   Open();
   lanvoss->StartWatch("Nobody");
-  Pass(500);
+  Advance(500);
   Log();
   EXPECT_EQ(lanvoss->StartWatch("Cam2"), 0);
   EXPECT_EQ(Log(), (Lines{"(watch) Start Watcher...for Cam2", "(watch) Start Watcher done"}));
-  Pass(1000);
+  Advance(1000);
   EXPECT_EQ(Log(), (Lines{"0-2 WatchDeviceAdded:Cam2 id:idB",
                           "(watch) DeviceWatcher ok Dev=Cam2 watch:300ms(0) bConnectting = 0 "
                           "bDisConnect = 0",
@@ -115,10 +115,10 @@ TEST_F(Discovery, StartingOutsideARestIsRefusedAndEndsThePass) {
     }
   });
   lanvoss->StartWatch("");
-  Pass(2010);
+  Advance(2010);
   EXPECT_EQ(result, -1);
   EXPECT_TRUE(Logged("(watch) Start Watcher Err:A method was called at an unexpected time."));
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(Log().back(), "(watch) Start Watcher done") << "the stop starts the pass for Cam";
   lanvoss.reset();
 }
@@ -133,7 +133,7 @@ TEST_F(Discovery, ASlowStartIsRetriedEvery500MsFor60Seconds) {
              "watch start.try:1 status:Created dt:0", "watch start.try:2 status:Created dt:500",
              "watch start.try:3 status:Created dt:1000",
              "watch start ok.do:4 status:Started dt:1500", "(watch) Start Watcher done"}));
-  Pass(10'000);
+  Advance(10'000);
   Log();
   air.SetHabits({.ignoredStarts = simulated::kNever});
   EXPECT_EQ(lanvoss->StartWatch(""), 0);
@@ -163,7 +163,7 @@ TEST_F(Discovery, StopWatchLeavesARestingWatcherAlone) {
   EXPECT_EQ(air.faults().Count(Call::kWatcherStop), 0U);
 
   lanvoss->StartWatch("");
-  Pass(100);
+  Advance(100);
   Log();
   EXPECT_EQ(lanvoss->StopWatch(), 0);
   EXPECT_EQ(
@@ -176,7 +176,7 @@ TEST_F(Discovery, AWatcherThatNeverStopsTakesFiveTries) {
   Open();
   air.SetHabits({.enumerationMs = 60'000, .stopMs = simulated::kNever});
   lanvoss->StartWatch("");
-  Pass(10);
+  Advance(10);
   Printed();
   EXPECT_EQ(lanvoss->StopWatch(), 0);
   std::string expected =
@@ -197,7 +197,7 @@ TEST_F(Discovery, NoStopIsTriedAfter60Seconds) {
   lanvoss->StartWatch("");
   air.faults().OnCall(Call::kWatcherStop, [&] {
     air.faults().Clear();
-    Pass(58'000);
+    Advance(58'000);
   });
   lanvoss->StopWatch();
   EXPECT_TRUE(Logged("(watch) stop watch no.try:1 status:Stopping dt:60000"));
@@ -220,7 +220,7 @@ TEST_F(Discovery, AStopThatFailsUsesUpItsTry) {
 TEST_F(Discovery, AStopThatFailsInNoWayOfThePlatformsEndsTheStopping) {
   Open();
   const auto host = Host([&] { EXPECT_EQ(Ask("Nobody", ""), 60'900) << "not released by it"; });
-  Pass(100);
+  Advance(100);
   Log();
   air.faults().FailNth(Call::kWatcherStop, 1, {.kind = Failure::Kind::kOther});
   EXPECT_EQ(lanvoss->StopWatch(), -1);
@@ -232,7 +232,7 @@ TEST_F(Discovery, AHandlerThatThePlatformRefusesEndsThere) {
   Open();
   lanvoss->StartWatch("");
   air.faults().FailNth(Call::kWatcherStop);
-  Pass(5000);
+  Advance(5000);
   EXPECT_EQ(Log().back(), "(watch) DeviceWatcher enumeration completed");
   expectedEscapes = 1;
 }
@@ -240,17 +240,17 @@ TEST_F(Discovery, AHandlerThatThePlatformRefusesEndsThere) {
 TEST_F(Discovery, StopWatchOfANamedWatchMeetsTheNextPass) {
   Open();
   lanvoss->StartWatch("Nobody");
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(lanvoss->StopWatch(), 0);
-  Pass(3000);
+  Advance(3000);
   Log();
-  Pass(60'000);
+  Advance(60'000);
   EXPECT_NE(Log(), Lines{}) << "it goes on";
   lanvoss->AbortConnect("");
   lanvoss->StopWatch();
-  Pass(3000);
+  Advance(3000);
   Log();
-  Pass(60'000);
+  Advance(60'000);
   EXPECT_EQ(Log(), Lines{}) << "given up, it ends";
 }
 
@@ -271,25 +271,25 @@ TEST_F(Discovery, ChangesOfADeviceAreLoggedUnderItsStoredName) {
   time->SetAnsiCodePage(simulated::AnsiCodePage::kLatin1);
   Open();
   lanvoss->StartWatch("");
-  Pass(500);
-  EXPECT_EQ(Heard(), (Lines{"watch Cam",
-                            "watch K\xFC"
-                            "che"}));
+  Advance(500);
+  EXPECT_EQ(Notified(), (Lines{"watch Cam",
+                               "watch K\xFC"
+                               "che"}));
   Log();
   cam.Rename(u"Cam2");
   cam.Disappear();
   other.Disappear();
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(Log(), (Lines{"(watch) OnDeviceUpdated name=Cam id=idA",
                           "(watch) OnDeviceRemoved name=Cam id=idA",
                           "(watch) OnDeviceRemoved name= id=k\xFC"
                           "che"}))
       << "an id beyond ASCII is stored in UTF-8 and looked up in the code page";
-  EXPECT_EQ(Heard(), Lines{});
+  EXPECT_EQ(Notified(), Lines{});
 
   cam.Appear();
-  Pass(400);
-  EXPECT_EQ(Heard(), Lines{"watch Cam2"});
+  Advance(400);
+  EXPECT_EQ(Notified(), Lines{"watch Cam2"});
   const std::string cache = ReadFile(CachePath());
   EXPECT_TRUE(cache.starts_with("1|idA||Cam2|2024-03-01 09:05:03.94")) << cache;
 }
@@ -298,13 +298,13 @@ TEST_F(Discovery, ADeviceSeenAgainIsNotNews) {
   WriteFile(CachePath(), "1|idA||Cam|2020-01-01 00:00:00.000\n");
   air.Add({.name = u"Cam", .id = u"idA"});
   Open();
-  EXPECT_EQ(Heard(), Lines{"watch Cam"});
+  EXPECT_EQ(Notified(), Lines{"watch Cam"});
   lanvoss->StartWatch("");
-  Pass(500);
-  EXPECT_EQ(Heard(), Lines{});
+  Advance(500);
+  EXPECT_EQ(Notified(), Lines{});
   EXPECT_EQ(ReadFile(CachePath()), "1|idA||Cam|2020-01-01 00:00:00.000\n") << "not rewritten";
   air.Add({.name = u"New", .id = u"idB", .appearMs = 10});
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(ReadFile(CachePath()),
             "1|idA||Cam|2024-03-01 09:05:03.340\n2|idB||New|2024-03-01 09:05:03.550\n")
       << "but refreshed in memory";
@@ -313,9 +313,9 @@ TEST_F(Discovery, ADeviceSeenAgainIsNotNews) {
 TEST_F(Discovery, AnAbortedWatcherCanBeStartedAgain) {
   Open();
   lanvoss->StartWatch("");
-  Pass(100);
+  Advance(100);
   air.AbortWatchers();
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(Log().back(), "(watch) DeviceWatcher stopped.");
   EXPECT_EQ(lanvoss->StartWatch(""), 0);
 }

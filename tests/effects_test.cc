@@ -2,12 +2,12 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Effects : public World {};
+class Effects : public ScenarioTest {};
 
 TEST_F(Effects, TheHostHearsBeforeTheFileIsWrittenAndTheWatcherStopped) {
   air.Add({.name = u"Cam"});
@@ -15,13 +15,13 @@ TEST_F(Effects, TheHostHearsBeforeTheFileIsWrittenAndTheWatcherStopped) {
   const auto stops = [&] { return air.faults().Count(Call::kWatcherStop); };
   At("Cam", [&] { EXPECT_FALSE(std::filesystem::exists(CachePath())); });
   lanvoss->StartWatch("");
-  Pass(1900);
+  Advance(1900);
   At("watchdone", [&] { EXPECT_EQ(stops(), 0U); });
-  Pass(1000);
+  Advance(1000);
   EXPECT_EQ(stops(), 1U);
   At("(watch) DeviceWatcher ok Dev=", [&] { EXPECT_EQ(stops(), 2U) << "stopped, then told"; });
   lanvoss->StartWatch("Cam");
-  Pass(1000);
+  Advance(1000);
   EXPECT_EQ(stops(), 2U);
 }
 
@@ -37,14 +37,14 @@ TEST_F(Effects, TheHostHearsOfANewNameBeforeTheTableTakesIt) {
   const PeerHandle cam = air.Add({.name = u"Cam", .id = u"idA"});
   Open();
   lanvoss->StartWatch("");
-  Pass(3000);
+  Advance(3000);
   cam.Rename(u"New");
   At("New", [&] {
     cam.Disappear();
-    Pass(10);
+    Advance(10);
   });
   lanvoss->StartWatch("");
-  Pass(1000);
+  Advance(1000);
   EXPECT_TRUE(Logged("(watch) OnDeviceRemoved name=Cam id=idA"));
 }
 
@@ -66,11 +66,11 @@ TEST_F(Effects, TimesAreTakenAfterTheLinesBeforeThem) {
 TEST_F(Effects, AStopThatIsReportedWhileItIsAskedForIsNotMissed) {
   Open();
   lanvoss->StartWatch("");
-  Pass(100);
+  Advance(100);
   air.faults().OnCall(Call::kWatcherStop, [&] {
     air.faults().Clear();
     air.AbortWatchers();
-    Pass(10);
+    Advance(10);
   });
   lanvoss->StopWatch();
   EXPECT_TRUE(Logged("(watch) stop watch no.try:1 status:Aborted dt:10"));
@@ -81,12 +81,12 @@ TEST_F(Effects, WaitersAreReleasedBeforeAHandlerTellsTheHost) {
   Connect("Cam");
   PauseAt("(watch) Connection status changed");
   EXPECT_EQ(TimeOf([&] { lanvoss->DisConnect(""); }), 50);
-  Pass(1000);
+  Advance(1000);
   lanvoss->StartWatch("");
-  Pass(100);
+  Advance(100);
   PauseAt("stopdone");
   EXPECT_EQ(TimeOf([&] { lanvoss->StopWatch(); }), 30);
-  Pass(1000);
+  Advance(1000);
   PauseAt("(watch) DeviceWatcher stopped.");
   EXPECT_EQ(Ask("Nobody", ""), 61'400) << "the last line of a watch comes first, though";
 }
@@ -96,7 +96,7 @@ TEST_F(Effects, AStopReleasesARequestBeforeItsLastLine) {
   Open();
   PauseAt("(watch) Stop Watcher done");
   const auto stop = Host([&] {
-    Pass(100);
+    Advance(100);
     lanvoss->StopWatch();
   });
   EXPECT_EQ(Ask("Nobody", ""), 100);
@@ -108,7 +108,7 @@ TEST_F(Effects, TheAddressIsThereWhenTheHostHearsOfIt) {
   std::string address;
   At("(watch) Devices connected on L2", [&] { address = lanvoss->GetDeviceIp("Cam"); });
   EXPECT_EQ(Ask("Cam", kAddress), 1500);
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(address, kAddress);
 }
 
@@ -119,17 +119,17 @@ TEST_F(Effects, AWatchReleasesARequestThatWaits) {
     Duration took;
     {
       const auto host = Host([&] { took = TimeOf([&] { lanvoss->GetDeviceIp("Nobody"); }); });
-      Pass(100);
+      Advance(100);
       watch();
     }
-    Pass(5000);
+    Advance(5000);
     return took;
   };
   EXPECT_EQ(wokenBy([&] { lanvoss->StartWatch("Cam"); }), 300) << "by the find";
   EXPECT_EQ(wokenBy([&] {
               PauseAt("(watch) DeviceWatcher stopped. no Dev=");
               lanvoss->StartWatch("\nCam");
-              Pass(400);
+              Advance(400);
               cam.Disappear();
             }),
             330 + 2030 + 500)
@@ -141,17 +141,17 @@ TEST_F(Effects, ANewWatchForgetsTheLastAttempt) {
   Connect("Cam");
   lanvoss->AbortConnect("");
   lanvoss->StartWatch("Nobody");
-  Pass(70'000);
+  Advance(70'000);
   Log();
-  Pass(5000);
+  Advance(5000);
   EXPECT_NE(Log(), Lines{}) << "neither given up nor connected, and without a time limit";
   lanvoss->DisConnect("");
-  Pass(3000);
+  Advance(3000);
   lanvoss->StartWatch("");
-  Pass(3000);
+  Advance(3000);
   cam.Disappear();
   lanvoss->StartWatch("");
-  Pass(3000);
+  Advance(3000);
   lanvoss->Unpair("Cam");
   EXPECT_EQ(Log().back(), "(watch) UnpairAsync OK") << "an unnamed watch keeps what was reported";
 }
@@ -161,9 +161,9 @@ TEST_F(Effects, StartWatchForgetsTheLongestAttempt) {
   Connect("Cam");
   lanvoss->DisConnect("");
   lanvoss->StartWatch("");
-  Pass(3000);
+  Advance(3000);
   EXPECT_EQ(Ask("Cam", kAddress), 700);
-  Pass(100);
+  Advance(100);
   EXPECT_TRUE(LoggedLink("Cam", "700ms(700),watch:300ms(1),fromid:400ms(1)"));
 }
 
@@ -189,7 +189,7 @@ TEST_F(Effects, NameAndAddressAreForgottenBeforeTheLinkIsClosed) {
     lanvoss->StartWatch("Other");
   });
   lanvoss->DisConnect("");
-  Pass(1000);
+  Advance(1000);
   EXPECT_FALSE(Logged("(watch) ping ..."));
   EXPECT_TRUE(LoggedStart("(watch) DeviceWatcher ok Dev=Other ")) << "the new name stays";
 }
@@ -249,7 +249,7 @@ TEST_F(Effects, WhatIsNotThePlatformsErrorReachesTheHost) {
   At("(watch) FromIdAsync ...", fail);
   EXPECT_THROW(lanvoss->GetDeviceIp("\nCam"), std::runtime_error);
   EXPECT_EQ(Ask("Cam", kAddress), 700) << "finds connect again";
-  Pass(100);
+  Advance(100);
   // A destruction has nobody to hand an exception or a refusal to.
   Listen([](const std::string&, const std::string& message) {
     if (message.starts_with("(watch) Stop Watcher")) {

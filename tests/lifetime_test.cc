@@ -4,15 +4,15 @@
 #include <stdexcept>
 #include <utility>
 
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Lifetime : public World {
+class Lifetime : public ScenarioTest {
  protected:
   void SetUp() override {
-    World::SetUp();
+    ScenarioTest::SetUp();
     WriteFile(CachePath(), "1|idC||Cached|2020-01-01 00:00:00.000\n");
     cam.emplace(air.Add({.name = u"Cam", .id = u"idA"}));
     air.Add({.name = u"Other", .id = u"idB", .appearMs = 100});
@@ -20,9 +20,9 @@ class Lifetime : public World {
 
   // Watches, connects, recovers, loses and closes a link. What the host throws or drops ends it
   // early.
-  void Story() {
+  void Script() {
     Use([](auto& object) { object.StartWatch("Nobody"); });
-    Pass(2500);
+    Advance(2500);
     Use([](auto& object) { object.GetDeviceIp("Cam"); });
     Use([](auto& object) { object.GetDeviceIp("Cam"); });
     cam->GoSilent();
@@ -37,7 +37,7 @@ class Lifetime : public World {
     Use([](auto& object) { object.StopWatch(); });
   }
 
-  // All that can go wrong. With the story above, every kind of line is logged.
+  // All that can go wrong. With the script above, every kind of line is logged.
   void Troubles() {
     simulated::Faults& faults = air.faults();
     const Failure none{.kind = Failure::Kind::kNone};
@@ -49,24 +49,24 @@ class Lifetime : public World {
     Use([](auto& object) { object.GetDeviceIp(""); });
     Use([](auto& object) { object.Unpair("Nobody"); });
     Use([](auto& object) { object.StartWatch(""); });
-    Pass(500);
+    Advance(500);
     cam->Rename(u"Cam");
     cam->Disappear();
     faults.FailNth(Call::kWatcherStop);
     Use([](auto& object) { object.StopWatch(); });
     cam->Appear();
     Use([](auto& object) { object.StartWatch("\nCam"); });
-    Pass(1000);
+    Advance(1000);
     cam->Disappear();
     air.AbortWatchers();
-    Pass(50);
+    Advance(50);
     cam->Appear();
     Use([](auto& object) { object.StartWatch("Cam"); });
     faults.FailNth(Call::kWatcherStop, 1, {.kind = Failure::Kind::kOther});
     Use([](auto& object) { object.StopWatch(); });
     Use([](auto& object) { object.AbortConnect(""); });
     Use([](auto& object) { object.StopWatch(); });
-    Pass(100);
+    Advance(100);
     faults.FailNth(Call::kWatcherStart);
     faults.FailNth(Call::kWatcherStop, 1, cancelled);
     Use([](auto& object) { object.GetDeviceIp("\nUnknown"); });
@@ -113,7 +113,7 @@ class Lifetime : public World {
         operation(*object);
         ended = time->Clock();
       });
-      Pass(afterMs);
+      Advance(afterMs);
       dropped = time->Clock();
       took = TimeOf([&] { lanvoss.reset(); });
     }
@@ -121,7 +121,7 @@ class Lifetime : public World {
   }
 
   std::optional<PeerHandle> cam;
-  const std::function<void()> story = [this] { Story(); };
+  const std::function<void()> script = [this] { Script(); };
 
   // Calls `act` at the n-th notification of what `happens`, for every n. Returns how many there
   // were.
@@ -140,7 +140,7 @@ class Lifetime : public World {
       } catch (const std::runtime_error&) {
       }
       lanvoss.reset();
-      Pass(70'000);
+      Advance(70'000);
       Listen(nullptr);
       if (heard < nth) {
         return nth - 1;
@@ -167,15 +167,15 @@ TEST_F(Lifetime, TheHostMayLetGoAtAnyNotificationAndThrow) {
     EXPECT_GT(AtEveryNotification(letGo, happens), 80);
     EXPECT_EQ(late, 0) << "notified after the object was gone";
   };
-  atEvery(false, story);
-  atEvery(true, story);
+  atEvery(false, script);
+  atEvery(true, script);
   EXPECT_EQ(air.EscapedExceptions(), 0U);
   atEvery(true, [this] { Troubles(); });
   expectedEscapes = air.EscapedExceptions();  // what fails in a handler
 }
 
 TEST_F(Lifetime, TheHostMayThrowAtAnyNotification) {
-  AtEveryNotification([] { throw std::runtime_error("host"); }, story);
+  AtEveryNotification([] { throw std::runtime_error("host"); }, script);
   expectedEscapes = air.EscapedExceptions();  // those thrown into handlers
   EXPECT_GT(expectedEscapes, 0U);
   Connect("Cam");
@@ -205,7 +205,7 @@ TEST_F(Lifetime, TheHostMayCallBackInAtAnyNotification) {
             lanvoss->StopWatch();
         }
       },
-      story);
+      script);
 }
 
 TEST_F(Lifetime, AnotherThreadMayLetGoAtAnyMoment) {
@@ -214,12 +214,12 @@ TEST_F(Lifetime, AnotherThreadMayLetGoAtAnyMoment) {
   }
   for (std::uint32_t moment = 0; moment < 6000; moment += 97) {
     Open();
-    auto host = Host(story);
-    Pass(moment);
-    // The story's operations run on the bare object; this waits for the one that is under way.
+    auto host = Host(script);
+    Advance(moment);
+    // The script's operations run on the bare object; this waits for the one that is under way.
     lanvoss.reset();
     host.reset();
-    Pass(70'000);
+    Advance(70'000);
   }
 }
 
@@ -229,12 +229,12 @@ TEST_F(Lifetime, TheLastHostToLeaveDestroysItAmongEvents) {
     Open();
     const auto asks = Host([own = lanvoss] { own->GetDeviceIp("Cam"); });
     const auto ends = Host([this, own = lanvoss, moment]() mutable {
-      Pass(moment);
+      Advance(moment);
       own->DisConnect("");
       own.reset();
     });
     lanvoss->StartWatch("Other");
-    Pass(moment);
+    Advance(moment);
     lanvoss.reset();
   }
 }
@@ -242,12 +242,12 @@ TEST_F(Lifetime, TheLastHostToLeaveDestroysItAmongEvents) {
 TEST_F(Lifetime, NothingIsHeardAfterTheObjectIsGone) {
   Open();
   lanvoss->StartWatch("Nobody");
-  Pass(50);
+  Advance(50);
   lanvoss.reset();
   EXPECT_TRUE(Logged("(watch) DeviceWatcher stopped,re watch")) << "a named watch goes on";
   EXPECT_TRUE(Logged("(watch) Stop Watcher done")) << "until its watcher is gone";
   Log();
-  Pass(10'000);
+  Advance(10'000);
   EXPECT_EQ(Log(), Lines{});
 }
 
@@ -258,7 +258,7 @@ TEST_F(Lifetime, DestructionWaitsForAHandlerInThePlatform) {
     EXPECT_EQ(lanvoss->GetDeviceIp("Slow"), "") << "released by the destruction";
     EXPECT_LT(time->Clock(), 2000);
   });
-  Pass(1000);
+  Advance(1000);
   lanvoss.reset();
   EXPECT_EQ(SinceTheBeginning(), 30'300) << "the open request has no time limit";
 }
@@ -269,7 +269,7 @@ TEST_F(Lifetime, TheEndIsNotHeldUpByAWaitOfTheLibrary) {
     const auto [end, rest] = EndDuring(afterMs, operation);
     EXPECT_EQ(end, 0) << where;
     EXPECT_EQ(rest, 0) << where;
-    Pass(1000);
+    Advance(1000);
   };
   Open();
   air.SetHabits({.ignoredStarts = simulated::kNever});
@@ -304,7 +304,7 @@ TEST_F(Lifetime, TheEndIsNotHeldUpByAWaitOfTheLibrary) {
 TEST_F(Lifetime, ACeremonyThatComesLateFindsTheGateClosed) {
   Open();
   const auto host = Host([object = lanvoss.get()] { object->GetDeviceIp("Cam"); });
-  Pass(302);  // the pairing has begun, its request is on its way
+  Advance(302);  // the pairing has begun, its request is on its way
   lanvoss.reset();
   EXPECT_EQ(Printed().find("OnPairingRequested"), std::string::npos);
 }
@@ -345,7 +345,7 @@ TEST_F(Lifetime, WithoutEventsConstructionFails) {
 TEST_F(Lifetime, WithoutACallbackOnlyStandardOutputSpeaks) {
   lanvoss = MakeOnStage(air, nullptr, directory.path.string());
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
-  Pass(100);
+  Advance(100);
   EXPECT_NE(Printed().find("IPAddress: loc:192.168.49.1 remote:192.168.49.20\n"),
             std::string::npos);
   EXPECT_NE(ReadFile(CachePath()).find("|Cam|"), std::string::npos);
@@ -367,12 +367,12 @@ TEST_F(Lifetime, ThreeThreadsOfOperationsAmongEvents) {
       lanvoss->GetDeviceIp(i % 3 == 0 ? "\nBusy" : i % 3 == 1 ? "7\nCam" : "Busy");
     });
     const auto ends = repeat(120, [&](int i) {
-      Pass(61);
+      Advance(61);
       i % 4 == 0 ? lanvoss->DisConnect("") : lanvoss->AbortConnect("");
       lanvoss->Unpair("Busy");
     });
     const auto watches = repeat(120, [&](int i) {
-      Pass(53);
+      Advance(53);
       i % 2 == 0 ? lanvoss->StartWatch("Busy") : lanvoss->StopWatch();
       busy.Rename(i % 5 == 0 ? u"Cam" : u"Busy");
       i % 7 == 0 ? busy.DropLink() : busy.Disappear();
@@ -380,7 +380,7 @@ TEST_F(Lifetime, ThreeThreadsOfOperationsAmongEvents) {
     });
   }
   lanvoss->DisConnect("");
-  Pass(3000);
+  Advance(3000);
   EXPECT_EQ(busy.LinksUp(), 0U);
 }
 

@@ -3,19 +3,19 @@
 #include <algorithm>
 #include <new>
 
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Moments : public World {
+class Moments : public ScenarioTest {
  protected:
   // A host that asks for a device from its function. Passes time there, so that the request begins.
   std::function<void()> AskMeanwhile(const std::string& name) {
     return [this, name] {
       request_ =
           Host([this, name] { took = TimeOf([&] { address = lanvoss->GetDeviceIp(name); }); });
-      Pass(500);
+      Advance(500);
     };
   }
   void AwaitRequest() { request_.reset(); }
@@ -40,7 +40,7 @@ TEST_F(Moments, TheNextPassLooksForWhomIsWatchedForThen) {
   Open();
   At("(watch) DeviceWatcher stopped,re watch", AskMeanwhile("Cam"));
   lanvoss->StartWatch("Nobody");
-  Pass(3000);
+  Advance(3000);
   AwaitRequest();
   EXPECT_EQ(address, kAddress);
   EXPECT_EQ(took, 500 + 800 + 400) << "by the pass that it has begun itself";
@@ -48,7 +48,7 @@ TEST_F(Moments, TheNextPassLooksForWhomIsWatchedForThen) {
   lanvoss->DisConnect("");
   lanvoss->StartWatch("Nobody");
   At("(watch) DeviceWatcher stopped,re watch", [&] { lanvoss->DisConnect(""); });
-  Pass(60'000);
+  Advance(60'000);
   EXPECT_EQ(Log().back(), "(watch) DeviceWatcher stopped.") << "the name does not come back";
 }
 
@@ -57,7 +57,7 @@ TEST_F(Moments, AWatchHasFoundNobodyWhenANewOneBeganInItsLastLine) {
   Open();
   At("(watch) DeviceWatcher stopped.", AskMeanwhile("Nobody"));
   lanvoss->StartWatch("Cam");
-  Pass(3000);
+  Advance(3000);
   AwaitRequest();
   EXPECT_EQ(took, 500) << "released by the end of the watch before";
 }
@@ -68,7 +68,7 @@ TEST_F(Moments, AWatchHasFoundWhomANewOneFoundInItsLastLine) {
   Open();
   At("(watch) DeviceWatcher stopped.", AskMeanwhile("Cam"));
   lanvoss->StartWatch("");
-  Pass(5000);
+  Advance(5000);
   AwaitRequest();
   EXPECT_EQ(address, kAddress) << "not released by the end of the watch before";
 }
@@ -78,7 +78,7 @@ TEST_F(Moments, WhetherAReportIsAFindIsDecidedAfterTheHostHasHeardOfIt) {
   Open();
   lanvoss->StartWatch("");
   At("watch", [&] { lanvoss->StartWatch("Cam"); });
-  Pass(1000);
+  Advance(1000);
   EXPECT_TRUE(LoggedStart("(watch) DeviceWatcher ok Dev=Cam "));
 }
 
@@ -90,7 +90,7 @@ TEST_F(Moments, WhatAFindLeadsToIsDecidedAfterItsLine) {
   EXPECT_FALSE(LoggedStart("(watch) ConnDevice...")) << "given up meanwhile";
   At("(watch) DeviceWatcher ok Dev=", AskMeanwhile("Cam"));
   lanvoss->StartWatch("Cam");
-  Pass(3000);
+  Advance(3000);
   AwaitRequest();
   EXPECT_EQ(address, kAddress) << "asked for meanwhile";
 }
@@ -162,11 +162,11 @@ TEST_F(Moments, AChangeOfTheCacheOutlivesAWriteThatThrows) {
   Open();
   air.faults().OnCall(Call::kOpenFile, [&] {
     air.faults().Clear();
-    Pass(100);  // the other device is reported meanwhile
+    Advance(100);  // the other device is reported meanwhile
     throw std::bad_alloc();
   });
   lanvoss->StartWatch("");
-  Pass(1000);
+  Advance(1000);
   const std::string both = ReadFile(CachePath());
   EXPECT_NE(both.find("|Cam|"), std::string::npos) << both;
   EXPECT_NE(both.find("|Other|"), std::string::npos) << both;
@@ -176,12 +176,12 @@ TEST_F(Moments, AChangeOfTheCacheOutlivesAWriteThatThrows) {
     air.faults().Clear();
     throw std::bad_alloc();
   });
-  Pass(500);
+  Advance(500);
   EXPECT_EQ(ReadFile(CachePath()), both);
   expectedEscapes = 1;
-  Pass(1000);
+  Advance(1000);
   lanvoss->StartWatch("");
-  Pass(1000);
+  Advance(1000);
   EXPECT_NE(ReadFile(CachePath()).find("|Last|"), std::string::npos)
       << "with the next report, though that brings nothing new";
 }

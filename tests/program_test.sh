@@ -55,7 +55,7 @@ expect_results() { # RESULT-LINES of the latest run
 }
 common=(--dir "$work")
 if [ "$on_radio" = yes ]; then
-  export LANVOSS_STAND_IN_SCENARIO=$work/quick.json
+  export LANVOSS_FAKE_WINRT_SCENARIO=$work/quick.json
 else
   common+=(--scenario "$work/quick.json")
 fi

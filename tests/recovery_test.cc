@@ -1,12 +1,12 @@
 // PingCheck: the probe of the link, and the recovery of one that is up but silent.
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
 const std::string kTimedOut = "\xC7\xEB\xC7\xF3\xB3\xAC\xCA\xB1\xA1\xA3\n";
 
-class Recovery : public World {
+class Recovery : public ScenarioTest {
  protected:
   // The replies that one check of a link to a device with these echoes counts.
   // A link that is given up is not recovered.
@@ -31,7 +31,7 @@ class Recovery : public World {
     Open();
     lanvoss->StartWatch("Cam");
     lanvoss->AbortConnect("");
-    Pass(3000);
+    Advance(3000);
     cam.Appear();
     EXPECT_EQ(lanvoss->GetDeviceIp("\nCam"), kAddress);
     return cam;
@@ -78,14 +78,14 @@ TEST_F(Recovery, ThereIsNothingToCheckWithoutARemoteAddress) {
   EXPECT_EQ(Log(), Lines{});
   air.Add({.name = u"NoLocal", .paired = true, .localAddress = std::nullopt});
   lanvoss->GetDeviceIp("NoLocal");
-  Pass(100);
+  Advance(100);
   Log();
   EXPECT_EQ(lanvoss->PingCheck(), "") << "its text has one field";
   EXPECT_EQ(Log(), Lines{});
   lanvoss->DisConnect("");
   air.Add({.name = u"IPv6", .paired = true, .remoteAddress = u"fe80::1"});
   lanvoss->GetDeviceIp("IPv6");
-  Pass(100);
+  Advance(100);
   lanvoss->AbortConnect("");
   Printed();
   lanvoss->PingCheck();
@@ -114,7 +114,7 @@ TEST_F(Recovery, UnpairsPairsAndConnectsOnThisThread) {
              "(watch) Devices connected on L2 layer, connecting to "
              "name(Cam),time:16870ms(16870),watch:300ms(1),fromid:16570ms(2) IPAddress: "
              "loc:192.168.49.1 remote:192.168.49.20"}));
-  EXPECT_EQ(Heard(), Lines{"deviceip 192.168.49.20"});
+  EXPECT_EQ(Notified(), Lines{"deviceip 192.168.49.20"});
 
   // Silent still: there is one recovery between two requests.
   EXPECT_EQ(lanvoss->PingCheck(), "");
@@ -139,7 +139,7 @@ TEST_F(Recovery, CheckAndThenAskEndsWithAWorkingLink) {
         air.SetHabits({.onClose = onClose, .onUnpair = onUnpair});
         Open();
         ASSERT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
-        Pass(ageMs);
+        Advance(ageMs);
         cam.GoSilent();
         const std::int32_t begun = time->Clock();
         const std::string recovered = lanvoss->PingCheck();
@@ -155,13 +155,13 @@ TEST_F(Recovery, CheckAndThenAskEndsWithAWorkingLink) {
           ++requests;
         }
         EXPECT_LE(requests, 1);
-        Pass(100);
+        Advance(100);
         Log();
         EXPECT_EQ(lanvoss->PingCheck(), "");
         EXPECT_EQ(Log().back(), "(watch) ping done ret:4 dt:32ms DisConnect:0");
         lanvoss->DisConnect("");
         lanvoss.reset();
-        Pass(1000);
+        Advance(1000);
       }
     }
   }
@@ -236,7 +236,7 @@ TEST_F(Recovery, OneEndOfAnAttemptReleasesBothWaiters) {
   std::int32_t requestEnded = 0;
   {
     const auto request = Host([&] {
-      Pass(13'000);  // the recovery is under way
+      Advance(13'000);  // the recovery is under way
       lanvoss->GetDeviceIp("Nobody");
       requestEnded = time->Clock();
     });

@@ -1,18 +1,18 @@
 // GetDeviceIp: from a name to the addresses of a link, and every way in which it fails.
 #include <algorithm>
 
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Request : public World {};
+class Request : public ScenarioTest {};
 
 TEST_F(Request, FindsPairsOpensAndReturnsBothAddresses) {
   const PeerHandle cam = air.Add({.name = u"Cam-7F21", .id = u"P2P#02:11:22:33:7f:21"});
   Open();
   EXPECT_EQ(Ask("Cam-7F21", kAddress), 1500);
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(
       Printed(),
       "[2024-03-01 09:05:03.040] (watch) Start Watcher...for Cam-7F21\n"
@@ -81,7 +81,7 @@ TEST_F(Request, WaitsFor100SecondsAtMost) {
             "name(Cam),time:100000ms,watch:300ms(1),fromid:-300ms(0)");
   EXPECT_NE(Printed().find("Stop Watcher done\nwatch timer out\n"), std::string::npos);
   air.ReleaseHangs();
-  Pass(100);
+  Advance(100);
   const Lines log = Log();
   EXPECT_EQ(log[0], "(watch) ConnDevice Err:The operation was canceled by the user.")
       << "neither of the pairing's own last lines";
@@ -127,9 +127,9 @@ TEST_F(Request, ADirectRequestKeepsTheWatcherFromConnecting) {
   const PeerHandle cam = air.Add({.name = u"Cam", .paired = true, .openMs = 3000});
   Open();
   lanvoss->StartWatch("Cam");
-  Pass(2000);  // found once: the id is known, the watch has ended
+  Advance(2000);  // found once: the id is known, the watch has ended
   const auto other = Host([&] { lanvoss->StartWatch("Cam"); });
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(Ask("\nCam", kAddress), 3000);
   EXPECT_TRUE(
       Logged("(watch) DeviceWatcher ok Dev=Cam watch:200ms(0) bConnectting = 1 "
@@ -164,7 +164,7 @@ TEST_F(Request, TriesToOpenFiveTimes) {
             std::string::npos)
       << "after its pause";
   // Nobody has given up, so the next pass finds it again, and its third open request succeeds.
-  Pass(20'000);
+  Advance(20'000);
   EXPECT_TRUE(LoggedLink("Cam", "5200ms(5200),watch:3600ms(2),fromid:1600ms(8)"));
 }
 
@@ -178,9 +178,9 @@ TEST_F(Request, NoOpenRequestBeginsAfter60Seconds) {
       Logged("(watch) wfdDevice is null,Re FromIdAsync outtime abort DisConnect:0 "
              "dt:60600ms"));
   lanvoss->AbortConnect("");
-  Pass(5000);
+  Advance(5000);
   EXPECT_EQ(Ask("Late", ""), 60'001);
-  Pass(10);
+  Advance(10);
   EXPECT_TRUE(
       Logged("(watch) wfdDevice is null,Re FromIdAsync outtime abort DisConnect:0 "
              "dt:60001ms"));
@@ -200,7 +200,7 @@ TEST_F(Request, AbortConnectEndsTheTries) {
       Logged("(watch) Devices connected failed, connecting to "
              "name(Cam),time:900ms,watch:300ms(1),fromid:-300ms(1)"))
       << "the try that was given up is not counted";
-  Pass(100);
+  Advance(100);
   EXPECT_EQ(Ask("Cam", kAddress), 700) << "a new request forgets it";
 }
 
@@ -242,20 +242,20 @@ TEST_F(Request, AnEndpointWithoutAHostNameIsAnEmptySide) {
   air.Add({.name = u"NoRemote", .paired = true, .remoteAddress = std::nullopt, .appearMs = 100});
   Open();
   EXPECT_EQ(Ask("NoLocal", ",192.168.49.20"), 700);
-  Pass(100);
+  Advance(100);
   EXPECT_TRUE(
       Logged("(watch) Devices connected on L2 layer, connecting to "
              "name(NoLocal),time:700ms(700),watch:300ms(1),fromid:400ms(1) IPAddress: loc: "
              "remote:192.168.49.20"));
   lanvoss->DisConnect("");
-  Heard();
+  Notified();
   EXPECT_EQ(Ask("NoRemote", ""), 500) << "nobody could be reached";
   EXPECT_TRUE(
       Logged("(watch) Devices connected on L2 layer, connecting to "
              "name(NoRemote),time:500ms(700),watch:100ms(1),fromid:400ms(1) IPAddress: "
              "loc:192.168.49.1 remote:"));
-  Pass(100);
-  EXPECT_EQ(Heard(), (Lines{"stopdone DeviceWatcher stopped"})) << "no empty deviceip";
+  Advance(100);
+  EXPECT_EQ(Notified(), (Lines{"stopdone DeviceWatcher stopped"})) << "no empty deviceip";
   lanvoss->AbortConnect("");
 }
 
@@ -264,7 +264,7 @@ TEST_F(Request, TheGapIsKeptFromTheLastDisconnect) {
   Open();
   EXPECT_EQ(Ask("5000\nCam", kAddress), 700) << "no disconnect yet";
   lanvoss->DisConnect("");
-  Pass(500);
+  Advance(500);
   Log();
   EXPECT_EQ(Ask("1500\nCam", kAddress), 1000 + 700);
   EXPECT_EQ(Log()[0], "(watch) Con Dev name=Cam,Sleep=1000ms");
@@ -272,13 +272,13 @@ TEST_F(Request, TheGapIsKeptFromTheLastDisconnect) {
   {
     lanvoss->StartWatch("Cam");
     const auto host = Host([&] { lanvoss->GetDeviceIp("2000\nCam"); });
-    Pass(1900);
+    Advance(1900);
     EXPECT_EQ(cam.OpenRequests(), 2U) << "finds connect after the gap alone";
   }
   for (const char* none : {"400\nCam", "0\nCam", "-5\nCam", "soon\nCam", "\nCam", "Cam",
                            "-99999999999999999999\nCam"}) {
     lanvoss->DisConnect("");
-    Pass(500);
+    Advance(500);
     EXPECT_LE(Ask(none, kAddress), 700) << none;
   }
   lanvoss->DisConnect("");
@@ -288,7 +288,7 @@ TEST_F(Request, TheGapIsKeptFromTheLastDisconnect) {
   lanvoss->AbortConnect("");
   EXPECT_EQ(Ask("5000\nCam", kAddress), 700) << "given up, no gap is kept";
   lanvoss->DisConnect("");
-  Pass(500);
+  Advance(500);
   EXPECT_EQ(Ask("500\nCam", kAddress), 700);
   EXPECT_FALSE(Logged("(watch) Con Dev name=Cam,Sleep=0ms"));
 }
@@ -297,17 +297,17 @@ TEST_F(Request, AClockThatHasWrappedKeepsTheGapOnceMore) {
   air.Add({.name = u"Cam"});
   Connect("Cam");
   lanvoss->DisConnect("");
-  Pass(0x80000000U);  // 24.9 days
+  Advance(0x80000000U);  // 24.9 days
   EXPECT_EQ(Ask("1500\nCam", kAddress), 1500 + 700);
 }
 
 TEST_F(Request, AGapBeyond32BitsIsTheLongestOne) {
   Open();
-  Pass(1);
+  Advance(1);
   lanvoss->DisConnect("");
   Log();
   const auto host = Host([&] { lanvoss->GetDeviceIp("99999999999999999999\nCam"); });
-  Pass(10);
+  Advance(10);
   EXPECT_EQ(Log(), Lines{"(watch) Con Dev name=Cam,Sleep=2147483647ms"});
 }
 
@@ -350,7 +350,7 @@ TEST_F(Request, TheLongestAttemptIsRememberedUntilAReset) {
   const auto connect = [&](const std::string& times) {
     lanvoss->DisConnect("");
     EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
-    Pass(100);
+    Advance(100);
     EXPECT_TRUE(LoggedLink("Cam", times)) << times;
   };
   connect("1500ms(1500),watch:300ms(1),fromid:1200ms(1)");

@@ -1,8 +1,8 @@
 // The ground the other tests stand on: virtual time, and the platform's rules.
 #include <set>
 
-#include "backends/simulated/neighbourhood.h"
-#include "world.h"
+#include "backends/simulated/air.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
@@ -56,7 +56,7 @@ TEST(VirtualTime, TheSeedDecidesWhoIsNext) {
   EXPECT_GT(orders.size(), 5U);
 }
 
-class Simulation : public World {
+class Simulation : public ScenarioTest {
  protected:
   const std::shared_ptr<platform::WiFiDirect> radio = air.Radio();
   std::shared_ptr<platform::DeviceWatcher> watcher = radio->CreateWatcher(
@@ -65,7 +65,7 @@ class Simulation : public World {
 
   void TearDown() override {
     watcher.reset();
-    World::TearDown();
+    ScenarioTest::TearDown();
   }
 };
 
@@ -75,7 +75,7 @@ TEST_F(Simulation, TheStatusDecidesWhatStartAndStopDo) {
   EXPECT_EQ(watcher->Status(), DeviceWatcherStatus::Created) << "nothing to do";
   watcher->Start();
   EXPECT_THROW(watcher->Start(), platform::Error) << "Started";
-  Pass(2001);
+  Advance(2001);
   EXPECT_EQ(watcher->Status(), DeviceWatcherStatus::EnumerationCompleted);
   EXPECT_THROW(watcher->Start(), platform::Error) << "EnumerationCompleted";
   watcher->Stop();
@@ -83,7 +83,7 @@ TEST_F(Simulation, TheStatusDecidesWhatStartAndStopDo) {
   EXPECT_THROW(watcher->Start(), platform::Error) << "Stopping";
   air.SetHabits({.stopElsewhere = simulated::StopElsewhere::kRefused});
   EXPECT_THROW(watcher->Stop(), platform::Error) << "Stopping, on a platform that refuses";
-  Pass(31);
+  Advance(31);
   EXPECT_EQ(watcher->Status(), DeviceWatcherStatus::Stopped);
   watcher->Start();
   EXPECT_EQ(watcher->Status(), DeviceWatcherStatus::Started);
@@ -96,17 +96,17 @@ TEST_F(Simulation, HandlersAreSerialisedUnlessTheyOverlap) {
   int most = 0;
   watcher->Added([&](auto&, auto) {
     most = std::max(most, ++inside);
-    Pass(500);
+    Advance(500);
     --inside;
   });
   watcher->Start();
-  Pass(3000);
+  Advance(3000);
   EXPECT_EQ(most, 1);
   watcher->Stop();
-  Pass(100);
+  Advance(100);
   air.SetHabits({.handlersOverlap = true});
   watcher->Start();
-  Pass(3000);
+  Advance(3000);
   EXPECT_EQ(most, 2);
 }
 
@@ -116,12 +116,12 @@ TEST_F(Simulation, EventsThatAreOnTheirWayOutliveTheirSubscription) {
   Lines heard;
   const auto token = watcher->Added([&](auto&, auto info) {
     heard.push_back(platform::Utf16ToUtf8(info->Name()));
-    Pass(500);
+    Advance(500);
   });
   watcher->Start();
-  Pass(300);
+  Advance(300);
   watcher->RevokeAdded(token);
-  Pass(1000);
+  Advance(1000);
   EXPECT_EQ(heard, (Lines{"A", "B"}));
 }
 
@@ -135,7 +135,7 @@ TEST_F(Simulation, ScriptsAndFaultsHappenWhenTheyShould) {
   watcher->Added([&](auto&, auto) { seen.push_back(time->Clock()); });
   watcher->Removed([&](auto&, auto&) { removed = time->Clock(); });
   watcher->Start();
-  Pass(6000);
+  Advance(6000);
   EXPECT_EQ(seen, std::vector<std::int32_t>{1300}) << "also after the enumeration";
   EXPECT_EQ(removed, 5000);
   EXPECT_EQ(radio->FromIdAsync(platform::Utf8ToUtf16(peer.Id())), nullptr) << "absent";

@@ -15,7 +15,7 @@ namespace native = lanvoss::windows;
 #include "backends/posix/posix_system.h"
 namespace native = lanvoss::posix;
 #endif
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss {
 namespace {

@@ -28,7 +28,7 @@ Timeline TimelineOf(const std::vector<Line>& lines) {
 
 // The headline, and "LANE ROW: LABEL BEGIN-END" of every span, with "!" when it ended badly and "?"
 // when it did not end.
-std::string Told(const Timeline& timeline) {
+std::string TextOf(const Timeline& timeline) {
   std::string told = timeline.headline;
   for (const Span& span : timeline.spans) {
     told += "\n" + timeline.lanes.at(span.lane).label + " " + std::to_string(span.row) + ": " +
@@ -52,7 +52,7 @@ const std::string kUp =
     "(watch) Devices connected on L2 layer, connecting to name(Cam),time:1ms(1),watch:3ms(1),"
     "fromid:7ms(2) IPAddress: loc:10.0.0.1 remote:10.0.0.2";
 
-TEST(Timeline, TellsOfAConnectFromTheLogAlone) {
+TEST(Timeline, ShowsAConnectFromTheLogAlone) {
   const std::string log = R"([2026-11-23 23:59:58.000] (watch) Start Watcher...for Cam
 [2026-11-23 23:59:58.000] watch start...
 [2026-11-23 23:59:58.001] (watch) Start Watcher done
@@ -71,7 +71,7 @@ OnPairingRequested:1
                           kUp + R"(
 {"time":"2026-11-24T00:00:00.000000","kind":"info","message":"(watch) DeviceWatcher stopped."}
 10.0.0.1,10.0.0.2)";
-  EXPECT_EQ(Told(BuildTimeline(log::ReadSavedLog(log))), R"(Cam: connected after 1.9 s
+  EXPECT_EQ(TextOf(BuildTimeline(log::ReadSavedLog(log))), R"(Cam: connected after 1.9 s
 watcher 0: pass 1, devices: 1 0-2000
 host 0: request Cam 0-1900
 host 1: waits for its end 1-1900
@@ -86,7 +86,7 @@ link 0: Cam: 10.0.0.1 to 10.0.0.2 1900-2000)");
 }
 
 // The recovery is one thread's, another begins a second attempt; the clock is set back by an hour.
-TEST(Timeline, TellsOfARecoveryAndOfTwoAttemptsAtOnce) {
+TEST(Timeline, ShowsARecoveryAndOfTwoAttemptsAtOnce) {
   const Timeline timeline =
       TimelineOf({{3'600'000, 1, "(watch) ping ..."},
                   {3'612'000, 1, "(watch) ping done ret:0 dt:12000ms DisConnect:0"},
@@ -97,7 +97,7 @@ TEST(Timeline, TellsOfARecoveryAndOfTwoAttemptsAtOnce) {
                   {12'600, 2, "(watch) Connection status changed: Connected"},
                   {13'000, 1, "(watch) RequestPairDeviceAsync ..."},
                   {13'000, 1, "(watch) wfdDevice is null, return"}});
-  EXPECT_EQ(Told(timeline), R"(Cam: silent, not recovered
+  EXPECT_EQ(TextOf(timeline), R"(Cam: silent, not recovered
 host thread 1 0: check, replies: 0 0-12000!
 host thread 1 0: recover Cam 12000-13000!
 host thread 1 1: connect Cam 12000-13000!
@@ -110,7 +110,7 @@ TEST(Timeline, KeepsSpansApartWhereThreadsAreNotKnown) {
                                         {10, 0, "(watch) ConnDevice... name=B id=y"},
                                         {20, 0, kUp},
                                         {30, 0, "(watch) wfdDevice is null, return"}});
-  EXPECT_EQ(Told(timeline), R"(Nothing was asked for
+  EXPECT_EQ(TextOf(timeline), R"(Nothing was asked for
 connection 0: connect Cam 0-20
 connection 1: connect B 10-30!
 link 0: Cam: 10.0.0.1 to 10.0.0.2 20-30)");
@@ -121,8 +121,9 @@ TEST(Timeline, TakesAnyName) {
   const std::string name = "\xFF</text>&\"'\x01\x1B[2m\xE2\x80\xAE id:y name(|";
   const Timeline timeline = TimelineOf({{0, 1, "(watch) Start Watcher...for " + name},
                                         {5, 2, "(watch) ConnDevice... name=" + name + " id=x"}});
-  EXPECT_EQ(Told(timeline), name + ": still without a link after 5 ms\nhost thread 1 0: request " +
-                                name + " 0-5?\nhost thread 2 0: connect " + name + " 5-5?");
+  EXPECT_EQ(TextOf(timeline), name +
+                                  ": still without a link after 5 ms\nhost thread 1 0: request " +
+                                  name + " 0-5?\nhost thread 2 0: connect " + name + " 5-5?");
   const std::string svg = DrawSvg(timeline);
   EXPECT_TRUE(IsXml(svg));
   EXPECT_EQ(svg.find('\x1B'), std::string::npos);

@@ -19,14 +19,14 @@ bool IsLast(const Result& result) { return result.violated || !result.failed; }
 
 }  // namespace
 
-std::vector<Result> Child::Play(World::Story story, const Plan& plan) const {
+std::vector<Result> Child::Play(NthRun::Script script, const Plan& plan) const {
   int ends[2];
   if (pipe(ends) != 0) {
     throw std::system_error(errno, std::generic_category(), "pipe");
   }
   const pid_t child = fork();
   if (child == 0) {
-    Run(story, plan, ends[1]);
+    Run(script, plan, ends[1]);
   }
   close(ends[1]);
   std::vector<Result> results;
@@ -44,7 +44,7 @@ std::vector<Result> Child::Play(World::Story story, const Plan& plan) const {
   return results;
 }
 
-void Child::Run(World::Story story, Plan plan, int resultPipe) const {
+void Child::Run(NthRun::Script script, Plan plan, int resultPipe) const {
   Result result;
   do {
     alarm(kLongestRunS);
@@ -54,7 +54,7 @@ void Child::Run(World::Story story, Plan plan, int resultPipe) const {
         dup2(fileno(stdout), fileno(stderr)) < 0) {
       _exit(EXIT_FAILURE);
     }
-    result = World(plan, folder_.path).Play(story);
+    result = NthRun(plan, folder_.path).Play(script);
     std::fflush(stdout);
     if (write(resultPipe, &result, sizeof result) != sizeof result) {
       _exit(EXIT_FAILURE);

@@ -1,12 +1,12 @@
-// Plays a story again and again in a process of its own, so that a run that crashes or hangs is
+// Plays a script again and again in a process of its own, so that a run that crashes or hangs is
 // found like any other.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "nth_run.h"
 #include "own_folder.h"
-#include "world.h"
 
 namespace lanvoss::nth {
 
@@ -14,12 +14,12 @@ class Child {
  public:
   // The results for the first step, the second and so on, up to the first run that does not reach
   // its step, or in which something does not hold.
-  std::vector<Result> Play(World::Story story, const Plan& plan) const;
+  std::vector<Result> Play(NthRun::Script script, const Plan& plan) const;
   // What the latest run wrote.
   std::string Log() const;
 
  private:
-  [[noreturn]] void Run(World::Story story, Plan plan, int resultPipe) const;
+  [[noreturn]] void Run(NthRun::Script script, Plan plan, int resultPipe) const;
 
   const test::OwnFolder folder_;  // for the cache file and the log
 };

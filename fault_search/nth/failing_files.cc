@@ -1,10 +1,10 @@
-// The product's file operations; the cache file is the only file on which it uses these. Each fails
+// The core's file operations; the cache file is the only file on which it uses these. Each fails
 // the way that leaves most behind: a transfer does half its work, a close does all of it. The
-// opening is the system's, which World lets fail.
+// opening is the system's, which NthRun lets fail.
 #include <cstddef>
 #include <cstdio>
 
-#include "failing_product.h"
+#include "failing_core.h"
 
 using lanvoss::nth::Failure;
 using lanvoss::nth::IsDue;

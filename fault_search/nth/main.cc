@@ -1,8 +1,9 @@
-// Lets the n-th step of every story fail, for every n, and checks that nothing lasting comes of it.
+// Lets the n-th step of every script fail, for every n, and checks that nothing lasting comes of
+// it.
 //
 //   lanvoss_fail_nth [--seed S]
 //
-// One line a story and kind of failure; what does not hold comes with the log of its run.
+// One line a script and kind of failure; what does not hold comes with the log of its run.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -11,7 +12,7 @@
 #include <vector>
 
 #include "child.h"
-#include "stories.h"
+#include "scripts.h"
 
 namespace {
 
@@ -29,11 +30,11 @@ constexpr struct {
 };
 
 // False when something did not hold.
-bool FailEach(const Child& child, const NamedStory& story, const Plan& plan,
+bool FailEach(const Child& child, const NamedStory& script, const Plan& plan,
               const std::string& failure) {
-  const std::vector<Result> results = child.Play(story.play, plan);
+  const std::vector<Result> results = child.Play(script.play, plan);
   if (results.back().violated) {
-    std::printf("%s, %s, n = %zu\n%s\n", story.name, failure.c_str(), results.size(),
+    std::printf("%s, %s, n = %zu\n%s\n", script.name, failure.c_str(), results.size(),
                 child.Log().c_str());
     return false;
   }
@@ -45,7 +46,7 @@ bool FailEach(const Child& child, const NamedStory& story, const Plan& plan,
   }
   const std::size_t tried = results.size() - 1;  // the last run did not come to its step
   std::printf("%-17s %-32s %4zu tried, %4u errors reached the host, %u requests at most\n",
-              story.name, failure.c_str(), tried, errors, requests);
+              script.name, failure.c_str(), tried, errors, requests);
   return tried > 0;
 }
 
@@ -61,11 +62,11 @@ int main(int argc, char** argv) {
 
   const Child child;
   bool holds = true;
-  for (const NamedStory& story : Stories()) {
+  for (const NamedStory& script : Scripts()) {
     for (const auto& [failure, name] : kFailures) {
       for (const bool lasts : {false, true}) {
         const Plan plan{.failure = failure, .lasts = lasts, .seed = seed};
-        holds &= FailEach(child, story, plan, name + std::string(lasts ? ", lasting" : ", once"));
+        holds &= FailEach(child, script, plan, name + std::string(lasts ? ", lasting" : ", once"));
         std::fflush(stdout);  // else the next child has it too
       }
     }

@@ -107,7 +107,7 @@ void Camera::Live() {
     if (const auto text = events->Receive(kPollMs)) {
       {
         const std::lock_guard lock(mutex_);
-        story_ += radio_ + ": " + text->substr(0, text->find(" psk=")) + "\n";
+        log_ += radio_ + ": " + text->substr(0, text->find(" psk=")) + "\n";
       }
       React(wpa::ParseMessage(*text));
     }
@@ -184,17 +184,17 @@ bool Camera::Do(const std::string& command) {
 }
 
 std::size_t Camera::Count(const std::string& event) {
-  const std::string story = Story();
+  const std::string log = Log();
   std::size_t count = 0;
-  for (auto at = story.find(event); at != std::string::npos; at = story.find(event, at + 1)) {
+  for (auto at = log.find(event); at != std::string::npos; at = log.find(event, at + 1)) {
     ++count;
   }
   return count;
 }
 
-std::string Camera::Story() {
+std::string Camera::Log() {
   const std::lock_guard lock(mutex_);
-  return story_;
+  return log_;
 }
 
 bool Camera::HasAddress() {

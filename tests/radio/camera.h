@@ -42,7 +42,7 @@ class Camera {
 
   // ---- What has happened to it
   std::size_t Count(const std::string& event);
-  std::string Story();
+  std::string Log();
   bool HasAddress();
   // Its IP address in the group that it is in; empty if it gets none.
   std::string Address();
@@ -65,7 +65,7 @@ class Camera {
 
   std::mutex mutex_;  // guards everything below
   std::string address_;
-  std::string story_;
+  std::string log_;
 };
 
 }  // namespace lanvoss::test

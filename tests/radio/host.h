@@ -1,4 +1,4 @@
-// What a story of the radio plays with: a host, with the library in it, and a camera. Tells how
+// What a test of the radio plays with: a host, with the library in it, and a camera. Tells how
 // long everything takes, in milliseconds.
 #pragma once
 
@@ -48,7 +48,7 @@ class Radio : public testing::Test {
     std::filesystem::remove_all(directory_);
     std::filesystem::create_directory(directory_);
     for (const char* const command : {"P2P_GROUP_REMOVE *", "REMOVE_NETWORK all", "P2P_FLUSH"}) {
-      TellSupplicant(command);
+      SendToSupplicant(command);
     }
   }
 
@@ -62,11 +62,11 @@ class Radio : public testing::Test {
       for (std::string line; std::getline(file, line);) {
         std::printf("%s\n", line.c_str());
       }
-      std::printf("%s", camera->Story().c_str());
+      std::printf("%s", camera->Log().c_str());
     }
   }
 
-  static void TellSupplicant(const std::string& command) {
+  static void SendToSupplicant(const std::string& command) {
     wpa::ControlSocket socket("/run/wpa_supplicant/p2p-dev-wlan0");
     socket.Send(command);
     EXPECT_EQ(socket.Receive(10'000), "OK\n") << command;
@@ -86,7 +86,7 @@ class Radio : public testing::Test {
     const auto begun = std::chrono::steady_clock::now();
     std::string result = operation();
     const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begun;
-    Tell(what, static_cast<int>(took.count()));
+    PrintRow(what, static_cast<int>(took.count()));
     return result;
   }
 
@@ -157,7 +157,7 @@ class Radio : public testing::Test {
     return sum;
   }
 
-  void Tell(const std::string& what, int totalMs) {
+  void PrintRow(const std::string& what, int totalMs) {
     std::vector<std::string> cells;
     int ownMs = totalMs;
     for (const char* const step :
@@ -173,8 +173,8 @@ class Radio : public testing::Test {
     static_cast<void>(write(output_, row.data(), row.size()));
   }
 
-  const std::filesystem::path directory_ = "/tmp/story";
-  const int output_ = dup(STDOUT_FILENO);  // while the story's goes into a file
+  const std::filesystem::path directory_ = "/tmp/test";
+  const int output_ = dup(STDOUT_FILENO);  // while the test's goes into a file
   RecordingHost host_;
   std::size_t logBefore_ = 0;  // the measured operation began
 };

@@ -78,7 +78,7 @@ TEST_F(Radio, NoticesTheDeathOfTheCamera) {
   EXPECT_EQ(Logged(kPairing), 0);
 }
 
-TEST_F(Radio, TellsOfARejection) {
+TEST_F(Radio, ReportsARejection) {
   Open();
   EXPECT_EQ(lanvoss->StartWatch(""), 0);
   camera->Reject();
@@ -129,7 +129,7 @@ TEST_F(Radio, JoinsAGroupOfTheCamera) {
 
 TEST_F(Radio, ServesAnAddressThatTheHandshakeDoesNotGive) {
   Open();
-  TellSupplicant("SET ip_addr_start 0.0.0.0");
+  SendToSupplicant("SET ip_addr_start 0.0.0.0");
   Connect("connect, the camera asks for an address", kName);
 }
 

@@ -1,20 +1,20 @@
 // The stage of the DLL: the very file that a host loads, in real time, on the classes of the
 // stand-in radio.
+#include "fake_winrt/fake_winrt.h"
 #include "stages/ledger_report.h"
 #include "stages/stage.h"
-#include "stand_in/stand_in.h"
 
 namespace lanvoss::test {
 
-void EnterStage(const std::shared_ptr<StageTime>& time, simulated::Neighbourhood& air) {
-  stand_in::Use(air.Radio(), time);
+void EnterStage(const std::shared_ptr<StageTime>& time, simulated::Air& air) {
+  fake_winrt::Use(air.Radio(), time);
 }
 
-std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Neighbourhood& /*air*/,
-                                              NotifyCallback notify, const std::string& directory) {
+std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Air& /*air*/, NotifyCallback notify,
+                                              const std::string& directory) {
   return getLanvossPtr(notify, directory);
 }
 
-void LeaveStage() { ExpectClean(stand_in::Finish()); }
+void LeaveStage() { ExpectClean(fake_winrt::Finish()); }
 
 }  // namespace lanvoss::test

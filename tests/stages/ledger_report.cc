@@ -27,7 +27,7 @@ const auto* const printer = testing::AddGlobalTestEnvironment(new SumsPrinter);
 
 }  // namespace
 
-void ExpectClean(const stand_in::Ledger& ledger) {
+void ExpectClean(const fake_winrt::Ledger& ledger) {
   EXPECT_EQ(ledger.created, ledger.destroyed);
   for (const std::string& fault : ledger.faults) {
     ADD_FAILURE() << fault;

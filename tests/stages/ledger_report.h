@@ -1,12 +1,12 @@
 // What the stand-in radio has seen of the library.
 #pragma once
 
-#include "stand_in/stand_in.h"
+#include "fake_winrt/fake_winrt.h"
 
 namespace lanvoss::test {
 
 // Expects that no reference was leaked or released twice, and that no rule was broken. The sums
 // over all tests are printed when the program ends.
-void ExpectClean(const stand_in::Ledger& ledger);
+void ExpectClean(const fake_winrt::Ledger& ledger);
 
 }  // namespace lanvoss::test

@@ -4,9 +4,9 @@
 
 namespace lanvoss::test {
 
-void EnterStage(const std::shared_ptr<StageTime>& /*time*/, simulated::Neighbourhood& /*air*/) {}
+void EnterStage(const std::shared_ptr<StageTime>& /*time*/, simulated::Air& /*air*/) {}
 
-std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Neighbourhood& air, NotifyCallback notify,
+std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Air& air, NotifyCallback notify,
                                               const std::string& directory) {
   return MakeLanvoss({air.System(), air.Radio()}, notify, directory);
 }

@@ -3,12 +3,12 @@
 #include <combaseapi.h>
 #include <windows.h>
 
-#include "world.h"
+#include "scenario_test.h"
 
 namespace lanvoss::test {
 namespace {
 
-class Windows : public World {
+class Windows : public ScenarioTest {
  protected:
   // Finds, pairs, opens and closes on a thread of its own, and tells that thread's apartment before
   // and after.
@@ -65,7 +65,7 @@ TEST_F(Windows, NamesLogAndCacheAreInTheAnsiCodePage) {
 
   OpenIn(time->WideToAnsi(folder.u16string()));
   EXPECT_EQ(lanvoss->GetDeviceIp(ansi), kAddress);
-  EXPECT_EQ(Heard().front(), "watch " + ansi);
+  EXPECT_EQ(Notified().front(), "watch " + ansi);
   EXPECT_TRUE(Logged("1-1 WatchDeviceAdded:" + ansi + " id:\xE6\x91\x84#id"));
   const std::string cache = ReadFile(folder / "deviceinfo.bin");
   EXPECT_TRUE(cache.starts_with("1|\xE6\x91\x84#id||" + ansi + "|")) << cache;
@@ -82,7 +82,7 @@ TEST_F(Windows, ThePlatformsMessagesReachTheLog) {
   air.faults().FailNth(Call::kPairAsync, 1, {.hresult = 0x8007001F, .message = u"Ger\u00e4t weg"});
   Open();
   const auto host = Host([&] { lanvoss->GetDeviceIp("Cam"); });
-  Pass(500);
+  Advance(500);
   lanvoss->AbortConnect("");
   lanvoss->StopWatch();
   EXPECT_TRUE(Logged("(watch) ConnDevice Err:" + time->WideToAnsi(u"Ger\u00e4t weg")));

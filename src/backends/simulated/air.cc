@@ -1,209 +1,100 @@
 #include "backends/simulated/air.h"
 
 #include <algorithm>
+#include <utility>
 
-#include "backends/simulated/simulated_device.h"
+#include "backends/simulated/air_state.h"
+#include "backends/simulated/echo.h"
+#include "backends/simulated/simulated_information.h"
+#include "backends/simulated/simulated_link.h"
 #include "backends/simulated/simulated_watcher.h"
 
 namespace lanvoss::simulated {
 namespace {
 
-// What is still held of the objects registered so far.
-template <typename Object>
-std::vector<std::shared_ptr<Object>> Alive(const std::vector<std::weak_ptr<Object>>& objects) {
-  std::vector<std::shared_ptr<Object>> alive;
-  for (const auto& object : objects) {
-    if (auto held = object.lock()) {
-      alive.push_back(std::move(held));
-    }
-  }
-  return alive;
-}
+constexpr char16_t kAssociationEndpoints[] = u"simulated:association-endpoints";
+// Written out once more, so that it can be seen whether the library asks for the right one.
+constexpr char16_t kKnownProperty[] = u"System.Devices.WiFiDirect.InformationElements";
 
-template <typename Object>
-void ForgetTheDead(std::vector<std::weak_ptr<Object>>& objects) {
-  std::erase_if(objects, [](const std::weak_ptr<Object>& object) { return object.expired(); });
-}
+class SimulatedRadio final : public platform::WiFiDirect {
+ public:
+  explicit SimulatedRadio(std::shared_ptr<AirState> air) : air_(std::move(air)) {}
+
+  std::u16string GetDeviceSelector(platform::WiFiDirectDeviceSelectorType type) override {
+    air_->faults.Enter(Call::kGetDeviceSelector);
+    return type == platform::WiFiDirectDeviceSelectorType::AssociationEndpoint
+               ? kAssociationEndpoints
+               : u"simulated:device-interfaces";
+  }
+
+  std::shared_ptr<platform::DeviceWatcher> CreateWatcher(
+      const std::u16string& selector,
+      const std::vector<std::u16string>& additionalProperties) override {
+    if (selector != kAssociationEndpoints ||
+        additionalProperties != std::vector<std::u16string>{kKnownProperty}) {
+      throw platform::Error(platform::kErrorInvalidArgument, u"The parameter is incorrect.");
+    }
+    if (!air_->faults.Enter(Call::kCreateWatcher)) {
+      return nullptr;
+    }
+    auto watcher = std::make_shared<SimulatedWatcher>(air_);
+    air_->Register(watcher);
+    return watcher;
+  }
+
+  std::shared_ptr<platform::WiFiDirectConnectionParameters> CreateConnectionParameters() override {
+    air_->faults.Enter(Call::kCreateConnectionParameters);
+    return std::make_shared<SimulatedParameters>(air_);
+  }
+
+  std::shared_ptr<platform::WiFiDirectDevice> FromIdAsync(const std::u16string& deviceId) override {
+    return Open(air_, deviceId);
+  }
+
+ private:
+  const std::shared_ptr<AirState> air_;
+};
 
 }  // namespace
 
-Air::Air(std::shared_ptr<platform::System> owner, std::shared_ptr<events::Threads> threads,
+void PeerHandle::Do(Act act, std::u16string newName) const {
+  air_->Do(index_, act, std::move(newName));
+}
+bool PeerHandle::IsPaired() const { return air_->StateOf(index_).peer.paired; }
+unsigned PeerHandle::Pairings() const { return air_->StateOf(index_).pairings; }
+unsigned PeerHandle::OpenRequests() const { return air_->StateOf(index_).openRequests; }
+unsigned PeerHandle::LinksOpened() const { return air_->StateOf(index_).linksOpened; }
+PairingRequest PeerHandle::LatestPairing() const { return air_->StateOf(index_).latestPairing; }
+std::string PeerHandle::Id() const { return platform::Utf16ToUtf8(air_->StateOf(index_).peer.id); }
+unsigned PeerHandle::LinksUp() const {
+  const auto devices = air_->LinksOf(index_);
+  return static_cast<unsigned>(std::count_if(devices.begin(), devices.end(),
+                                             [](const auto& device) { return device->IsUp(); }));
+}
+
+Air::Air(std::shared_ptr<platform::System> system, std::shared_ptr<events::Threads> threads,
          Habits habits, std::uint64_t seed)
-    : system(std::move(owner)),
-      faults(seed),
-      hangsReleased_(system->CreateManualResetEvent(false)),
-      random_(seed),
-      habits_(habits),
-      courier(system, threads),
-      agenda(system, *threads) {}
+    : air_(std::make_shared<AirState>(std::move(system), std::move(threads), habits, seed)) {}
 
-std::size_t Air::Add(Peer peer) {
-  std::vector<ScriptStep> script;
-  std::size_t index = 0;
-  {
-    const std::lock_guard lock(mutex_);
-    index = peers_.size();
-    if (peer.id.empty()) {
-      char id[] = "WiFiDirect#02:00:00:00:00:00";
-      std::snprintf(id, sizeof id, "WiFiDirect#02:00:00:00:%02zx:%02zx", index / 256 % 256,
-                    index % 256);
-      peer.id = platform::Utf8ToUtf16(id);
-    }
-    script = peer.script;
-    peers_.push_back({.peer = std::move(peer)});
-  }
-  for (const ScriptStep& step : script) {
-    agenda.After(step.atMs, [self = weak_from_this(), index, step] {
-      if (const auto air = self.lock()) {
-        air->Do(index, step.act, step.newName);
-      }
-    });
-  }
-  if (StateOf(index).peer.present) {
-    Announce(index, &SimulatedWatcher::PeerAppeared);
-  }
-  return index;
+Air::~Air() = default;
+
+std::shared_ptr<platform::WiFiDirect> Air::Radio() const {
+  return std::make_shared<SimulatedRadio>(air_);
 }
 
-void Air::Do(std::size_t index, Act act, std::u16string newName) {
-  switch (act) {
-    case Act::kAppear:
-      if (!Update(index,
-                  [](PeerState& state) { return std::exchange(state.peer.present, true); })) {
-        Announce(index, &SimulatedWatcher::PeerAppeared);
-      }
-      break;
-    case Act::kDisappear:
-      if (Update(index,
-                 [](PeerState& state) { return std::exchange(state.peer.present, false); })) {
-        Announce(index, &SimulatedWatcher::PeerDisappeared);
-      }
-      break;
-    case Act::kRename:
-      Update(index, [&](PeerState& state) { state.peer.name = std::move(newName); });
-      Announce(index, &SimulatedWatcher::PeerRenamed);
-      break;
-    case Act::kGoSilent:
-      Update(index, [](PeerState& state) { state.silent = true; });
-      break;
-    case Act::kAnswer:
-      Update(index, [](PeerState& state) { state.silent = false; });
-      break;
-    case Act::kDropLink:
-      EndLinks(index, CurrentHabits().onDrop);
-      break;
-  }
+std::shared_ptr<platform::System> Air::System() const { return WithEcho(air_->system, air_); }
+
+PeerHandle Air::Add(Peer peer) { return {*air_, air_->Add(std::move(peer))}; }
+
+void Air::After(std::uint32_t delayMs, std::function<void()> action) {
+  air_->delayedActions.After(delayMs, std::move(action));
 }
 
-void Air::EndLinks(std::size_t index, LinkEnd how) {
-  for (const auto& device : DevicesOf(index)) {
-    device->EndLink(how, 0);
-  }
-}
-
-void Air::AbortWatchers() {
-  for (const auto& watcher : Watchers()) {
-    watcher->Abort();
-  }
-}
-
-Habits Air::CurrentHabits() const {
-  const std::lock_guard lock(mutex_);
-  return habits_;
-}
-
-void Air::SetHabits(const Habits& habits) {
-  const std::lock_guard lock(mutex_);
-  habits_ = habits;
-}
-
-PeerState Air::StateOf(std::size_t index) const {
-  const std::lock_guard lock(mutex_);
-  return peers_[index];
-}
-
-std::size_t Air::PeerCount() const {
-  const std::lock_guard lock(mutex_);
-  return peers_.size();
-}
-
-std::size_t Air::Find(const std::u16string& id) const {
-  const std::lock_guard lock(mutex_);
-  const auto found = std::find_if(peers_.begin(), peers_.end(),
-                                  [&id](const PeerState& state) { return state.peer.id == id; });
-  return static_cast<std::size_t>(found - peers_.begin());
-}
-
-void Air::Register(const std::shared_ptr<SimulatedWatcher>& watcher) {
-  const std::lock_guard lock(mutex_);
-  ForgetTheDead(watchers_);
-  watchers_.push_back(watcher);
-}
-
-void Air::Register(const std::shared_ptr<SimulatedDevice>& device) {
-  const std::lock_guard lock(mutex_);
-  ForgetTheDead(devices_);
-  devices_.push_back(device);
-}
-
-std::vector<std::shared_ptr<SimulatedWatcher>> Air::Watchers() const {
-  const std::lock_guard lock(mutex_);
-  return Alive(watchers_);
-}
-
-std::vector<std::shared_ptr<SimulatedDevice>> Air::DevicesOf(std::size_t index) const {
-  std::vector<std::shared_ptr<SimulatedDevice>> devices;
-  {
-    const std::lock_guard lock(mutex_);
-    devices = Alive(devices_);
-  }
-  std::erase_if(devices, [index](const auto& device) { return device->Index() != index; });
-  return devices;
-}
-
-void Air::Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::size_t)) {
-  for (const auto& watcher : Watchers()) {
-    (*watcher.*tell)(index);
-  }
-}
-
-std::pair<std::vector<Echo>, std::uint32_t> Air::EchoesFrom(const platform::Ipv4Address& address) {
-  for (std::size_t index = 0; index < PeerCount(); ++index) {
-    const auto remote = StateOf(index).peer.remoteAddress;
-    const auto devices = DevicesOf(index);
-    const bool isUp = std::ranges::any_of(devices, [](const auto& each) { return each->IsUp(); });
-    if (!isUp || !remote || system->ResolveHost(platform::Utf16ToUtf8(*remote)) != address) {
-      continue;
-    }
-    const std::lock_guard lock(mutex_);
-    PeerState& state = peers_[index];
-    const unsigned request = state.echoRequests++;
-    std::vector<Echo> echoes;
-    if (state.silent) {
-      echoes = {};
-    } else if (request < state.peer.echoes.size()) {
-      echoes = state.peer.echoes[request];
-    } else if (std::generate_canonical<double, 32>(random_) < state.peer.echoShare) {
-      echoes = {Echo::kReply};
-    }
-    return {echoes, state.peer.echoMs};
-  }
-  return {};
-}
-
-bool Air::Take(Outcome outcome, std::uint32_t durationMs) {
-  if (outcome == Outcome::kHangs || durationMs == kNever) {
-    hangsReleased_->Wait(platform::kWaitForever);
-    throw platform::CancelledError();
-  }
-  system->Sleep(durationMs);
-  if (outcome == Outcome::kFails) {
-    throw platform::Error(platform::kErrorFail, u"Unspecified error");
-  }
-  if (outcome == Outcome::kCancelled) {
-    throw platform::CancelledError();
-  }
-  return outcome == Outcome::kSucceeds;
-}
+void Air::SetHabits(const Habits& habits) { air_->SetHabits(habits); }
+Faults& Air::faults() { return air_->faults; }
+void Air::AbortWatchers() { air_->AbortWatchers(); }
+void Air::ReleaseHangs() { air_->ReleaseHangs(); }
+unsigned Air::LiveObjects() const { return air_->liveObjects; }
+unsigned Air::EscapedExceptions() const { return air_->escapedExceptions; }
 
 }  // namespace lanvoss::simulated

@@ -1,138 +1,98 @@
-// The state that the objects of one neighbourhood share: its devices, its platform's habits, and
-// the threads on which things happen. It lives as long as anything of it is held.
+// A simulated Wi-Fi Direct neighbourhood: the devices around, and the platform that sees them.
+//
+//   auto time = VirtualTime::Seeded(1);
+//   Air air(time, time);
+//   PeerHandle camera = air.Add({.name = u"Cam-7F21", .pairMs = 1200});
+//   air.After(5000, [&] { camera.DropLink(); });
+//   air.faults().FailNth(Call::kWatcherStart, 2);
+//   ... give air.Radio() to the library ...
+//
+// It is strict about the platform's rules: which status allows Start and Stop, events on threads
+// of its own, Stopped after Stop. Everything here may be called from any thread that takes part in
+// the System's time, from inside handlers too.
 #pragma once
 
-#include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
-#include <random>
 #include <string>
-#include <utility>
-#include <vector>
 
-#include "backends/events/agenda.h"
-#include "backends/events/courier.h"
 #include "backends/events/threads.h"
 #include "backends/simulated/faults.h"
-#include "backends/simulated/neighbourhood.h"
 #include "backends/simulated/peer.h"
 #include "platform/platform.h"
 
 namespace lanvoss::simulated {
 
-class SimulatedWatcher;
-class SimulatedDevice;
+class AirState;
 
-// A device of the neighbourhood as it is now.
-struct PeerState {
-  Peer peer;  // with its current name, presence and pairing
-  bool silent = false;
-  bool pairing = false;  // a ceremony is under way
-  unsigned pairings = 0;
-  unsigned openRequests = 0;
-  unsigned linksOpened = 0;
-  unsigned echoRequests = 0;
-  PairingRequest latestPairing = {};
+// The settings of the latest pairing with a device, as the platform received them.
+struct PairingRequest {
+  platform::DevicePairingKinds kinds = platform::DevicePairingKinds::None;
+  platform::DevicePairingProtectionLevel protection =
+      platform::DevicePairingProtectionLevel::Default;
+  std::int16_t groupOwnerIntent = -1;
+  platform::WiFiDirectPairingProcedure procedure = platform::WiFiDirectPairingProcedure::Invitation;
 };
 
-class Air : public std::enable_shared_from_this<Air> {
+// One device of a neighbourhood; a cheap copy, valid while the neighbourhood lives.
+class PeerHandle {
  public:
-  Air(std::shared_ptr<platform::System> owner, std::shared_ptr<events::Threads> threads,
-      Habits habits, std::uint64_t seed);
+  PeerHandle(AirState& air, std::size_t index) : air_(&air), index_(index) {}
 
-  // ---- What happens to the devices
-  std::size_t Add(Peer peer);
-  void Do(std::size_t index, Act act, std::u16string newName);
-  void AbortWatchers();
+  void Appear() const { Do(Act::kAppear); }
+  void Disappear() const { Do(Act::kDisappear); }
+  void Rename(std::u16string newName) const { Do(Act::kRename, std::move(newName)); }
+  void GoSilent() const { Do(Act::kGoSilent); }
+  void Answer() const { Do(Act::kAnswer); }
+  void DropLink() const { Do(Act::kDropLink); }
+  void Do(Act act, std::u16string newName = {}) const;
 
-  // ---- What the platform's objects need
-  // Copies, taken under the lock.
-  Habits CurrentHabits() const;
-  PeerState StateOf(std::size_t index) const;
-  std::size_t PeerCount() const;
-  // The index of the device with this id, or PeerCount().
-  std::size_t Find(const std::u16string& id) const;
-
-  // Changes a device's state under the lock; `change` must not call out.
-  template <typename Change>
-  auto Update(std::size_t index, Change change) {
-    const std::lock_guard lock(mutex_);
-    return change(peers_[index]);
-  }
-
-  void SetHabits(const Habits& habits);
-  void Register(const std::shared_ptr<SimulatedWatcher>& watcher);
-  void Register(const std::shared_ptr<SimulatedDevice>& device);
-  std::vector<std::shared_ptr<SimulatedDevice>> DevicesOf(std::size_t index) const;
-  void EndLinks(std::size_t index, LinkEnd how);
-
-  // Sends `handler(sender, args...)` to each subscriber, on a thread of the courier's. The sender
-  // and what the handlers hold are released on that thread.
-  template <typename Handlers, typename Invoke>
-  void Raise(const std::shared_ptr<events::Lane>& lane, Handlers handlers, Invoke invoke) {
-    const auto own = CurrentHabits().handlersOverlap ? nullptr : lane;
-    for (auto& handler : handlers) {
-      courier.Send(own, [air = shared_from_this(), handler = std::move(handler), invoke] {
-        try {
-          invoke(handler);
-        } catch (...) {
-          ++air->escapedExceptions;
-        }
-      });
-    }
-  }
-
-  // What comes back, and after how many milliseconds, for an echo request to that address.
-  std::pair<std::vector<Echo>, std::uint32_t> EchoesFrom(const platform::Ipv4Address& address);
-
-  // Blocks as an operation does that ends with `outcome`. True: it succeeds; false: it returns
-  // none. The other outcomes raise.
-  bool Take(Outcome outcome, std::uint32_t durationMs);
-
-  void ReleaseHangs() { hangsReleased_->Set(); }
-
-  const std::shared_ptr<platform::System> system;
-  Faults faults;
-  std::atomic<unsigned> escapedExceptions = 0;  // exceptions that left a handler
-  std::atomic<unsigned> liveObjects = 0;        // platform objects that somebody holds
+  bool IsPaired() const;
+  unsigned Pairings() const;      // pairings begun
+  unsigned OpenRequests() const;  // open requests begun
+  unsigned LinksOpened() const;   // open requests that gave a link
+  unsigned LinksUp() const;       // links to it that are up now
+  PairingRequest LatestPairing() const;
+  std::string Id() const;  // in UTF-8
 
  private:
-  void Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::size_t));
-  std::vector<std::shared_ptr<SimulatedWatcher>> Watchers() const;
-
-  const std::unique_ptr<platform::Event> hangsReleased_;
-
-  mutable std::mutex mutex_;  // guards everything down to the threads
-  std::mt19937_64 random_;    // which echoes are answered
-  Habits habits_;
-  std::vector<PeerState> peers_;
-  std::vector<std::weak_ptr<SimulatedWatcher>> watchers_;
-  std::vector<std::weak_ptr<SimulatedDevice>> devices_;
-
- public:
-  // Last, so that their threads end before the rest goes.
-  events::Courier courier;
-  events::Agenda agenda;
+  AirState* air_;
+  std::size_t index_;
 };
 
-// What the `begun`-th request, counted from 1, comes to; success when the list is used up.
-inline Outcome NextOutcome(const std::vector<Outcome>& outcomes, unsigned begun) {
-  return begun <= outcomes.size() ? outcomes[begun - 1] : Outcome::kSucceeds;
-}
-
-// Counts a platform object while it lives.
-class Counted {
+class Air {
  public:
-  explicit Counted(std::shared_ptr<Air> owner) : air(std::move(owner)) { ++air->liveObjects; }
-  ~Counted() { --air->liveObjects; }
-  Counted(const Counted&) = delete;
-  Counted& operator=(const Counted&) = delete;
+  // `seed` decides the faults that come by chance and the echoes that are answered.
+  Air(std::shared_ptr<platform::System> system, std::shared_ptr<events::Threads> threads,
+      Habits habits = {}, std::uint64_t seed = 1);
+  // The neighbourhood itself lives, and its script runs, as long as this or anything of its radio
+  // is held.
+  ~Air();
 
- protected:
-  const std::shared_ptr<Air> air;
+  // What the library is given: the radio, and the system beneath with its echo requests led to the
+  // devices of this neighbourhood.
+  std::shared_ptr<platform::WiFiDirect> Radio() const;
+  std::shared_ptr<platform::System> System() const;
+
+  PeerHandle Add(Peer peer);
+  // Runs `action` on a thread of the neighbourhood's; it must not block.
+  void After(std::uint32_t delayMs, std::function<void()> action);
+  void SetHabits(const Habits& habits);
+  Faults& faults();
+
+  // Every watcher that runs ends as Aborted, with a stopped event.
+  void AbortWatchers();
+  // Ends every pairing and open request that hangs; from now on none hangs.
+  void ReleaseHangs();
+
+  // Platform objects that somebody still holds; 0 when nothing has leaked.
+  unsigned LiveObjects() const;
+  // Exceptions that left an event handler, which a platform reports and survives.
+  unsigned EscapedExceptions() const;
+
+ private:
+  std::shared_ptr<AirState> air_;
 };
 
 }  // namespace lanvoss::simulated

@@ -107,7 +107,7 @@ struct Mailbox {
 
 class SimulatedIcmpSocket final : public platform::IcmpSocket {
  public:
-  explicit SimulatedIcmpSocket(std::shared_ptr<Air> air)
+  explicit SimulatedIcmpSocket(std::shared_ptr<AirState> air)
       : air_(std::move(air)), mailbox_(std::make_shared<Mailbox>(*air_->system)) {}
 
   void SetTimeouts(std::uint32_t receiveMs, std::uint32_t /*sendMs*/) override {
@@ -124,10 +124,10 @@ class SimulatedIcmpSocket final : public platform::IcmpSocket {
     const auto [echoes, delayMs] = air_->EchoesFrom(destination);
     for (const Echo echo : echoes) {
       const std::uint32_t lateMs = echo == Echo::kLateReply ? kLateMs : 0;
-      air_->agenda.After(delayMs + lateMs,
-                         [mailbox = mailbox_, answer = Answer(echo, destination, message)] {
-                           mailbox->Put(answer);
-                         });
+      air_->delayedActions.After(delayMs + lateMs,
+                                 [mailbox = mailbox_, answer = Answer(echo, destination, message)] {
+                                   mailbox->Put(answer);
+                                 });
     }
   }
 
@@ -150,38 +150,38 @@ class SimulatedIcmpSocket final : public platform::IcmpSocket {
   }
 
  private:
-  const std::shared_ptr<Air> air_;
+  const std::shared_ptr<AirState> air_;
   const std::shared_ptr<Mailbox> mailbox_;
   std::uint32_t receiveMs_ = platform::kWaitForever;
 };
 
 class EchoSystem final : public platform::SystemOver {
  public:
-  EchoSystem(std::shared_ptr<platform::System> beneath, std::shared_ptr<Air> air)
+  EchoSystem(std::shared_ptr<platform::System> beneath, std::shared_ptr<AirState> air)
       : SystemOver(std::move(beneath)), air_(std::move(air)) {}
 
   std::unique_ptr<platform::IcmpSocket> OpenIcmpSocket() override {
     if (!air_->CurrentHabits().simulatesEcho) {
       return SystemOver::OpenIcmpSocket();
     }
-    if (!air_->faults.Pass(Call::kOpenIcmpSocket)) {
+    if (!air_->faults.Enter(Call::kOpenIcmpSocket)) {
       return nullptr;
     }
     return std::make_unique<SimulatedIcmpSocket>(air_);
   }
 
   platform::File OpenFile(const std::string& path, platform::FileUse use) override {
-    return air_->faults.Pass(Call::kOpenFile) ? SystemOver::OpenFile(path, use) : nullptr;
+    return air_->faults.Enter(Call::kOpenFile) ? SystemOver::OpenFile(path, use) : nullptr;
   }
 
  private:
-  const std::shared_ptr<Air> air_;
+  const std::shared_ptr<AirState> air_;
 };
 
 }  // namespace
 
 std::shared_ptr<platform::System> WithEcho(std::shared_ptr<platform::System> beneath,
-                                           std::shared_ptr<Air> air) {
+                                           std::shared_ptr<AirState> air) {
   return std::make_shared<EchoSystem>(std::move(beneath), std::move(air));
 }
 

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "backends/simulated/air.h"
+#include "backends/simulated/air_state.h"
 #include "platform/system.h"
 
 namespace lanvoss::simulated {
@@ -11,6 +11,6 @@ namespace lanvoss::simulated {
 // The system beneath, but its ICMP sockets lead to the devices of `air`, unless the platform's
 // habits leave them to the system.
 std::shared_ptr<platform::System> WithEcho(std::shared_ptr<platform::System> beneath,
-                                           std::shared_ptr<Air> air);
+                                           std::shared_ptr<AirState> air);
 
 }  // namespace lanvoss::simulated

@@ -67,7 +67,7 @@ unsigned Faults::Failures() const {
   return failures_;
 }
 
-bool Faults::Pass(Call call) {
+bool Faults::Enter(Call call) {
   std::function<void()> hook;
   {
     const std::lock_guard lock(mutex_);

@@ -87,7 +87,7 @@ class Faults {
 
   // Made by the simulation at the start of each call. Raises the failure that is due; false: the
   // call has to return none.
-  bool Pass(Call call);
+  bool Enter(Call call);
 
  private:
   struct Order {

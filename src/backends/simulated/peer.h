@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "backends/events/agenda.h"
+#include "backends/events/delayed_actions.h"
 #include "platform/wifi_direct.h"
 
 namespace lanvoss::simulated {
@@ -23,7 +23,7 @@ enum class Outcome {
   kNone,       // an open request returns no device; a pairing ends as NotPaired
   kFails,      // raises a platform error
   kCancelled,  // raises the platform's cancellation
-  kHangs,      // does not end before Neighbourhood::ReleaseHangs, and then as cancelled
+  kHangs,      // does not end before Air::ReleaseHangs, and then as cancelled
 };
 
 // What comes back for an echo request.

@@ -3,13 +3,13 @@
 #include <utility>
 
 #include "backends/events/threads.h"
-#include "backends/simulated/neighbourhood.h"
+#include "backends/simulated/air.h"
 
 namespace lanvoss::simulated {
 
 platform::Platform CreatePlatform(std::shared_ptr<platform::System> system,
                                   const Scenario& scenario) {
-  Neighbourhood air(std::move(system), events::RealThreads(), scenario.habits, scenario.seed);
+  Air air(std::move(system), events::RealThreads(), scenario.habits, scenario.seed);
   for (const Peer& peer : scenario.peers) {
     air.Add(peer);
   }

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "backends/simulated/simulated_device.h"
+#include "backends/simulated/simulated_link.h"
 
 namespace lanvoss::simulated {
 namespace {
@@ -22,7 +22,7 @@ class Ceremony final : public platform::DevicePairingRequestedEventArgs, public 
     std::atomic<bool> accepted = false;
   };
 
-  Ceremony(std::shared_ptr<Air> owner, platform::DevicePairingKinds kind,
+  Ceremony(std::shared_ptr<AirState> owner, platform::DevicePairingKinds kind,
            std::shared_ptr<Answer> answer)
       : Counted(std::move(owner)),
         kind_(kind),
@@ -30,22 +30,22 @@ class Ceremony final : public platform::DevicePairingRequestedEventArgs, public 
         open_(OpenUntilHeld()) {}
 
   platform::DevicePairingKinds PairingKind() override {
-    air->faults.Pass(Call::kPairingKind);
+    air->faults.Enter(Call::kPairingKind);
     return kind_;
   }
   std::shared_ptr<platform::Deferral> GetDeferral() override {
-    air->faults.Pass(Call::kGetDeferral);
+    air->faults.Enter(Call::kGetDeferral);
     return open_;
   }
   void Accept() override {
-    air->faults.Pass(Call::kAccept);
+    air->faults.Enter(Call::kAccept);
     answer_->accepted = true;
   }
 
  private:
   class Holder final : public platform::Deferral, public Counted {
    public:
-    Holder(std::shared_ptr<Air> owner, std::shared_ptr<Answer> answer)
+    Holder(std::shared_ptr<AirState> owner, std::shared_ptr<Answer> answer)
         : Counted(std::move(owner)), answer_(std::move(answer)) {}
     ~Holder() override { answer_->given->Set(); }
 
@@ -61,11 +61,11 @@ class Ceremony final : public platform::DevicePairingRequestedEventArgs, public 
 
 class SimulatedPairingResult final : public platform::DevicePairingResult, public Counted {
  public:
-  SimulatedPairingResult(std::shared_ptr<Air> owner, DevicePairingResultStatus status)
+  SimulatedPairingResult(std::shared_ptr<AirState> owner, DevicePairingResultStatus status)
       : Counted(std::move(owner)), status_(status) {}
 
   DevicePairingResultStatus Status() override {
-    air->faults.Pass(Call::kPairingStatus);
+    air->faults.Enter(Call::kPairingStatus);
     return status_;
   }
 
@@ -76,41 +76,42 @@ class SimulatedPairingResult final : public platform::DevicePairingResult, publi
 }  // namespace
 
 std::u16string SimulatedInformation::Id() {
-  air->faults.Pass(Call::kInformationId);
+  air->faults.Enter(Call::kInformationId);
   return id_;
 }
 
 std::u16string SimulatedInformation::Name() {
-  air->faults.Pass(Call::kInformationName);
+  air->faults.Enter(Call::kInformationName);
   return name_;
 }
 
 std::shared_ptr<platform::DeviceInformationPairing> SimulatedInformation::Pairing() {
-  if (!air->faults.Pass(Call::kInformationPairing) || !air->StateOf(index_).peer.hasPairingObject) {
+  if (!air->faults.Enter(Call::kInformationPairing) ||
+      !air->StateOf(index_).peer.hasPairingObject) {
     return nullptr;
   }
   return std::make_shared<SimulatedPairing>(air, index_);
 }
 
 std::u16string SimulatedInformationUpdate::Id() {
-  air->faults.Pass(Call::kUpdateId);
+  air->faults.Enter(Call::kUpdateId);
   return id_;
 }
 
 bool SimulatedPairing::IsPaired() {
-  air->faults.Pass(Call::kIsPaired);
+  air->faults.Enter(Call::kIsPaired);
   return air->StateOf(index_).peer.paired;
 }
 
 std::shared_ptr<platform::DeviceInformationCustomPairing> SimulatedPairing::Custom() {
-  air->faults.Pass(Call::kCustomPairing);
+  air->faults.Enter(Call::kCustomPairing);
   return std::make_shared<SimulatedCustomPairing>(air, index_);
 }
 
 void SimulatedPairing::UnpairAsync() {
-  air->faults.Pass(Call::kUnpairAsync);
+  air->faults.Enter(Call::kUnpairAsync);
   const std::uint32_t unpairMs = air->StateOf(index_).peer.unpairMs;
-  air->agenda.After(unpairMs, [self = air->weak_from_this(), index = index_] {
+  air->delayedActions.After(unpairMs, [self = air->weak_from_this(), index = index_] {
     if (const auto owner = self.lock()) {
       owner->Update(index, [](PeerState& state) { state.peer.paired = false; });
       owner->EndLinks(index, owner->CurrentHabits().onUnpair);
@@ -119,7 +120,7 @@ void SimulatedPairing::UnpairAsync() {
 }
 
 platform::EventToken SimulatedCustomPairing::PairingRequested(PairingRequestedHandler handler) {
-  air->faults.Pass(Call::kPairingRequestedSubscribe);
+  air->faults.Enter(Call::kPairingRequestedSubscribe);
   const std::lock_guard lock(mutex_);
   return requested_.Subscribe(std::move(handler));
 }
@@ -127,7 +128,7 @@ platform::EventToken SimulatedCustomPairing::PairingRequested(PairingRequestedHa
 std::shared_ptr<platform::DevicePairingResult> SimulatedCustomPairing::PairAsync(
     platform::DevicePairingKinds kinds, platform::DevicePairingProtectionLevel minProtectionLevel,
     std::shared_ptr<platform::WiFiDirectConnectionParameters> settings) {
-  air->faults.Pass(Call::kPairAsync);
+  air->faults.Enter(Call::kPairAsync);
   air->Update(index_, [&](PeerState& state) {
     state.latestPairing.kinds = kinds;
     state.latestPairing.protection = minProtectionLevel;
@@ -170,7 +171,7 @@ DevicePairingResultStatus SimulatedCustomPairing::RunCeremony() {
     return DevicePairingResultStatus::RejectedByHandler;
   }
   const std::uint32_t rest = state.peer.pairMs > kAskAfterMs ? state.peer.pairMs - kAskAfterMs : 0;
-  if (!air->Take(NextOutcome(state.peer.pairings, state.pairings), rest)) {
+  if (!air->CompleteAs(NextOutcome(state.peer.pairings, state.pairings), rest)) {
     return DevicePairingResultStatus::NotPaired;
   }
   const bool paired = state.peer.pairingStatus == DevicePairingResultStatus::Paired ||
@@ -185,7 +186,7 @@ bool SimulatedCustomPairing::AskHandlers(platform::DevicePairingKinds ceremony) 
   {
     const auto args = std::make_shared<Ceremony>(air, ceremony, answer);
     const std::lock_guard lock(mutex_);
-    air->Raise(lane_, requested_.Subscribers(),
+    air->Raise(queue_, requested_.Subscribers(),
                [self = shared_from_this(), args](const PairingRequestedHandler& handler) {
                  handler(*self, *args);
                });
@@ -195,14 +196,14 @@ bool SimulatedCustomPairing::AskHandlers(platform::DevicePairingKinds ceremony) 
 }
 
 void SimulatedParameters::GroupOwnerIntent(std::int16_t intent) {
-  air->faults.Pass(Call::kGroupOwnerIntent);
+  air->faults.Enter(Call::kGroupOwnerIntent);
   const std::lock_guard lock(mutex_);
   intent_ = intent;
 }
 
 void SimulatedParameters::PreferredPairingProcedure(
     platform::WiFiDirectPairingProcedure procedure) {
-  air->faults.Pass(Call::kPreferredPairingProcedure);
+  air->faults.Enter(Call::kPreferredPairingProcedure);
   const std::lock_guard lock(mutex_);
   procedure_ = procedure;
 }

@@ -8,14 +8,14 @@
 #include <utility>
 
 #include "backends/events/event_source.h"
-#include "backends/simulated/air.h"
+#include "backends/simulated/air_state.h"
 
 namespace lanvoss::simulated {
 
 // A device as it was when it was reported; its pairing is as it is now.
 class SimulatedInformation final : public platform::DeviceInformation, public Counted {
  public:
-  SimulatedInformation(std::shared_ptr<Air> owner, std::size_t index, const Peer& peer)
+  SimulatedInformation(std::shared_ptr<AirState> owner, std::size_t index, const Peer& peer)
       : Counted(std::move(owner)), index_(index), id_(peer.id), name_(peer.name) {}
 
   std::u16string Id() override;
@@ -30,7 +30,7 @@ class SimulatedInformation final : public platform::DeviceInformation, public Co
 
 class SimulatedInformationUpdate final : public platform::DeviceInformationUpdate, public Counted {
  public:
-  SimulatedInformationUpdate(std::shared_ptr<Air> owner, std::u16string id)
+  SimulatedInformationUpdate(std::shared_ptr<AirState> owner, std::u16string id)
       : Counted(std::move(owner)), id_(std::move(id)) {}
 
   std::u16string Id() override;
@@ -41,7 +41,7 @@ class SimulatedInformationUpdate final : public platform::DeviceInformationUpdat
 
 class SimulatedPairing final : public platform::DeviceInformationPairing, public Counted {
  public:
-  SimulatedPairing(std::shared_ptr<Air> owner, std::size_t index)
+  SimulatedPairing(std::shared_ptr<AirState> owner, std::size_t index)
       : Counted(std::move(owner)), index_(index) {}
 
   bool IsPaired() override;
@@ -56,8 +56,8 @@ class SimulatedCustomPairing final : public platform::DeviceInformationCustomPai
                                      public Counted,
                                      public std::enable_shared_from_this<SimulatedCustomPairing> {
  public:
-  SimulatedCustomPairing(std::shared_ptr<Air> owner, std::size_t index)
-      : Counted(std::move(owner)), index_(index), lane_(air->courier.NewLane()) {}
+  SimulatedCustomPairing(std::shared_ptr<AirState> owner, std::size_t index)
+      : Counted(std::move(owner)), index_(index), queue_(air->dispatcher.NewQueue()) {}
 
   platform::EventToken PairingRequested(PairingRequestedHandler handler) override;
   std::shared_ptr<platform::DevicePairingResult> PairAsync(
@@ -70,7 +70,7 @@ class SimulatedCustomPairing final : public platform::DeviceInformationCustomPai
   bool AskHandlers(platform::DevicePairingKinds ceremony);
 
   const std::size_t index_;
-  const std::shared_ptr<events::Lane> lane_;
+  const std::shared_ptr<events::EventQueue> queue_;
 
   std::mutex mutex_;  // guards everything below
   events::EventSource<PairingRequestedHandler> requested_;
@@ -78,7 +78,7 @@ class SimulatedCustomPairing final : public platform::DeviceInformationCustomPai
 
 class SimulatedParameters final : public platform::WiFiDirectConnectionParameters, public Counted {
  public:
-  explicit SimulatedParameters(std::shared_ptr<Air> owner) : Counted(std::move(owner)) {}
+  explicit SimulatedParameters(std::shared_ptr<AirState> owner) : Counted(std::move(owner)) {}
 
   void GroupOwnerIntent(std::int16_t intent) override;
   void PreferredPairingProcedure(platform::WiFiDirectPairingProcedure procedure) override;

@@ -16,17 +16,17 @@ using Status = platform::DeviceWatcherStatus;
 
 }  // namespace
 
-SimulatedWatcher::SimulatedWatcher(std::shared_ptr<Air> owner)
-    : Counted(std::move(owner)), lane_(air->courier.NewLane()) {}
+SimulatedWatcher::SimulatedWatcher(std::shared_ptr<AirState> owner)
+    : Counted(std::move(owner)), queue_(air->dispatcher.NewQueue()) {}
 
 platform::DeviceWatcherStatus SimulatedWatcher::Status() {
-  air->faults.Pass(Call::kWatcherStatus);
+  air->faults.Enter(Call::kWatcherStatus);
   const std::lock_guard lock(mutex_);
   return status_;
 }
 
 void SimulatedWatcher::Start() {
-  air->faults.Pass(Call::kWatcherStart);
+  air->faults.Enter(Call::kWatcherStart);
   const std::uint32_t ignoredStarts = air->CurrentHabits().ignoredStarts;
   {
     const std::lock_guard lock(mutex_);
@@ -61,7 +61,7 @@ void SimulatedWatcher::CompletePass() {
 }
 
 void SimulatedWatcher::Stop() {
-  air->faults.Pass(Call::kWatcherStop);
+  air->faults.Enter(Call::kWatcherStop);
   const Habits habits = air->CurrentHabits();
   {
     const std::lock_guard lock(mutex_);
@@ -99,7 +99,7 @@ void SimulatedWatcher::Later(std::uint32_t delayMs, std::function<void(Simulated
     const std::lock_guard lock(mutex_);
     pass = pass_;
   }
-  air->agenda.After(delayMs, [self = weak_from_this(), pass, step = std::move(step)] {
+  air->delayedActions.After(delayMs, [self = weak_from_this(), pass, step = std::move(step)] {
     const auto watcher = self.lock();
     if (watcher == nullptr) {
       return;
@@ -142,12 +142,12 @@ void SimulatedWatcher::Report(std::size_t index) {
     return;
   }
   const auto info = std::make_shared<SimulatedInformation>(air, index, peer);
-  air->Raise(lane_, added_.Subscribers(),
+  air->Raise(queue_, added_.Subscribers(),
              [self, info](const AddedHandler& handler) { handler(*self, info); });
 }
 
 void SimulatedWatcher::RaisePlain(const events::EventSource<PassHandler>& source) {
-  air->Raise(lane_, source.Subscribers(),
+  air->Raise(queue_, source.Subscribers(),
              [self = shared_from_this()](const PassHandler& handler) { handler(*self); });
 }
 
@@ -155,7 +155,7 @@ void SimulatedWatcher::RaiseUpdate(const events::EventSource<UpdateHandler>& sou
                                    std::size_t index) {
   const auto update =
       std::make_shared<SimulatedInformationUpdate>(air, air->StateOf(index).peer.id);
-  air->Raise(lane_, source.Subscribers(),
+  air->Raise(queue_, source.Subscribers(),
              [self = shared_from_this(), update](const UpdateHandler& handler) {
                handler(*self, *update);
              });

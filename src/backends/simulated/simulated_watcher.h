@@ -8,7 +8,7 @@
 #include <set>
 
 #include "backends/events/watcher_base.h"
-#include "backends/simulated/air.h"
+#include "backends/simulated/air_state.h"
 
 namespace lanvoss::simulated {
 
@@ -16,7 +16,7 @@ class SimulatedWatcher final : public events::WatcherBase,
                                public Counted,
                                public std::enable_shared_from_this<SimulatedWatcher> {
  public:
-  explicit SimulatedWatcher(std::shared_ptr<Air> owner);
+  explicit SimulatedWatcher(std::shared_ptr<AirState> owner);
 
   platform::DeviceWatcherStatus Status() override;
   void Start() override;
@@ -29,8 +29,8 @@ class SimulatedWatcher final : public events::WatcherBase,
   void Abort();
 
  private:
-  // Runs `step` on the agenda's thread after a delay, unless another pass has begun or the watcher
-  // is gone by then.
+  // Runs `step` on the thread of the delayed actions after a delay, unless another pass has begun
+  // or the watcher is gone by then.
   void Later(std::uint32_t delayMs, std::function<void(SimulatedWatcher&)> step);
   void CompletePass();
   void FinishStop();
@@ -42,10 +42,10 @@ class SimulatedWatcher final : public events::WatcherBase,
     return status_ == platform::DeviceWatcherStatus::Started ||
            status_ == platform::DeviceWatcherStatus::EnumerationCompleted;
   }
-  void BeforeSubscription() override { air->faults.Pass(Call::kWatcherSubscribe); }
-  void BeforeRevocation() override { air->faults.Pass(Call::kWatcherRevoke); }
+  void BeforeSubscription() override { air->faults.Enter(Call::kWatcherSubscribe); }
+  void BeforeRevocation() override { air->faults.Enter(Call::kWatcherRevoke); }
 
-  const std::shared_ptr<events::Lane> lane_;
+  const std::shared_ptr<events::EventQueue> queue_;
 
   // Guarded by the base's lock.
   platform::DeviceWatcherStatus status_ = platform::DeviceWatcherStatus::Created;

@@ -34,34 +34,37 @@ bool MayLook() {
   return access(kControlDirectory, F_OK) != 0 || access(kControlDirectory, R_OK | X_OK) == 0;
 }
 
-Lack LackOf(const std::string& socketPath) {
+AdapterProblem ProblemOf(const std::string& socketPath) {
   std::string status;
   try {
     status = Ask(socketPath, "STATUS");
   } catch (const platform::Error&) {
-    return access(socketPath.c_str(), W_OK) == 0 ? Lack::kControl : Lack::kRight;
+    return access(socketPath.c_str(), W_OK) == 0 ? AdapterProblem::kControl
+                                                 : AdapterProblem::kRight;
   }
   if (LineOf(status, "p2p_device_address").empty()) {
-    return Lack::kPeerToPeer;
+    return AdapterProblem::kPeerToPeer;
   }
-  return LineOf(status, "wpa_state") == "INTERFACE_DISABLED" ? Lack::kSwitchedOn : Lack::kNothing;
+  return LineOf(status, "wpa_state") == "INTERFACE_DISABLED" ? AdapterProblem::kSwitchedOn
+                                                             : AdapterProblem::kNothing;
 }
 
 }  // namespace
 
 Adapter LookForAdapter(const std::string& interface) {
   if (!MayLook()) {
-    return {.lack = Lack::kRight};
+    return {.problem = AdapterProblem::kRight};
   }
   const std::vector<std::string> names = SocketNames();
-  Adapter best{.lack = names.empty() ? Lack::kControl : Lack::kInterface, .name = interface};
+  Adapter best{.problem = names.empty() ? AdapterProblem::kControl : AdapterProblem::kInterface,
+               .name = interface};
   for (const std::string& name : names) {
     if (!interface.empty() && name != interface && name != kDevicePrefix + interface) {
       continue;
     }
     const std::string path = fs::path(kControlDirectory) / name;
-    best = {.lack = LackOf(path), .name = name, .socketPath = path};
-    if (best.lack == Lack::kNothing) {
+    best = {.problem = ProblemOf(path), .name = name, .socketPath = path};
+    if (best.problem == AdapterProblem::kNothing) {
       break;
     }
   }
@@ -70,18 +73,18 @@ Adapter LookForAdapter(const std::string& interface) {
 
 std::string Explain(const Adapter& adapter) {
   const std::string directory = kControlDirectory;
-  switch (adapter.lack) {
-    case Lack::kNothing:
+  switch (adapter.problem) {
+    case AdapterProblem::kNothing:
       return adapter.name + " is ready for Wi-Fi Direct";
-    case Lack::kControl:
+    case AdapterProblem::kControl:
       return "no wpa_supplicant answers in " + directory;
-    case Lack::kRight:
+    case AdapterProblem::kRight:
       return "this user may not speak to the wpa_supplicant in " + directory;
-    case Lack::kInterface:
+    case AdapterProblem::kInterface:
       return "the wpa_supplicant in " + directory + " has no interface " + adapter.name;
-    case Lack::kPeerToPeer:
+    case AdapterProblem::kPeerToPeer:
       return adapter.name + " has no Wi-Fi Direct, or it is disabled";
-    case Lack::kSwitchedOn:
+    case AdapterProblem::kSwitchedOn:
       return "the radio of " + adapter.name + " is switched off";
   }
   return {};

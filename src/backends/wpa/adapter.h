@@ -12,7 +12,7 @@ inline constexpr char kControlDirectory[] = "/run/wpa_supplicant";
 inline constexpr char kDevicePrefix[] = "p2p-dev-";
 
 // What can be in the way of using an adapter.
-enum class Lack {
+enum class AdapterProblem {
   kNothing,
   kControl,     // nobody has a control socket in the directory
   kRight,       // this user may not speak to it
@@ -22,7 +22,7 @@ enum class Lack {
 };
 
 struct Adapter {
-  Lack lack = Lack::kNothing;
+  AdapterProblem problem = AdapterProblem::kNothing;
   std::string name = {};  // of the interface, where it got that far
   std::string socketPath = {};
 };

@@ -42,19 +42,19 @@ Finding ExamineProgram(const std::string& program, const std::string& package,
 }
 
 std::string RemedyFor(const Adapter& adapter) {
-  switch (adapter.lack) {
-    case Lack::kNothing:
+  switch (adapter.problem) {
+    case AdapterProblem::kNothing:
       return {};
-    case Lack::kControl:
-    case Lack::kInterface:
+    case AdapterProblem::kControl:
+    case AdapterProblem::kInterface:
       return "sudo wpa_supplicant -B -D nl80211 -i " +
              (adapter.name.empty() ? "wlan0" : adapter.name) +
              " -c /etc/wpa_supplicant/wpa_supplicant.conf";
-    case Lack::kRight:
+    case AdapterProblem::kRight:
       return "sudo usermod --append --groups netdev \"$USER\", and log in again";
-    case Lack::kPeerToPeer:
+    case AdapterProblem::kPeerToPeer:
       return "iw list | grep P2P, which tells whether another adapter can";
-    case Lack::kSwitchedOn:
+    case AdapterProblem::kSwitchedOn:
       return "sudo rfkill unblock wifi";
   }
   return {};
@@ -86,10 +86,10 @@ std::vector<platform::Finding> Examine(const std::string& interface) {
       ExamineProgram("dnsmasq", "dnsmasq-base", "for devices that ask for addresses by DHCP"),
       ExamineProgram("udhcpc", "udhcpc", "for devices that give addresses by DHCP")};
   const Adapter adapter = LookForAdapter(interface);
-  findings.push_back({.isFine = adapter.lack == Lack::kNothing,
+  findings.push_back({.isFine = adapter.problem == AdapterProblem::kNothing,
                       .what = Explain(adapter),
                       .remedy = RemedyFor(adapter)});
-  if (adapter.lack == Lack::kNothing) {
+  if (adapter.problem == AdapterProblem::kNothing) {
     findings.push_back(ExamineGroups(adapter));
     findings.push_back(ExamineMemory(adapter));
   }

@@ -22,7 +22,7 @@ Supplicant::Supplicant(std::string socketPath, Listener listener)
       listener_(std::move(listener)),
       end_(eventfd(0, EFD_CLOEXEC)) {
   try {
-    hearing_ = std::thread([this, events = Attach()]() mutable { HearAll(std::move(events)); });
+    receiver_ = std::thread([this, events = Attach()]() mutable { ReceiveAll(std::move(events)); });
   } catch (...) {
     close(end_);
     throw;
@@ -32,7 +32,7 @@ Supplicant::Supplicant(std::string socketPath, Listener listener)
 Supplicant::~Supplicant() {
   const std::uint64_t one = 1;
   static_cast<void>(write(end_, &one, sizeof one));
-  hearing_.join();
+  receiver_.join();
   close(end_);
 }
 
@@ -67,20 +67,20 @@ std::unique_ptr<ControlSocket> Supplicant::AttachAgain() const {
   return nullptr;
 }
 
-void Supplicant::HearAll(std::unique_ptr<ControlSocket> events) {
-  HearUntilGone(*events);
+void Supplicant::ReceiveAll(std::unique_ptr<ControlSocket> events) {
+  ReceiveUntilGone(*events);
   while (!IsEnding(0)) {
-    Tell({.name = kGoneEvent, .words = {}, .fields = {}});
+    Deliver({.name = kGoneEvent, .words = {}, .fields = {}});
     events = AttachAgain();
     if (events != nullptr) {
-      Tell({.name = kBackEvent, .words = {}, .fields = {}});
-      HearUntilGone(*events);
+      Deliver({.name = kBackEvent, .words = {}, .fields = {}});
+      ReceiveUntilGone(*events);
     }
   }
 }
 
 // A peer that is gone makes a datagram socket no sound, so silence has to be asked about.
-void Supplicant::HearUntilGone(ControlSocket& events) {
+void Supplicant::ReceiveUntilGone(ControlSocket& events) {
   bool asked = false;
   while (!IsEnding(0)) {
     const auto text = events.Receive(kSilenceMs, end_);
@@ -91,7 +91,7 @@ void Supplicant::HearUntilGone(ControlSocket& events) {
         return;
       }
       if (text->starts_with(kEventMark)) {
-        Tell(message);
+        Deliver(message);
       }
     } else if (asked) {
       return;
@@ -106,7 +106,7 @@ void Supplicant::HearUntilGone(ControlSocket& events) {
   }
 }
 
-void Supplicant::Tell(const Message& message) {
+void Supplicant::Deliver(const Message& message) {
   {
     const std::lock_guard lock(mutex_);
     for (Inbox* inbox : inboxes_) {

@@ -38,7 +38,7 @@ class Inbox;
 
 class Supplicant {
  public:
-  // Hears every event in order, on one thread of this object. It must not block.
+  // Receives every event in order, on one thread of this object. It must not block.
   using Listener = std::function<void(const Message&)>;
 
   // `socketPath`: the control socket on which the adapter's peer-to-peer commands are taken. Raises
@@ -60,9 +60,9 @@ class Supplicant {
   friend class Inbox;
   std::unique_ptr<ControlSocket> Attach() const;
   std::unique_ptr<ControlSocket> AttachAgain() const;
-  void HearAll(std::unique_ptr<ControlSocket> events);
-  void HearUntilGone(ControlSocket& events);
-  void Tell(const Message& message);
+  void ReceiveAll(std::unique_ptr<ControlSocket> events);
+  void ReceiveUntilGone(ControlSocket& events);
+  void Deliver(const Message& message);
   bool IsEnding(std::uint32_t withinMs) const;
 
   const std::string socketPath_;
@@ -70,7 +70,7 @@ class Supplicant {
   const int end_;     // readable when the thread has to end
   std::mutex mutex_;  // guards the list below
   std::vector<Inbox*> inboxes_;
-  std::thread hearing_;
+  std::thread receiver_;
 };
 
 // Collects the events from its making on, for one thread that waits for some of them.

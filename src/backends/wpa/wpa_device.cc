@@ -53,12 +53,14 @@ class WpaEndpointPairView final : public platform::EndpointPairView {
 
 }  // namespace
 
-WpaDevice::WpaDevice(std::shared_ptr<Station> station, Link link)
-    : station_(std::move(station)), link_(std::move(link)), lane_(station_->courier.NewLane()) {}
+WpaDevice::WpaDevice(std::shared_ptr<P2pAdapter> adapter, Link link)
+    : adapter_(std::move(adapter)),
+      link_(std::move(link)),
+      queue_(adapter_->dispatcher.NewQueue()) {}
 
 WpaDevice::~WpaDevice() {
   if (up_) {
-    station_->Close(link_.interface);
+    adapter_->Close(link_.interface);
   }
 }
 
@@ -81,15 +83,15 @@ std::shared_ptr<platform::EndpointPairView> WpaDevice::GetConnectionEndpointPair
   return std::make_shared<WpaEndpointPairView>(link_);
 }
 
-void WpaDevice::Close() { station_->Close(link_.interface); }
+void WpaDevice::Close() { adapter_->Close(link_.interface); }
 
 bool WpaDevice::End() {
   const std::lock_guard lock(mutex_);
   if (!std::exchange(up_, false)) {
     return false;
   }
-  station_->Raise(
-      lane_, statusChanged_.Subscribers(),
+  adapter_->Raise(
+      queue_, statusChanged_.Subscribers(),
       [self = shared_from_this()](
           const platform::PlainHandler<platform::WiFiDirectDevice>& handler) { handler(*self); });
   return true;

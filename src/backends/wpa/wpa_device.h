@@ -6,14 +6,14 @@
 
 #include "backends/events/event_source.h"
 #include "backends/wpa/link.h"
-#include "backends/wpa/station.h"
+#include "backends/wpa/p2p_adapter.h"
 
 namespace lanvoss::wpa {
 
 class WpaDevice final : public platform::WiFiDirectDevice,
                         public std::enable_shared_from_this<WpaDevice> {
  public:
-  WpaDevice(std::shared_ptr<Station> station, Link link);
+  WpaDevice(std::shared_ptr<P2pAdapter> adapter, Link link);
   ~WpaDevice() override;
 
   platform::WiFiDirectConnectionStatus ConnectionStatus() override;
@@ -28,9 +28,9 @@ class WpaDevice final : public platform::WiFiDirectDevice,
   bool End();
 
  private:
-  const std::shared_ptr<Station> station_;
+  const std::shared_ptr<P2pAdapter> adapter_;
   const Link link_;
-  const std::shared_ptr<events::Lane> lane_;
+  const std::shared_ptr<events::EventQueue> queue_;
 
   std::mutex mutex_;  // guards everything below
   bool up_ = true;

@@ -70,18 +70,18 @@ std::string AddressOf(const std::u16string& id) {
   return std::regex_match(text, match, whole) ? match[1].str() : std::string();
 }
 
-WpaInformation::WpaInformation(std::shared_ptr<Station> station, std::string address,
+WpaInformation::WpaInformation(std::shared_ptr<P2pAdapter> adapter, std::string address,
                                const std::string& name)
-    : station_(std::move(station)),
+    : adapter_(std::move(adapter)),
       address_(std::move(address)),
       name_(platform::Utf8ToUtf16(name)) {}
 
 std::shared_ptr<platform::DeviceInformationPairing> WpaInformation::Pairing() {
-  return std::make_shared<WpaPairing>(station_, address_);
+  return std::make_shared<WpaPairing>(adapter_, address_);
 }
 
 std::shared_ptr<platform::DeviceInformationCustomPairing> WpaPairing::Custom() {
-  return std::make_shared<WpaCustomPairing>(station_, address_);
+  return std::make_shared<WpaCustomPairing>(adapter_, address_);
 }
 
 platform::EventToken WpaCustomPairing::PairingRequested(PairingRequestedHandler handler) {
@@ -111,7 +111,7 @@ DevicePairingResultStatus WpaCustomPairing::RunCeremony(platform::DevicePairingK
   if (!AskHandlers()) {
     return DevicePairingResultStatus::RejectedByHandler;
   }
-  return station_->Pair(address_, ownerIntent);
+  return adapter_->Pair(address_, ownerIntent);
 }
 
 // Whether the handlers accept the ceremony.
@@ -121,7 +121,7 @@ bool WpaCustomPairing::AskHandlers() {
   {
     const auto args = std::make_shared<Ceremony>(answer);
     const std::lock_guard lock(mutex_);
-    station_->Raise(lane_, requested_.Subscribers(),
+    adapter_->Raise(queue_, requested_.Subscribers(),
                     [self = shared_from_this(), args](const PairingRequestedHandler& handler) {
                       handler(*self, *args);
                     });

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "backends/events/event_source.h"
-#include "backends/wpa/station.h"
+#include "backends/wpa/p2p_adapter.h"
 
 namespace lanvoss::wpa {
 
@@ -21,14 +21,14 @@ std::string AddressOf(const std::u16string& id);
 // A device as it was when it was reported; its pairing is as it is now.
 class WpaInformation final : public platform::DeviceInformation {
  public:
-  WpaInformation(std::shared_ptr<Station> station, std::string address, const std::string& name);
+  WpaInformation(std::shared_ptr<P2pAdapter> adapter, std::string address, const std::string& name);
 
   std::u16string Id() override { return IdOf(address_); }
   std::u16string Name() override { return name_; }
   std::shared_ptr<platform::DeviceInformationPairing> Pairing() override;
 
  private:
-  const std::shared_ptr<Station> station_;
+  const std::shared_ptr<P2pAdapter> adapter_;
   const std::string address_;
   const std::u16string name_;
 };
@@ -45,15 +45,15 @@ class WpaInformationUpdate final : public platform::DeviceInformationUpdate {
 
 class WpaPairing final : public platform::DeviceInformationPairing {
  public:
-  WpaPairing(std::shared_ptr<Station> station, std::string address)
-      : station_(std::move(station)), address_(std::move(address)) {}
+  WpaPairing(std::shared_ptr<P2pAdapter> adapter, std::string address)
+      : adapter_(std::move(adapter)), address_(std::move(address)) {}
 
-  bool IsPaired() override { return station_->IsPaired(address_); }
+  bool IsPaired() override { return adapter_->IsPaired(address_); }
   std::shared_ptr<platform::DeviceInformationCustomPairing> Custom() override;
-  void UnpairAsync() override { station_->Unpair(address_); }
+  void UnpairAsync() override { adapter_->Unpair(address_); }
 
  private:
-  const std::shared_ptr<Station> station_;
+  const std::shared_ptr<P2pAdapter> adapter_;
   const std::string address_;
 };
 
@@ -73,10 +73,10 @@ class WpaConnectionParameters final : public platform::WiFiDirectConnectionParam
 class WpaCustomPairing final : public platform::DeviceInformationCustomPairing,
                                public std::enable_shared_from_this<WpaCustomPairing> {
  public:
-  WpaCustomPairing(std::shared_ptr<Station> station, std::string address)
-      : station_(std::move(station)),
+  WpaCustomPairing(std::shared_ptr<P2pAdapter> adapter, std::string address)
+      : adapter_(std::move(adapter)),
         address_(std::move(address)),
-        lane_(station_->courier.NewLane()) {}
+        queue_(adapter_->dispatcher.NewQueue()) {}
 
   platform::EventToken PairingRequested(PairingRequestedHandler handler) override;
   std::shared_ptr<platform::DevicePairingResult> PairAsync(
@@ -88,9 +88,9 @@ class WpaCustomPairing final : public platform::DeviceInformationCustomPairing,
                                                   int ownerIntent);
   bool AskHandlers();
 
-  const std::shared_ptr<Station> station_;
+  const std::shared_ptr<P2pAdapter> adapter_;
   const std::string address_;
-  const std::shared_ptr<events::Lane> lane_;
+  const std::shared_ptr<events::EventQueue> queue_;
 
   std::mutex mutex_;  // guards the subscriptions
   events::EventSource<PairingRequestedHandler> requested_;

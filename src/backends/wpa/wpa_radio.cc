@@ -6,7 +6,7 @@
 
 #include "backends/wpa/adapter.h"
 #include "backends/wpa/fail.h"
-#include "backends/wpa/station.h"
+#include "backends/wpa/p2p_adapter.h"
 #include "backends/wpa/wpa_device.h"
 #include "backends/wpa/wpa_information.h"
 #include "backends/wpa/wpa_watcher.h"
@@ -24,9 +24,9 @@ class WpaRadio final : public platform::WiFiDirect {
 
   std::shared_ptr<platform::DeviceWatcher> CreateWatcher(
       const std::u16string&, const std::vector<std::u16string>&) override {
-    const auto station = TheStation();
-    auto watcher = std::make_shared<WpaWatcher>(station);
-    station->Register(watcher);
+    const auto adapter = TheAdapter();
+    auto watcher = std::make_shared<WpaWatcher>(adapter);
+    adapter->Register(watcher);
     return watcher;
   }
 
@@ -36,25 +36,25 @@ class WpaRadio final : public platform::WiFiDirect {
 
   std::shared_ptr<platform::WiFiDirectDevice> FromIdAsync(const std::u16string& deviceId) override {
     const std::string address = AddressOf(deviceId);
-    return address.empty() ? nullptr : TheStation()->Open(address);
+    return address.empty() ? nullptr : TheAdapter()->Open(address);
   }
 
  private:
-  std::shared_ptr<Station> TheStation() {
+  std::shared_ptr<P2pAdapter> TheAdapter() {
     std::call_once(made_, [this] {
-      const Adapter adapter = LookForAdapter(interface_);
-      if (adapter.lack != Lack::kNothing) {
-        Fail(Explain(adapter));
+      const Adapter found = LookForAdapter(interface_);
+      if (found.problem != AdapterProblem::kNothing) {
+        Fail(Explain(found));
       }
-      station_ = Station::Create(system_, adapter.socketPath);
+      adapter_ = P2pAdapter::Create(system_, found.socketPath);
     });
-    return station_;
+    return adapter_;
   }
 
   const std::shared_ptr<platform::System> system_;
   const std::string interface_;
   std::once_flag made_;  // again after a failure
-  std::shared_ptr<Station> station_;
+  std::shared_ptr<P2pAdapter> adapter_;
 };
 
 }  // namespace

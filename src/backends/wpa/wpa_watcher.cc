@@ -11,12 +11,12 @@ namespace lanvoss::wpa {
 
 using platform::DeviceWatcherStatus;
 
-WpaWatcher::WpaWatcher(std::shared_ptr<Station> station)
-    : station_(std::move(station)), lane_(station_->courier.NewLane()) {}
+WpaWatcher::WpaWatcher(std::shared_ptr<P2pAdapter> adapter)
+    : adapter_(std::move(adapter)), queue_(adapter_->dispatcher.NewQueue()) {}
 
 WpaWatcher::~WpaWatcher() {
   if (status_ == DeviceWatcherStatus::Started) {
-    station_->TheFinder().EndPass();
+    adapter_->TheFinder().EndPass();
   }
 }
 
@@ -35,11 +35,11 @@ void WpaWatcher::Start() {
     ++pass_;
     seen_.clear();
   }
-  if (!station_->TheFinder().BeginPass()) {
+  if (!adapter_->TheFinder().BeginPass()) {
     FailPass();
     Fail("wpa_supplicant does not look for devices");
   }
-  LaterInPass(kLinkedMs, &WpaWatcher::TellOfLinks);
+  LaterInPass(kLinkedMs, &WpaWatcher::ReportLinks);
   LaterInPass(kQuickFindMs, &WpaWatcher::Widen);
   LaterInPass(kPassMs, &WpaWatcher::CompletePass);
 }
@@ -54,7 +54,7 @@ void WpaWatcher::FailPass() {
     }
     status_ = DeviceWatcherStatus::Aborted;
   }
-  station_->TheFinder().EndPass();
+  adapter_->TheFinder().EndPass();
   Later(kReturnPauseMs, [](WpaWatcher& watcher, unsigned pass) {
     const std::lock_guard lock(watcher.mutex_);
     if (watcher.status_ == DeviceWatcherStatus::Aborted && watcher.pass_ == pass) {
@@ -75,10 +75,10 @@ void WpaWatcher::Later(std::uint32_t delayMs, const Step& step) {
       step(*watcher, pass);
     }
   };
-  // Holds nothing: the station would live, with its groups, until the step is due.
-  station_->agenda.After(delayMs, [weak = weak_from_this(), run] {
+  // Holds nothing: the adapter would live, with its groups, until the step is due.
+  adapter_->delayedActions.After(delayMs, [weak = weak_from_this(), run] {
     if (const auto watcher = weak.lock()) {
-      watcher->station_->courier.Send(nullptr, run);
+      watcher->adapter_->dispatcher.Send(nullptr, run);
     }
   });
 }
@@ -97,8 +97,8 @@ bool WpaWatcher::IsRunningPass(unsigned pass) {
   return pass == pass_ && IsRunning();
 }
 
-void WpaWatcher::TellOfLinks() { station_->TellOfLinks(); }
-void WpaWatcher::Widen() { station_->TheFinder().Widen(); }
+void WpaWatcher::ReportLinks() { adapter_->ReportLinks(); }
+void WpaWatcher::Widen() { adapter_->TheFinder().Widen(); }
 
 void WpaWatcher::Stop() { LeaveFor(DeviceWatcherStatus::Stopped); }
 void WpaWatcher::Abort() { LeaveFor(DeviceWatcherStatus::Aborted); }
@@ -116,7 +116,7 @@ void WpaWatcher::LeaveFor(DeviceWatcherStatus status) {
     RaisePlain(stopped_);
   }
   if (finds) {
-    station_->TheFinder().EndPass();
+    adapter_->TheFinder().EndPass();
   }
 }
 
@@ -129,7 +129,7 @@ void WpaWatcher::CompletePass() {
     status_ = DeviceWatcherStatus::EnumerationCompleted;
     RaisePlain(completed_);
   }
-  station_->TheFinder().EndPass();
+  adapter_->TheFinder().EndPass();
 }
 
 void WpaWatcher::Found(const std::string& address, const std::string& name) {
@@ -139,9 +139,9 @@ void WpaWatcher::Found(const std::string& address, const std::string& name) {
   }
   const auto [seen, isNew] = seen_.try_emplace(address, name);
   if (isNew) {
-    const auto info = std::make_shared<WpaInformation>(station_, address, name);
+    const auto info = std::make_shared<WpaInformation>(adapter_, address, name);
     // What was found before a stop is not told after it.
-    station_->Raise(lane_, added_.Subscribers(),
+    adapter_->Raise(queue_, added_.Subscribers(),
                     [self = shared_from_this(), info, pass = pass_](const AddedHandler& handler) {
                       if (self->IsRunningPass(pass)) {
                         handler(*self, info);
@@ -160,14 +160,14 @@ void WpaWatcher::Lost(const std::string& address) {
 }
 
 void WpaWatcher::RaisePlain(const events::EventSource<PassHandler>& source) {
-  station_->Raise(lane_, source.Subscribers(),
+  adapter_->Raise(queue_, source.Subscribers(),
                   [self = shared_from_this()](const PassHandler& handler) { handler(*self); });
 }
 
 void WpaWatcher::RaiseUpdate(const events::EventSource<UpdateHandler>& source,
                              const std::string& address) {
   const auto update = std::make_shared<WpaInformationUpdate>(address);
-  station_->Raise(lane_, source.Subscribers(),
+  adapter_->Raise(queue_, source.Subscribers(),
                   [self = shared_from_this(), update](const UpdateHandler& handler) {
                     handler(*self, *update);
                   });

@@ -8,14 +8,14 @@
 #include <string>
 
 #include "backends/events/watcher_base.h"
-#include "backends/wpa/station.h"
+#include "backends/wpa/p2p_adapter.h"
 
 namespace lanvoss::wpa {
 
 class WpaWatcher final : public events::WatcherBase,
                          public std::enable_shared_from_this<WpaWatcher> {
  public:
-  explicit WpaWatcher(std::shared_ptr<Station> station);
+  explicit WpaWatcher(std::shared_ptr<P2pAdapter> adapter);
   ~WpaWatcher() override;
 
   platform::DeviceWatcherStatus Status() override;
@@ -33,7 +33,7 @@ class WpaWatcher final : public events::WatcherBase,
   void LaterInPass(std::uint32_t delayMs, void (WpaWatcher::*step)());
   bool IsRunningPass(unsigned pass);
   void FailPass();
-  void TellOfLinks();
+  void ReportLinks();
   void Widen();
   void CompletePass();
   bool IsRunning() const {
@@ -45,8 +45,8 @@ class WpaWatcher final : public events::WatcherBase,
   void RaisePlain(const events::EventSource<PassHandler>& source);
   void RaiseUpdate(const events::EventSource<UpdateHandler>& source, const std::string& address);
 
-  const std::shared_ptr<Station> station_;
-  const std::shared_ptr<events::Lane> lane_;
+  const std::shared_ptr<P2pAdapter> adapter_;
+  const std::shared_ptr<events::EventQueue> queue_;
 
   // Guarded by the base's lock.
   platform::DeviceWatcherStatus status_ = platform::DeviceWatcherStatus::Created;

@@ -1,0 +1,133 @@
+#include "backends/events/event_dispatcher.h"
+
+#include <deque>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace lanvoss::events {
+
+class EventQueue {
+ public:
+  std::deque<std::function<void()>> waiting;  // guarded by the state's mutex
+  bool busy = false;                          // a worker is at it; guarded likewise
+};
+
+namespace {
+
+struct Worker {
+  explicit Worker(platform::System& system) : wake(system.CreateManualResetEvent(false)) {}
+
+  const std::unique_ptr<platform::Event> wake;  // there is a queue for it, or all has ended
+  std::shared_ptr<EventQueue> queue;            // guarded by the state's mutex
+};
+
+}  // namespace
+
+// Shared with the workers, one of which outlives the EventDispatcher when its delivery destroys it.
+struct EventDispatcher::State {
+  State(std::shared_ptr<platform::System> owner, std::shared_ptr<Threads> starter)
+      : system(std::move(owner)), threads(std::move(starter)) {}
+
+  void Serve(const std::shared_ptr<Worker>& worker);
+  std::function<void()> Next(Worker& worker);
+  bool Assign(const std::shared_ptr<EventQueue>& queue);
+
+  const std::shared_ptr<platform::System> system;
+  const std::shared_ptr<Threads> threads;
+
+  std::mutex mutex;  // guards everything below
+  bool ended = false;
+  std::vector<std::shared_ptr<Worker>> workers;
+  std::vector<std::shared_ptr<Worker>> idle;
+  std::vector<std::unique_ptr<Thread>> running;
+};
+
+EventDispatcher::EventDispatcher(std::shared_ptr<platform::System> system,
+                                 std::shared_ptr<Threads> threads)
+    : state_(std::make_shared<State>(std::move(system), std::move(threads))) {}
+
+EventDispatcher::~EventDispatcher() {
+  std::vector<std::shared_ptr<Worker>> workers;
+  std::vector<std::unique_ptr<Thread>> running;
+  {
+    const std::lock_guard lock(state_->mutex);
+    state_->ended = true;
+    workers.swap(state_->workers);
+    running.swap(state_->running);
+  }
+  for (const auto& worker : workers) {
+    worker->wake->Set();
+  }
+}
+
+std::shared_ptr<EventQueue> EventDispatcher::NewQueue() { return std::make_shared<EventQueue>(); }
+
+void EventDispatcher::Send(std::shared_ptr<EventQueue> queue, std::function<void()> deliver) {
+  if (queue == nullptr) {
+    queue = NewQueue();
+  }
+  const std::lock_guard lock(state_->mutex);
+  if (state_->ended) {
+    return;
+  }
+  queue->waiting.push_back(std::move(deliver));
+  if (queue->busy) {
+    return;
+  }
+  queue->busy = true;
+  if (!state_->Assign(queue)) {
+    const auto worker = std::make_shared<Worker>(*state_->system);
+    worker->queue = queue;
+    state_->workers.push_back(worker);
+    state_->running.push_back(
+        state_->threads->Start("events", [state = state_, worker] { state->Serve(worker); }));
+  }
+}
+
+// Gives the queue to a worker who has nothing to do.
+bool EventDispatcher::State::Assign(const std::shared_ptr<EventQueue>& queue) {
+  if (idle.empty()) {
+    return false;
+  }
+  const auto worker = std::move(idle.back());
+  idle.pop_back();
+  worker->queue = queue;
+  worker->wake->Set();
+  return true;
+}
+
+void EventDispatcher::State::Serve(const std::shared_ptr<Worker>& worker) {
+  while (true) {
+    worker->wake->Reset();
+    while (auto deliver = Next(*worker)) {
+      deliver();
+    }
+    {
+      const std::lock_guard lock(mutex);
+      if (ended) {
+        return;
+      }
+      idle.push_back(worker);
+    }
+    worker->wake->Wait(platform::kWaitForever);
+  }
+}
+
+// The queue's next delivery; none when the queue is empty, which lets it go.
+std::function<void()> EventDispatcher::State::Next(Worker& worker) {
+  const std::lock_guard lock(mutex);
+  if (worker.queue == nullptr || ended) {
+    return nullptr;
+  }
+  if (worker.queue->waiting.empty()) {
+    worker.queue->busy = false;
+    worker.queue.reset();
+    return nullptr;
+  }
+  auto deliver = std::move(worker.queue->waiting.front());
+  worker.queue->waiting.pop_front();
+  return deliver;
+}
+
+}  // namespace lanvoss::events

@@ -1,0 +1,336 @@
+#include "backends/wpa/p2p_adapter.h"
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include "backends/wpa/credentials.h"
+#include "backends/wpa/fail.h"
+#include "backends/wpa/limits.h"
+#include "backends/wpa/negotiation.h"
+#include "backends/wpa/wpa_device.h"
+#include "backends/wpa/wpa_watcher.h"
+
+namespace lanvoss::wpa {
+namespace {
+
+using Status = platform::DevicePairingResultStatus;
+
+template <typename Object>
+std::vector<std::shared_ptr<Object>> Living(std::vector<std::weak_ptr<Object>>& objects) {
+  std::erase_if(objects, [](const auto& object) { return object.expired(); });
+  std::vector<std::shared_ptr<Object>> living;
+  for (const auto& object : objects) {
+    if (auto held = object.lock()) {
+      living.push_back(std::move(held));
+    }
+  }
+  return living;
+}
+
+// What this machine expects of wpa_supplicant, whatever its configuration says.
+void Configure(const Supplicant& supplicant) {
+  for (const std::string& setting :
+       {std::string("config_methods virtual_push_button"), std::string("persistent_reconnect 1"),
+        std::string("p2p_go_max_inactivity ") + kClientInactivityS,
+        std::string("ip_addr_go ") + kOwnerAddress, std::string("ip_addr_mask ") + kNetworkMask,
+        std::string("ip_addr_start ") + kFirstAddress,
+        std::string("ip_addr_end ") + kLastAddress}) {
+    supplicant.Do("SET " + setting);
+  }
+}
+
+}  // namespace
+
+// One negotiation at a time, and nothing is looked for meanwhile.
+class P2pAdapter::Turn {
+ public:
+  explicit Turn(P2pAdapter& adapter) : adapter_(Take(adapter)), pause_(*adapter.finder_) {}
+  ~Turn() {
+    {
+      const std::lock_guard lock(adapter_.mutex_);
+      adapter_.negotiates_ = false;
+    }
+    adapter_.turnEnded_.notify_one();
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+
+ private:
+  static P2pAdapter& Take(P2pAdapter& adapter) {
+    std::unique_lock lock(adapter.mutex_);
+    if (!adapter.turnEnded_.wait_until(lock, After(kTurnMs),
+                                       [&] { return !adapter.negotiates_; })) {
+      Fail("the adapter is busy with another device");
+    }
+    adapter.negotiates_ = true;
+    return adapter;
+  }
+
+  P2pAdapter& adapter_;
+  const Finder::Pause pause_;
+};
+
+std::shared_ptr<P2pAdapter> P2pAdapter::Create(const std::shared_ptr<platform::System>& system,
+                                               const std::string& socketPath) {
+  auto adapter = std::make_shared<P2pAdapter>(system);
+  adapter->supplicant_.emplace(socketPath, [raw = adapter.get()](const Message& message) {
+    raw->Later(raw->messages_, [message](P2pAdapter& self) { self.OnMessage(message); });
+  });
+  adapter->finder_.emplace(*adapter->supplicant_);
+  Configure(*adapter->supplicant_);
+  return adapter;
+}
+
+P2pAdapter::P2pAdapter(const std::shared_ptr<platform::System>& system)
+    : dispatcher(system, events::RealThreads()),
+      delayedActions(system, *events::RealThreads()),
+      messages_(dispatcher.NewQueue()),
+      chores_(dispatcher.NewQueue()) {}
+
+// What nobody holds any more has nobody to take it down.
+P2pAdapter::~P2pAdapter() {
+  for (const auto& [interface, mayGo] : groups_) {
+    std::this_thread::sleep_until(mayGo);
+    try {
+      RemoveGroup(*supplicant_, interface);
+    } catch (const platform::Error&) {
+      return;  // there is no wpa_supplicant any more, and no group
+    }
+  }
+}
+
+void P2pAdapter::Register(const std::shared_ptr<WpaWatcher>& watcher) {
+  const std::lock_guard lock(mutex_);
+  watchers_.push_back(watcher);
+}
+
+// ---- Pairing
+
+bool P2pAdapter::IsPaired(const std::string& address) const {
+  return StoredGroupWith(*supplicant_, address).has_value();
+}
+
+Status P2pAdapter::Pair(const std::string& address, int ownerIntent) {
+  const Turn turn(*this);
+  if (IsPaired(address)) {
+    return Status::AlreadyPaired;
+  }
+  Inbox inbox(*supplicant_);
+  const auto [status, link] = Negotiate(*supplicant_, inbox, address, ownerIntent);
+  return !link || Keep(inbox, *link) ? status : Status::Failed;
+}
+
+void P2pAdapter::Unpair(const std::string& address) {
+  Later(chores_, [address](P2pAdapter& self) { self.ForgetDevice(address); });
+}
+
+// Takes the links with it down as well.
+void P2pAdapter::ForgetDevice(const std::string& address) {
+  const Turn turn(*this);
+  ForgetAll(*supplicant_, address);
+  for (const Link& link : Links()) {
+    if (link.peer == address) {
+      TakeDown(link.interface);
+    }
+  }
+}
+
+// ---- Links
+
+std::shared_ptr<WpaDevice> P2pAdapter::Open(const std::string& address) {
+  const Turn turn(*this);
+  if (auto device = TakeKept(address)) {
+    return device;
+  }
+  Inbox inbox(*supplicant_);
+  const auto link = Invite(*supplicant_, inbox, address);
+  return link && Keep(inbox, *link) ? TakeKept(address) : nullptr;
+}
+
+// Keeps a new link until a device object takes it. What happened to it before it was kept is in the
+// inbox; what happens from then on the adapter itself hears. False: it has gone already.
+bool P2pAdapter::Keep(Inbox& inbox, const Link& link) {
+  {
+    const std::lock_guard lock(mutex_);
+    kept_[link.peer] = link;
+    groups_[link.interface] = After(kShortestGroupMs);
+  }
+  while (const auto message = inbox.Next(Clock::now())) {
+    if (IsEndOf(link, *message)) {
+      OnDeviceLeft(link.peer);
+      return false;
+    }
+  }
+  return true;
+}
+
+std::shared_ptr<WpaDevice> P2pAdapter::TakeKept(const std::string& address) {
+  const std::lock_guard lock(mutex_);
+  const auto found = kept_.find(address);
+  if (found == kept_.end()) {
+    return nullptr;
+  }
+  auto device = std::make_shared<WpaDevice>(shared_from_this(), std::move(found->second));
+  kept_.erase(found);
+  devices_.push_back(device);
+  return device;
+}
+
+void P2pAdapter::Close(const std::string& interface) {
+  Later(chores_, [interface](P2pAdapter& self) { self.TakeDown(interface); });
+}
+
+// A search meanwhile would keep the farewell from the device, which then looks for the group for
+// 11 s.
+void P2pAdapter::TakeDown(const std::string& interface) {
+  const Finder::Pause pause(*finder_);
+  Clock::time_point mayGo;
+  {
+    const std::lock_guard lock(mutex_);
+    if (const auto found = groups_.find(interface); found != groups_.end()) {
+      mayGo = found->second;
+    }
+  }
+  std::this_thread::sleep_until(mayGo);
+  RemoveGroup(*supplicant_, interface);
+  OnGroupGone(interface);
+}
+
+// ---- Events
+
+void P2pAdapter::OnMessage(const Message& message) {
+  const std::string address = message.Field(kAddressField);
+  if (message.name == kFoundEvent) {
+    OnFound(address);
+  } else if (message.name == "P2P-DEVICE-LOST") {
+    for (const auto& watcher : Watchers()) {
+      watcher->Lost(address);
+    }
+  } else if (message.name == "AP-STA-DISCONNECTED") {
+    OnDeviceLeft(address);
+  } else if (message.name == "P2P-GROUP-REMOVED") {
+    OnGroupGone(message.Word(0));
+  } else if (message.name == kGoneEvent) {
+    OnGone();
+  } else if (message.name == kBackEvent) {
+    Configure(*supplicant_);
+  }
+}
+
+void P2pAdapter::OnFound(const std::string& address) {
+  if (const auto name = NameOf(address)) {
+    for (const auto& watcher : Watchers()) {
+      watcher->Found(address, *name);
+    }
+  }
+}
+
+// The name that the device has, or had when it was last heard of.
+std::optional<std::string> P2pAdapter::NameOf(const std::string& address) {
+  // It may hold anything, names of fields too, so the event is no help; here it has its own line.
+  const std::string reply = supplicant_->Ask("P2P_PEER " + address);
+  const std::lock_guard lock(mutex_);
+  if (reply.starts_with(address)) {
+    names_[address] = LineOf(reply, "device_name");
+  }
+  const auto known = names_.find(address);
+  return known == names_.end() ? std::nullopt : std::optional(known->second);
+}
+
+// A device that has a link listens to nobody, so no search finds it.
+void P2pAdapter::ReportLinks() {
+  Later(messages_, [](P2pAdapter& self) {
+    for (const Link& link : self.Links()) {
+      self.OnFound(link.peer);
+    }
+  });
+}
+
+std::vector<Link> P2pAdapter::Links() {
+  std::vector<Link> links;
+  for (const auto& device : Devices()) {
+    if (device->IsUp()) {
+      links.push_back(device->TheLink());
+    }
+  }
+  const std::lock_guard lock(mutex_);
+  for (const auto& [address, link] : kept_) {
+    links.push_back(link);
+  }
+  return links;
+}
+
+// The device has left its groups.
+void P2pAdapter::OnDeviceLeft(const std::string& address) {
+  std::vector<std::string> interfaces;
+  {
+    const std::lock_guard lock(mutex_);
+    if (const auto kept = kept_.extract(address)) {
+      interfaces.push_back(kept.mapped().interface);
+    }
+  }
+  for (const auto& device : Devices()) {
+    if (device->TheLink().peer == address && device->End()) {
+      interfaces.push_back(device->TheLink().interface);
+    }
+  }
+  // A group that this machine owns would stay up, empty.
+  for (const std::string& interface : interfaces) {
+    Close(interface);
+  }
+}
+
+void P2pAdapter::OnGroupGone(const std::string& interface) {
+  {
+    const std::lock_guard lock(mutex_);
+    groups_.erase(interface);
+    std::erase_if(kept_, [&](const auto& kept) { return kept.second.interface == interface; });
+  }
+  for (const auto& device : Devices()) {
+    if (device->TheLink().interface == interface) {
+      device->End();
+    }
+  }
+}
+
+// wpa_supplicant has taken all groups with it.
+void P2pAdapter::OnGone() {
+  {
+    const std::lock_guard lock(mutex_);
+    groups_.clear();
+    kept_.clear();
+  }
+  for (const auto& device : Devices()) {
+    device->End();
+  }
+  for (const auto& watcher : Watchers()) {
+    watcher->Abort();
+  }
+}
+
+// Carries out a step on a thread of the dispatcher's, after what was sent to that queue before.
+// There is nobody to tell of an error: what was to be taken down is gone, or is told of later.
+void P2pAdapter::Later(const std::shared_ptr<events::EventQueue>& queue,
+                       std::function<void(P2pAdapter&)> step) {
+  dispatcher.Send(queue, [weak = weak_from_this(), step = std::move(step)] {
+    if (const auto self = weak.lock()) {
+      try {
+        step(*self);
+      } catch (const platform::Error&) {
+      }
+    }
+  });
+}
+
+std::vector<std::shared_ptr<WpaWatcher>> P2pAdapter::Watchers() {
+  const std::lock_guard lock(mutex_);
+  return Living(watchers_);
+}
+
+std::vector<std::shared_ptr<WpaDevice>> P2pAdapter::Devices() {
+  const std::lock_guard lock(mutex_);
+  return Living(devices_);
+}
+
+}  // namespace lanvoss::wpa
