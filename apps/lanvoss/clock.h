@@ -1,4 +1,4 @@
-// The time of day, as the log tells it, and finer.
+// The time of day, as in the log but with microseconds.
 #pragma once
 
 #include <cstdint>

@@ -12,9 +12,9 @@ namespace lanvoss::program {
 namespace {
 
 constexpr char kFooter[] =
-    "The options above go with every command, before it or behind it; COMMAND --help tells the\n"
-    "command's own. The log and then the result go to standard output, complaints to standard\n"
-    "error. On a terminal a last line tells how far an operation is.\n"
+    "The options above can be given before or after every command; COMMAND --help shows the\n"
+    "command's own options. The log and then the result go to standard output, error messages to\n"
+    "standard error. On a terminal the last line shows the progress of an operation.\n"
     "\n"
     "Exit codes:\n"
     "  0    done\n"
@@ -23,25 +23,26 @@ constexpr char kFooter[] =
     "  3    the platform failed\n"
     "  4    the link is dead: it was lost and could not be brought back\n"
     "  5    the device could not be paired\n"
-    "  6    the device was found, but no address came: no link came up\n"
-    "  130  aborted by an interrupt; a second Ctrl-C leaves at once\n";
+    "  6    the device was found, but no link came up\n"
+    "  130  interrupted; a second Ctrl-C ends the program at once\n";
 
 // The program's own.
 void AddCommonOptions(CLI::App& app, CommandLine& line) {
   app.add_option("--dir", line.directory,
-                 "Where the device cache lives (default: the current directory)")
+                 "Folder of the device cache (default: the current folder)")
       ->type_name("DIR");
-  app.add_option("--radio", line.radio, "Stand on this radio: " + RadioNames())->type_name("RADIO");
+  app.add_option("--radio", line.radio, "Radio to use: " + RadioNames())->type_name("RADIO");
   app.add_option("--scenario", line.scenarioFile,
-                 "Stand on the simulated neighbourhood of this JSON file")
+                 "Use the simulated devices of this JSON file instead of a radio")
       ->type_name("FILE");
-  app.add_flag("--json", line.json,
-               "Write each notification and each result as a JSON object on a line, and no log");
-  app.add_flag("--quiet", line.quiet, "Write the result alone");
+  app.add_flag(
+      "--json", line.json,
+      "Write each notification and each result as a JSON object, one per line, and no log");
+  app.add_flag("--quiet", line.quiet, "Write only the result");
   app.add_option("--log", line.logFile, "Append the log to this file instead of showing it")
       ->type_name("FILE");
   app.add_option("--timeline", line.timelineFile,
-                 "Draw what happened: a picture (.svg), or a trace for trace viewers (.json)")
+                 "Draw what happened: a picture (.svg) or a trace for trace viewers (.json)")
       ->type_name("FILE");
 }
 
@@ -58,19 +59,19 @@ std::string ProblemOf(const CommandLine& line) {
     return "NAME is empty";
   }
   if (line.name && line.name->find('\n') != std::string::npos) {
-    return "NAME has a line feed in it";  // which separates the fields of a request
+    return "NAME contains a line feed";  // which separates the fields of a request
   }
   if (line.radio && line.scenarioFile) {
-    return "a scenario brings a radio of its own";
+    return "--radio and --scenario cannot be used together";
   }
   if (line.timelineFile && !timeline::IsTimelineFile(*line.timelineFile)) {
-    return *line.timelineFile + ": a timeline ends in .svg (a picture) or .json (a trace)";
+    return *line.timelineFile + ": the name must end in .svg (a picture) or .json (a trace)";
   }
   if (line.json && line.command->run == RunShell) {
-    return "a shell is for people; lanvoss run --json does operations from standard input";
+    return "the shell has no --json; use lanvoss run --json with operations on standard input";
   }
   if (line.radio && !IsRadioName(*line.radio)) {
-    return "no radio \"" + *line.radio + "\"; there is " + RadioNames();
+    return "unknown radio \"" + *line.radio + "\"; use " + RadioNames();
   }
   return {};
 }

@@ -34,7 +34,7 @@ void Console::Open(const LogTarget& log, Screen::Calls calls) {
   }
 }
 
-// What goes to the terminal takes the way through the screen.
+// What goes to the terminal goes through the screen.
 void Console::OpenScreen(Screen::Calls calls) {
   const Pipe pipe = IsTerminal(stderr) ? MakePipe() : Pipe{};
   if (pipe.in == nullptr) {
@@ -47,7 +47,7 @@ void Console::OpenScreen(Screen::Calls calls) {
   }
 }
 
-// In one piece: the log may grow at the same time. No stream here keeps a line back.
+// In one write, because the log may grow at the same time. No stream here holds back a line.
 void Console::Print(const std::string& lines) { std::fprintf(results_, "%s", lines.c_str()); }
 
 void Console::Complain(const std::string& text) {

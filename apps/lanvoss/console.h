@@ -11,7 +11,7 @@
 
 namespace lanvoss::program {
 
-// The library writes its log to standard output by itself.
+// Where the log goes. The library itself writes it to standard output.
 struct LogTarget {
   enum class Kind { kShown, kDropped, kFile };
   Kind kind = Kind::kShown;
@@ -24,10 +24,10 @@ class ConsoleError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Any thread may write to it. One opens and closes it.
+// Any thread may write to it. One thread opens and closes it.
 class Console {
  public:
-  // The calls are made only where standard error is a terminal. Throws ConsoleError.
+  // The calls are made only if standard error is a terminal. Throws ConsoleError.
   void Open(const LogTarget& log, Screen::Calls calls);
 
   // Writes whole lines to standard output.
@@ -36,17 +36,17 @@ class Console {
   // Writes one line to standard error.
   void Complain(const std::string& text);
 
-  // Shows on a terminal what has been written so far; from now on the library's log is not shown
+  // Shows on a terminal what has been written so far. After that the library's log is not shown
   // there.
   void Close();
 
-  // Returns when a terminal shows all that has been written, and no status line that is over.
+  // Returns when a terminal shows all that has been written and an up-to-date status line.
   void Settle();
 
   // Brings the status line up to date.
   void Refresh();
 
-  // Grows whenever the terminal has scrolled; 0 for ever where there is none.
+  // Grows whenever the terminal has scrolled; always 0 without a terminal.
   unsigned TimesShown() const;
 
  private:
@@ -54,7 +54,7 @@ class Console {
 
   std::atomic<std::FILE*> results_ = stdout;
   std::atomic<std::FILE*> complaints_ = stderr;
-  std::unique_ptr<Screen> screen_ = {};  // where standard error is a terminal
+  std::unique_ptr<Screen> screen_ = {};  // only if standard error is a terminal
 };
 
 }  // namespace lanvoss::program

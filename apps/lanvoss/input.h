@@ -10,13 +10,13 @@ namespace lanvoss::program {
 
 inline constexpr int kStandardInput = 0;
 
-// A thread of its own reads the file, a piece ahead: not every system can wait for input and for
-// something else at once. That thread ends with the input, or else with the process.
+// A thread of its own reads the file, one piece ahead, because not every system can wait for input
+// and for something else at once. That thread ends with the input, or with the process.
 class Input {
  public:
   enum class State { kMore, kNoneYet, kEnd };
 
-  // `arrived` is woken by each piece and by the end.
+  // Each piece and the end of the input wake `arrived`.
   Input(int file, std::shared_ptr<WakeUp> arrived);
 
   // Appends what has arrived to `text`. Does not wait.

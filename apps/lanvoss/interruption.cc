@@ -8,7 +8,7 @@
 namespace lanvoss::program {
 namespace {
 
-// An operation that begins just after it was given up has not noticed, so that is repeated.
+// An operation that begins just after AbortConnect does not notice it, so this is repeated.
 constexpr std::chrono::seconds kGiveUpPause(1);
 
 }  // namespace
@@ -43,7 +43,7 @@ void Interruption::Close() {
 
 void Interruption::Listen() {
   while (TakeInterrupt()) {
-    // What runs may hang in the platform, which nothing can end but the end of the process.
+    // An operation that hangs in the platform ends only with the process.
     LetNextInterruptLeave(true);
     happened_ = true;
     onInterrupt_();

@@ -1,5 +1,5 @@
-// An interrupt of the program: the first one makes the running operation end, a second one, before
-// that has ended, the process.
+// An interrupt of the program. The first one ends the running operation; a second one, before the
+// operation has ended, ends the process.
 #pragma once
 
 #include <atomic>
@@ -17,23 +17,22 @@ namespace lanvoss::program {
 // A thread of its own takes the interrupts, so that it may call the library.
 class Interruption {
  public:
-  // To be made before any other thread is started. `onInterrupt` is called on the thread of its
-  // own, as soon as Happened() holds.
+  // Must be made before any other thread is started. `onInterrupt` is called on the thread of its
+  // own, as soon as Happened() is true.
   explicit Interruption(std::function<void()> onInterrupt);
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
   ~Interruption();
 
-  // Names the object whose operation an interruption ends. The object is held only while that is
-  // being done.
+  // Sets the object whose operation an interrupt ends. The object is held only during that.
   void Ends(const std::shared_ptr<LanvossInterface>& object);
 
   bool Happened() const { return happened_; }
 
-  // What was interrupted has ended: from here on nothing has happened.
+  // The interrupted operation has ended: Happened() is false again.
   void Renew();
 
-  // Waits for the thread to end. From then on a first interrupt is kept, but nobody takes it.
+  // Waits for the thread to end. After that no interrupt has an effect.
   void Close();
 
  private:

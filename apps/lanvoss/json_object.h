@@ -9,7 +9,7 @@ namespace lanvoss::program {
 
 class JsonObject {
  public:
-  // Texts are in the system's code page; what is none in it gets replacement characters.
+  // Texts are in the system's code page. Invalid characters become replacement characters.
   JsonObject& AddText(std::string_view name, const std::string& text);
   JsonObject& AddTexts(std::string_view name, const std::vector<std::string>& texts);
   JsonObject& AddNumber(std::string_view name, int number);

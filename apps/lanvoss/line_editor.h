@@ -16,7 +16,7 @@ bool CanEdit();
 
 class LineEditor {
  public:
-  // What the line that is being typed can go on to: whole lines.
+  // The whole lines that the typed beginning of a line can become.
   using Completions = std::function<std::vector<std::string>(const std::string& line)>;
 
   LineEditor(Session& session, std::string prompt, Completions completions);
@@ -24,12 +24,11 @@ class LineEditor {
   LineEditor& operator=(const LineEditor&) = delete;
   ~LineEditor();
 
-  // Shows the prompt and waits for a line. Empty when an interrupt comes; none at the end of the
-  // input.
+  // Shows the prompt and waits for a line. Empty after an interrupt; none at the end of the input.
   std::optional<std::string> Next();
 
  private:
-  class Terminal;  // each kind of system has its own
+  class Terminal;  // each operating system has its own
   std::unique_ptr<Terminal> terminal_;
 };
 

@@ -17,7 +17,7 @@ std::optional<std::string> LineReader::Next() {
   return line;
 }
 
-// Waits for input. False: there is none any more, or an interrupt has come.
+// Waits for input. False: the input has ended, or it was interrupted.
 bool LineReader::ReadMore() {
   Input::State state = Input::State::kNoneYet;
   while (!session_.IsInterrupted()) {

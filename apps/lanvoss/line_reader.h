@@ -13,7 +13,7 @@ class LineReader {
  public:
   explicit LineReader(Session& session);
 
-  // The next line, without its line end. None: the input has ended, or an interrupt has come.
+  // The next line, without its line end. None: the input has ended, or it was interrupted.
   std::optional<std::string> Next();
 
  private:

@@ -3,7 +3,7 @@
 #include "session.h"
 #include "system.h"
 
-// What cannot even be reported may end the program.
+// An error that cannot even be reported may end the program.
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   using namespace lanvoss::program;

@@ -1,4 +1,4 @@
-// What a run of the program comes to.
+// The outcome of a run of the program.
 #pragma once
 
 #include <string>
@@ -11,9 +11,9 @@ inline constexpr int kExitOk = 0;
 inline constexpr int kExitNotFound = 1;  // the device was not found
 inline constexpr int kExitUsage = 2;     // bad arguments, a bad operation or a bad file
 inline constexpr int kExitPlatform = 3;  // the platform failed
-inline constexpr int kExitDeadLink = 4;  // a link was lost and could not be brought back
+inline constexpr int kExitDeadLink = 4;  // a link was lost and could not be opened again
 inline constexpr int kExitPairingFailed = 5;
-inline constexpr int kExitNoAddress = 6;  // found, and paired or not to be paired, but no link
+inline constexpr int kExitNoAddress = 6;  // found, and no pairing failed, but no link
 inline constexpr int kExitAborted = 130;  // as shells report the interrupt signal
 
 struct Outcome {

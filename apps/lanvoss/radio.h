@@ -11,20 +11,19 @@
 
 namespace lanvoss::program {
 
-// What can be chosen on this system, for people.
+// The names to choose from on this system, as a text for people.
 std::string RadioNames();
 bool IsRadioName(const std::string& name);
 
-// The platform with the radio of that name; without a name, with the system's default. A scenario
-// is a radio of its own.
+// The platform with the radio of that name, or with the system's default radio. A scenario replaces
+// the radio.
 platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
                                   const std::optional<simulated::Scenario>& scenario);
 
-// What the system's real radio needs of the machine; the name may say which of several radios.
+// What the real radio needs on this machine, and whether it is there. The name may choose a radio.
 std::vector<platform::Finding> Examine(const std::optional<std::string>& radioName);
 
-// How the user gives the program the right to open raw sockets, which the echo probe needs: "do
-// so".
+// How the user gives the program the right to open raw sockets. The echo probe needs it.
 std::string HowToAllowRawSockets();
 
 }  // namespace lanvoss::program

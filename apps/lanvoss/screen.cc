@@ -10,10 +10,10 @@ namespace {
 
 constexpr std::chrono::milliseconds kRepaintTime(200);
 
-// Stands in the pipe behind what must be shown before Settle returns.
+// In the pipe, after all that must be shown before Settle returns.
 constexpr char kMark = '\0';
 
-// Takes the complete lines off `text`.
+// Moves the complete lines out of `text`.
 std::string TakeLines(std::string& text) {
   const std::size_t end = text.rfind('\n') + 1;  // 0 when there is none
   std::string lines = text.substr(0, end);
@@ -21,12 +21,12 @@ std::string TakeLines(std::string& text) {
   return lines;
 }
 
-// Goes to the beginning of the line that the cursor stands in, and empties it.
+// Goes to the beginning of the current line, and empties it.
 std::string Emptied(std::FILE* terminal) {
   return "\r" + std::string(static_cast<std::size_t>(TerminalWidth(terminal) - 1), ' ') + "\r";
 }
 
-// Without the last column, or the cursor would go on to the next line.
+// Without the last column, or the cursor would move to the next line.
 std::string CutToWidth(std::string line, std::FILE* terminal) {
   const auto width = static_cast<std::size_t>(TerminalWidth(terminal) - 1);
   line.resize(std::min(line.size(), width));

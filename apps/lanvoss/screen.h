@@ -15,11 +15,11 @@
 
 namespace lanvoss::program {
 
-// The text as a terminal may have it: control characters become '?'. Line ends stay.
+// The text, safe for a terminal: control characters become '?'. Line ends stay.
 std::string Printable(std::string_view text);
 
-// A thread of its own is the only one that writes to the terminal, so that the lines and the status
-// line never mix. The lines come out of a pipe.
+// Only a thread of its own writes to the terminal, so that the lines and the status line never mix.
+// It reads the lines from a pipe.
 class Screen {
  public:
   struct Calls {
@@ -34,7 +34,7 @@ class Screen {
   // Shows what the pipe still holds and removes the status line.
   ~Screen();
 
-  // Shows the status line as it is now, and while there is one again several times a second.
+  // Shows the current status line. While there is one, it is shown again several times a second.
   void Refresh() { change_->Wake(); }
 
   // Returns when everything that has been written to the pipe is shown, and the status line is up
@@ -54,7 +54,7 @@ class Screen {
   const Calls calls_;
   const std::shared_ptr<WakeUp> change_ = std::make_shared<WakeUp>();
   Input lines_;
-  std::string shownStatusLine_;  // the painter's own
+  std::string shownStatusLine_;  // used by the painter alone
   std::atomic<unsigned> timesShown_ = 0;
   std::atomic<unsigned> marksShown_ = 0;
   WakeUp markShown_;

@@ -36,13 +36,13 @@ int NumberOfThisThread() {
   return number;
 }
 
-// Left out while it is nothing.
+// Empty for 0.
 std::string Count(const char* what, std::size_t count) {
   return count == 0 ? "" : std::string(", ") + what + ": " + std::to_string(count);
 }
 
-// While it lives, the library's object ends. That waits for event handlers, which can sit in a
-// pairing that never ends; after kExitLimit `leave` ends the process all the same.
+// Guards the end of the library's object. That end waits for event handlers, and one can hang in a
+// pairing that never ends. So `leave` ends the process after kExitLimit.
 class ExitTimeout {
  public:
   explicit ExitTimeout(std::function<void()> leave)
@@ -98,7 +98,7 @@ Outcome Session::RunOverObject() {
 
   const Outcome outcome = TryCommand();
   {
-    // The object logs its end. Only then does the result follow, as the last line.
+    // The object logs its end. The result follows after that, as the last line.
     const ExitTimeout limit([this, &outcome] { std::_Exit(PrintOutcome(outcome)); });
     object_.reset();
     interruption_->Close();
@@ -116,7 +116,7 @@ Outcome Session::TryCommand() {
   return IsInterrupted() ? Outcome{kExitAborted} : outcome;
 }
 
-// The last words of a run: what it came to, and where that is wanted a picture of it.
+// The last output of a run: its outcome and, if requested, a picture of it.
 int Session::PrintOutcome(Outcome outcome) {
   SaveTimeline();
   outcome.facts.AddNumber("exit", outcome.exitCode);
@@ -145,7 +145,7 @@ void Session::PrintResult(const std::string& text, const JsonObject& facts) {
                  "\n");
 }
 
-// Starts a thread, which must find the interrupts held.
+// Starts a thread, so interrupts must be held before.
 void Session::OpenConsole() {
   LogTarget log;
   if (line_.logFile) {
@@ -235,7 +235,7 @@ void Session::OnNotify(const Notification& notification) {
   change_->Wake();
 }
 
-// Under the lock. Keeps the latest.
+// Under the lock. Keeps the latest ones.
 void Session::Record(Notification notification) {
   notification.message = ToUtf8(notification.message);
   recorded_.push_back(std::move(notification));
@@ -256,7 +256,7 @@ void Session::PrintNotification(const Notification& notification) {
 
 void Session::ComplainWithoutRightToProbe() {
   if (platform_.system->OpenIcmpSocket() == nullptr) {
-    console_.Complain("no right to open raw sockets, so no device seems to answer; " +
+    console_.Complain("no right to open raw sockets, so every device seems silent; fix: " +
                       HowToAllowRawSockets());
   }
 }

@@ -1,5 +1,5 @@
-// One run of the program: its command, the library's object and what that notifies, and all that
-// the program says.
+// One run of the program: its command, the library's object with its notifications, and all output
+// of the program.
 #pragma once
 
 #include <atomic>
@@ -29,7 +29,7 @@ using log::Notification;
 using log::OperationStatus;
 
 // The library's callback has no context, so there is one session at a time. Commands run on the
-// thread that made it; the library notifies on any thread, several at once.
+// thread that made the session. The library notifies on any thread, on several at once.
 class Session {
  public:
   // `line` must outlive the session.
@@ -38,7 +38,7 @@ class Session {
   Session& operator=(const Session&) = delete;
   ~Session();
 
-  // Runs the command and says what it came to. Returns the exit code.
+  // Runs the command and prints its outcome. Returns the exit code.
   int Run();
 
   const CommandLine& Line() const { return line_; }
@@ -48,23 +48,23 @@ class Session {
 
   // Of the latest operation.
   OperationStatus Status() const;
-  // In the order of their first report during it.
+  // In the order of their first report during that operation.
   std::vector<std::string> ReportedNames() const;
 
-  // Names that the watch finds, from now on.
+  // The names that the watch finds from now on.
   void CollectNames();
   std::set<std::string> CollectedNames() const;
 
   bool IsInterrupted() const { return interruption_ && interruption_->Happened(); }
-  // What was interrupted has ended; the next operation begins.
+  // The interrupted operation has ended; the next one begins.
   void RenewInterruption() { interruption_->Renew(); }
 
-  // Blocks for `time` at most. False: it was interrupted before the time was over.
+  // Blocks for `time` at most. False: interrupted before the time was over.
   bool SleepUnlessStopped(std::chrono::milliseconds time);
-  // Blocks until the watch has ended or an interrupt comes.
+  // Blocks until the watch has ended, or until an interrupt.
   void WaitForWatch();
-  // Ends the waits of this thread: woken by every notification and interrupt, when lines have been
-  // shown, and by whatever takes it.
+  // Ends the waits of this thread. Every notification and interrupt wakes it, every line shown, and
+  // every object that it was given to.
   const std::shared_ptr<WakeUp>& Change() const { return change_; }
 
   Console& Output() { return console_; }
@@ -89,10 +89,10 @@ class Session {
 
   const CommandLine& line_;
 
-  mutable std::mutex mutex_;  // guards the next ones
+  mutable std::mutex mutex_;  // guards the six members after it
   OperationStatus status_;
   std::vector<std::string> reportedNames_;
-  std::unordered_set<std::string> knownNames_;  // the same
+  std::unordered_set<std::string> knownNames_;  // the same names
   bool collectsNames_ = false;
   std::set<std::string> collectedNames_;
   std::deque<Notification> recorded_;  // for the picture
@@ -105,7 +105,7 @@ class Session {
   std::once_flag probed_;
 };
 
-// While one lives, an operation runs. There is one at a time.
+// An operation runs while one exists. There is one at a time.
 class OperationScope {
  public:
   explicit OperationScope(Session& session);

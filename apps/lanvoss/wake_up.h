@@ -1,4 +1,4 @@
-// Ends the wait of a thread that waits for several things at once.
+// Wakes a thread that waits for several things at once.
 #pragma once
 
 #include <chrono>
@@ -7,8 +7,8 @@
 
 namespace lanvoss::program {
 
-// One thread waits and looks at each return whether what it waits for has happened; any thread that
-// makes it happen wakes it. A wake-up that comes while it does not wait ends its next wait.
+// One thread waits, and after each return checks whether what it waits for has happened. Any thread
+// that makes it happen calls Wake. A wake-up while nobody waits ends the next wait.
 class WakeUp {
  public:
   using Clock = std::chrono::steady_clock;

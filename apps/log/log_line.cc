@@ -43,7 +43,7 @@ void NoteReplies(OperationStatus& status, const LogLine& line) { status.replies 
 
 void NoteRecovery(OperationStatus& status, const LogLine&) { status.isRecovery = true; }
 
-// The first that matches counts.
+// The first match counts.
 // clang-format off
 constexpr LogLineKind kKinds[] = {
     {kWatcher, kOther, "{number} Device:{name} id:{id}", "{name} remembered from the cache, {id}"},
@@ -175,7 +175,7 @@ constexpr LogLineKind kKinds[] = {
 
 constexpr LogLineKind kUnknown = {kHost, kOther, "", "{text}"};
 
-// A number of 32 bits at the front of `rest`, which is moved behind it.
+// Moves a 32-bit number out of the beginning of `rest`.
 std::optional<std::int32_t> TakeNumber(std::string_view& rest) {
   std::int32_t number = 0;
   const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
@@ -186,8 +186,8 @@ std::optional<std::int32_t> TakeNumber(std::string_view& rest) {
   return number;
 }
 
-// The text up to the last `literal`, which may stand in the text too: devices choose their names.
-// To the end when `literal` is empty.
+// The text up to the last `literal`. Devices choose their names, so the text may contain `literal`
+// too. To the end when `literal` is empty.
 std::optional<std::string> TakeText(std::string_view& rest, std::string_view literal) {
   const auto end = rest.rfind(literal);
   if (end == std::string_view::npos) {
@@ -220,7 +220,7 @@ bool TakeField(std::string_view field, std::string_view literal, std::string_vie
   return true;
 }
 
-// Moves the pattern's part up to its next field, or to its end, out of it.
+// Moves the text up to the next field, or to the end, out of the pattern.
 std::string_view TakeLiteral(std::string_view& pattern) {
   const std::string_view literal = pattern.substr(0, pattern.find('{'));
   pattern.remove_prefix(literal.size());

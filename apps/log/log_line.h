@@ -1,5 +1,4 @@
-// What the library's log lines say. The table of them in log_line.cc is the one place of the
-// programs that knows their wording.
+// What the library's log lines say. Only the table in log_line.cc knows their wording.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +11,7 @@
 
 namespace lanvoss::log {
 
-// The lines that somebody acts on.
+// The lines that change something in the status or in the picture.
 enum class LogEvent {
   kOther,
   // The watch.
@@ -37,20 +36,20 @@ enum class LogEvent {
   kRequestCancelled,  // by the platform
   // A connection attempt.
   kAttemptBegins,
-  kUnpairing,  // and waits for the report of it
+  kUnpairing,  // then it waits for the report of that
   kPairingBegins,
   kCeremonyBegins,  // the device is not paired yet
   kPairingStatus,
   kPairingEnded,
   kOpenBegins,
-  kOpenBeginsAfterClose,  // the link held before has been let go
+  kOpenBeginsAfterClose,  // the link held before has been closed
   kOpenDone,              // with or without a link
   kOpenGaveNone,
   kOpenCancelled,   // by the platform
   kAttemptGivenUp,  // no time is left, or the host gave up
   kLinkUp,
   kNoLink,
-  kAttemptError,  // of the platform; who waits for the attempt goes on waiting
+  kAttemptError,  // of the platform; a waiting request continues to wait
   // The link.
   kStatusChanged,
   kCloseBegins,
@@ -60,10 +59,10 @@ enum class LogEvent {
   kProbed,
   kRecovers,
   kRecoversByWatch,  // the same for a device that the watcher has not reported
-  kNotRecovered,     // since there was one recovery already
+  kNotRecovered,     // because there was a recovery before
 };
 
-// Who is at work.
+// Which part of the work a line belongs to.
 enum class Part { kHost, kWatcher, kConnection, kCheck, kLink };
 
 struct LogLineKind;
@@ -71,7 +70,7 @@ struct LogLineKind;
 struct LogLine {
   const LogLineKind* kind;
   LogEvent event;
-  // Those that the line has.
+  // Only the fields that the line has are filled.
   std::string name = {};  // of a device, as the device chose it
   std::string id = {};
   std::string text = {};
@@ -83,15 +82,15 @@ struct LogLine {
 
 // What only some kinds of lines have.
 struct LogLineTraits {
-  std::string_view mark = {};  // the words for the picture as short as can be; none: it has a span
+  std::string_view mark = {};  // a short text for a mark in the picture; empty: no mark
   bool (*isTrouble)(const LogLine& line) = nullptr;  // none: never
-  bool byPlatform = false;      // written by an event handler, so on a thread of the platform's
+  bool byPlatform = false;      // logged by an event handler, on a thread of the platform
   std::string_view phase = {};  // of the operation, from this line on
   void (*change)(OperationStatus& status, const LogLine& line) = nullptr;
 };
 
-// All that the programs know of a kind of line. Texts have the line's {fields}; {} in a pattern is
-// a number that nobody asks for.
+// All that is known of a kind of line. Texts contain the line's {fields}; {} in a pattern is a
+// number that is not used.
 struct LogLineKind {
   Part part;
   LogEvent event;
@@ -100,22 +99,22 @@ struct LogLineKind {
   LogLineTraits more = {};
 };
 
-// A message of the kind "info" is a log line without its time stamp. Any other, and one that is not
-// known, is all text.
+// A message of the kind "info" is a log line without its time stamp. Any other message, and a line
+// that is not known, has its text alone.
 LogLine ParseLogLine(const Notification& notification);
 
 bool IsKnown(const LogLine& line);
 
-// What the line tells, for readers who do not know the log.
+// What the line says, for readers who do not know the log.
 std::string WordsOf(const LogLine& line);
 
 // A short mark for the picture, if the line has one.
 std::string MarkOf(const LogLine& line);
 
-// Whether the line tells of something that went wrong.
+// Whether the line says that something went wrong.
 bool IsTrouble(const LogLine& line);
 
-// Changes what the line tells of the operation.
+// Brings the status up to date with the line.
 void Apply(const LogLine& line, OperationStatus& status);
 
 }  // namespace lanvoss::log

@@ -1,4 +1,4 @@
-// One notification of the library, with when and on which thread it came.
+// One notification of the library, with its time and thread.
 #pragma once
 
 #include <cstdint>

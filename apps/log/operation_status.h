@@ -1,4 +1,4 @@
-// How far an operation of the library is, as far as its log tells.
+// How far an operation of the library is, according to its log.
 #pragma once
 
 #include <chrono>
@@ -17,7 +17,7 @@ struct OperationStatus {
   std::size_t passes = 0;          // that were begun
   std::size_t opens = 0;           // open requests that came back
   bool isFound = false;            // the device that is looked for, or its id was known
-  bool isPairing = false;          // since a ceremony has begun that has not ended
+  bool isPairing = false;          // a pairing ceremony has begun and not ended
   std::string pairingStatus = {};  // of the latest ceremony
   std::string error = {};          // of the platform
   bool isWatchOver = false;

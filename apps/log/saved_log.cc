@@ -18,10 +18,10 @@ namespace {
 using nlohmann::json;
 
 constexpr std::int64_t kUsPerMs = 1'000;
-// Beyond, a thread's number is taken for a mistake.
+// A higher thread number is a mistake.
 constexpr std::uint64_t kHighestThread = 1'000'000;
 
-// Moves `digits` decimal digits and the `closing` text behind them out of `text`.
+// Moves `digits` decimal digits and the `closing` text after them out of `text`.
 std::optional<int> TakeNumber(std::string_view& text, std::size_t digits,
                               std::string_view closing) {
   int number = 0;
@@ -35,8 +35,8 @@ std::optional<int> TakeNumber(std::string_view& text, std::size_t digits,
   return number;
 }
 
-// Moves a stamp out of `text`: date and time parted by `between`, a fraction of a second in so many
-// `digits`, and the `closing` text.
+// Moves a time stamp out of `text`: date and time with `between` between them, a fraction of a
+// second with `digits` digits, and the `closing` text.
 std::optional<std::int64_t> TakeStamp(std::string_view& text, std::string_view between,
                                       std::size_t digits, std::string_view closing) {
   const std::pair<std::size_t, std::string_view> parts[] = {
@@ -61,7 +61,7 @@ std::optional<std::int64_t> TakeStamp(std::string_view& text, std::string_view b
   return microseconds(time.time_since_epoch()).count() + fraction * (digits == 3 ? kUsPerMs : 1);
 }
 
-// A diagnostic without a time may end in a blank of the next line.
+// A diagnostic without a time may leave a blank at the beginning of the next line.
 std::optional<Notification> ReadPrinted(std::string_view line) {
   line.remove_prefix(line.starts_with(' ') ? 1 : 0);
   if (!line.starts_with('[')) {
@@ -119,7 +119,7 @@ std::vector<Notification> ReadSavedLog(std::string_view text) {
     }
   }
   if (notifications.empty()) {
-    throw std::runtime_error("no line of a log in it");
+    throw std::runtime_error("no log lines in it");
   }
   return notifications;
 }

@@ -48,7 +48,7 @@ void TimelineBuilder::TrackPairing(Attempt& attempt, const LogLine& line) {
     BeginStep(attempt, Activity::kPair, "pair");
   } else if (line.event == LogEvent::kPairingStatus) {
     EndStep(attempt, IsTrouble(line) ? Ending::kBad : Ending::kGood, ": " + line.text);
-    if (line.text == "Failed") {  // after any other status the attempt goes right on
+    if (line.text == "Failed") {  // after any other status the attempt continues at once
       BeginStep(attempt, Activity::kWait, "pause");
     }
   }
@@ -84,7 +84,7 @@ void TimelineBuilder::TakeNone(Attempt& attempt, const LogLine& line) {
     FinishAt(*attempt.opened, Ending::kBad, attempt.opened->endUs);
     attempt.opened.reset();
   }
-  // If there is a next one; it is dropped when the attempt ends at once.
+  // The next request, if there is one; it is dropped when the attempt ends at once.
   BeginStep(attempt, Activity::kOpen,
             "open " + std::to_string(line.number.value_or(0) + std::int64_t{1}));
 }
@@ -117,7 +117,7 @@ void TimelineBuilder::EndAttempt(Attempt& ended, const LogLine& line) {
   Finish(std::move(attempt.span), ending);
 }
 
-// The thread's latest. Where threads are not known, at least a name that the line has must match.
+// The thread's latest attempt. If threads are not known, the line's name must match, if it has one.
 TimelineBuilder::Attempt* TimelineBuilder::AttemptOf(const LogLine& line) {
   const auto found =
       std::find_if(attempts_.rbegin(), attempts_.rend(), [&](const Attempt& attempt) {

@@ -52,8 +52,8 @@ void TimelineBuilder::TrackStop(const LogLine& line) {
   }
 }
 
-// Unless the line goes on with what the thread is at. There is one watch: a new goal ends the
-// searches before it, and a thread, or for all that is known a device, has one request at a time.
+// Does nothing if the line continues the thread's present goal. There is one watch, so a new goal
+// ends the searches before it. A thread (if not known, a device) has one request at a time.
 void TimelineBuilder::BeginGoal(const std::string& name, bool isRequest) {
   if (continues_.erase(thread_) > 0) {
     return;
@@ -80,8 +80,8 @@ void TimelineBuilder::BeginGoal(const std::string& name, bool isRequest) {
                     .isRequest = isRequest});
 }
 
-// A search has no line of its own that ends it. What it came to is known by now; if nothing is, it
-// has ended `otherwise`.
+// No line of the log ends a search. Its result is known by now; if there is none, it has ended
+// `otherwise`.
 void TimelineBuilder::SettleSearch(Goal goal, Ending otherwise) {
   goal.span.activity = Activity::kSearch;
   goal.span.label = goal.name.empty() ? "search" : "search " + goal.name;
@@ -130,7 +130,7 @@ void TimelineBuilder::FailRequest(const LogLine& line) {
   FinishRequest(std::move(*goal), Ending::kBad);
 }
 
-// The latest for the name; for no name, the thread's latest.
+// The latest goal with the name; without a name, the thread's latest goal.
 std::optional<TimelineBuilder::Goal> TimelineBuilder::TakeGoal(const std::string& name) {
   const auto found = std::find_if(goals_.rbegin(), goals_.rend(), [&](const Goal& goal) {
     return name.empty() ? goal.span.thread == thread_ : goal.name == name;
@@ -185,7 +185,7 @@ void TimelineBuilder::EndPass(Ending ending) {
   }
 }
 
-// A search that has found nothing may still turn out to be a request: its failure is logged next.
+// A search that has found nothing may still be a request: then its failure is logged next.
 void TimelineBuilder::EndWatch(const LogLine& line) {
   std::vector<Goal> over;
   std::erase_if(goals_, [&](Goal& goal) {

@@ -42,7 +42,7 @@ bool IsHarmful(char32_t point) {
   return isControl || isLineEnd || turnsDirection || isNoCharacter;
 }
 
-// The next character of `text`, made harmless; moves `at` behind it.
+// The next character of `text`, made harmless; moves `at` after it.
 char32_t Next(std::string_view text, std::size_t& at) {
   const char32_t point = platform::unicode::NextUtf8(text, at);
   return IsHarmful(point) ? platform::kReplacementCharacter : point;
@@ -131,7 +131,7 @@ double WidthOf(std::string_view text) {
 }
 
 std::string Fit(std::string_view text, double room) {
-  std::size_t end = 0;  // of what leaves room for an ellipsis
+  std::size_t end = 0;  // of the part that leaves room for an ellipsis
   double width = 0;
   for (std::size_t at = 0; at < text.size();) {
     width += WidthOfPoint(Next(text, at));

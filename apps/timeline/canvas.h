@@ -20,8 +20,8 @@ class Canvas {
     double height;
   };
 
-  // `classes` are of the style sheet; `title` is shown when the reader points at it, and is foreign
-  // text, as `text` is.
+  // `classes` are of the style sheet. `title` is shown when the reader points at the element.
+  // `title` and `text` may be foreign text.
   void Rect(const Box& box, std::string_view classes, std::string_view title = "",
             double radius = 0);
   void Circle(double x, double y, double radius, std::string_view classes, std::string_view title);
@@ -37,11 +37,11 @@ class Canvas {
   std::string elements_;
 };
 
-// `text` as the content of an XML element or attribute. Control characters, those that turn the
-// direction of writing, and what is no UTF-8 become U+FFFD.
+// `text` as the content of an XML element or attribute. Control characters, characters that change
+// the direction of writing, and invalid UTF-8 become U+FFFD.
 std::string Escape(std::string_view text);
 
-// How wide `text` will be about, in units of the font's size.
+// The approximate width of `text`, in units of the font's size.
 double WidthOf(std::string_view text);
 
 // `text`, or its beginning and an ellipsis when it is wider than `room` units of the font's size;

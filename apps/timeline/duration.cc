@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int64_t kSecondsPerMinute = 60;
 constexpr std::int64_t kSecondsPerHour = 3'600;
-// A duration is rounded to a hundredth of a second below this, to a tenth from there on.
+// Shorter durations are rounded to a hundredth of a second, longer ones to a tenth.
 constexpr std::int64_t kCoarseUs = 10 * kUsPerSecond;
 
 // With zeros before it.

@@ -1,4 +1,4 @@
-// Times as readers like them.
+// Times as texts for readers.
 #pragma once
 
 #include <cstddef>
@@ -18,6 +18,6 @@ std::string PlaceText(std::int64_t us, std::int64_t stepUs);
 
 // "2026-11-23 07:52:45.123" of a local time in microseconds from 1970.
 std::string ClockText(std::int64_t us);
-inline constexpr std::size_t kDateLength = 11;  // with the blank behind it
+inline constexpr std::size_t kDateLength = 11;  // with the blank after it
 
 }  // namespace lanvoss::timeline

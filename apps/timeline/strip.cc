@@ -47,8 +47,7 @@ std::string TitleOf(const Mark& mark) {
 
 using Labels = std::vector<std::string>;
 
-// What a span's label says, the longer the better; and what it says where there is no room for
-// that.
+// The labels of a span, longest first; and the labels to use where there is no room for these.
 std::pair<Labels, Labels> LabelsOf(const Span& span) {
   Labels whole;
   if (span.ending == Ending::kUnfinished) {
@@ -140,7 +139,7 @@ class Strip {
 double Strip::Draw(double top) {
   const auto contents = Contents();
   const double lanesTop = top + kAxisHeight;
-  // The height is known before anything is drawn, for what lies behind the lanes.
+  // The height is known before anything is drawn, because the background is drawn first.
   double bottom = lanesTop;
   for (const auto& [lane, content] : contents) {
     const auto rows = std::min(content.rows.size(), kMostRows);
@@ -170,7 +169,7 @@ double Strip::Draw(double top) {
   return bottom;
 }
 
-// What the end of the log has cut off is drawn to the end of the strip.
+// A span that was not finished at the end of the log is drawn to the end of the strip.
 bool Strip::GoesOn(const Span& span) const {
   return span.endUs == timeline_.endUs &&
          (span.ending == Ending::kUnfinished || span.activity == Activity::kLink);
@@ -298,8 +297,8 @@ void Strip::DrawPiece(const Piece& piece, double top) {
   }
 }
 
-// Inside the piece if it has room, else in the free room behind it or before it. Returns where the
-// piece and its label end.
+// Inside the piece if it has room, otherwise in the free room after it or before it. Returns where
+// the piece and its label end.
 double Strip::LabelPiece(const Piece& piece, double freeLeft, double freeRight, double top) {
   const double cap = piece.span->ending == Ending::kBad ? kCapWidth : 0;
   const double inside = piece.right - piece.left - 2 * kTextGap - cap;

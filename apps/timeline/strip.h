@@ -13,7 +13,7 @@ namespace lanvoss::timeline {
 // Where a strip lies, in pixels.
 inline constexpr double kPictureWidth = 1200;
 inline constexpr double kMargin = 24;
-inline constexpr double kStripLeft = kMargin + 124;  // behind the names of the lanes
+inline constexpr double kStripLeft = kMargin + 124;  // right of the names of the lanes
 inline constexpr double kStripRight = kPictureWidth - kMargin;
 
 struct Section {

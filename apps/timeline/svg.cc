@@ -13,15 +13,16 @@
 namespace lanvoss::timeline {
 namespace {
 
-// A strip as long as this can be read well. From so many strips on they get longer, to the next,
-// and from there on the beginning is left out; and so it is before so many notifications.
+// A strip of this length is easy to read. With more than kMostStrips strips they get longer, up to
+// kLongestStripUs; then the beginning is left out. So it is with more than kMostDrawn
+// notifications.
 constexpr std::int64_t kComfortableStripUs = 15 * kUsPerSecond;
 constexpr std::int64_t kMostStrips = 4;
 constexpr std::int64_t kLongestStripUs = 45 * kUsPerSecond;
 constexpr std::size_t kMostDrawn = 2'000;
 constexpr std::size_t kMostListed = 240;
 
-// The picture goes on a little behind the last line, so that what begins with it can be seen.
+// The picture continues a little after the last line, so that a span that begins there is visible.
 constexpr std::int64_t kTailShare = 16;
 
 constexpr double kBoldShare = 1.08;  // of the width of a text

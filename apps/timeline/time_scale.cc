@@ -8,8 +8,8 @@
 namespace lanvoss::timeline {
 namespace {
 
-// A log no longer than this is shown as it was. In a longer one a long silence is cut short, and
-// shorter where there are many.
+// A log no longer than this is shown as it was. In a longer one every long silence is cut short,
+// and cut shorter if there are many.
 constexpr std::int64_t kShortLogUs = 20 * kUsPerSecond;
 constexpr std::int64_t kLongSilenceUs = 5 * kUsPerSecond;
 constexpr std::int64_t kCutUs = 1'500 * kUsPerMs;

@@ -10,7 +10,7 @@ namespace lanvoss::timeline {
 
 class TimeScale {
  public:
-  // A stretch of time and its place. Places are in microseconds too, but without what is cut.
+  // A stretch of time and its place. Places are in microseconds too, but without the cut time.
   struct Stretch {
     std::int64_t beginUs = 0;
     std::int64_t endUs = 0;

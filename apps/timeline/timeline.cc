@@ -12,15 +12,15 @@
 namespace lanvoss::timeline {
 namespace {
 
-// Whatever its threads are.
+// Independent of its threads.
 bool HasItsOwnLane(Part part) { return part == Part::kWatcher || part == Part::kLink; }
 
-// Threads that write at once are stamped a little out of order. What goes further back, or this far
-// ahead, is a clock that was set.
+// Threads that write at once are stamped a little out of order. A stamp further back, or this far
+// ahead, means that the clock was set.
 constexpr std::int64_t kDisorderUs = kUsPerSecond;
 constexpr std::int64_t kLongestSilenceUs = 2'592'000 * kUsPerSecond;  // 30 days
 
-// Makes a time that never goes backwards of the stamps.
+// Makes a time from the stamps that never goes backwards.
 class Clock {
  public:
   std::int64_t Read(std::int64_t stampUs) {
@@ -52,7 +52,7 @@ Event EventOf(const Notification& notification, const LogLine& line, std::int64_
           .message = notification.message};
 }
 
-// A moment that the picture marks by its own, or the tick of a thread that wrote a line.
+// A mark of its own in the picture, or the tick of a thread that wrote a line.
 void AddMarks(const LogLine& line, const Event& event, std::vector<Mark>& marks) {
   Mark mark{.words = event.words,
             .timeUs = event.timeUs,
@@ -71,10 +71,10 @@ void AddMarks(const LogLine& line, const Event& event, std::vector<Mark>& marks)
   }
 }
 
-// Threads from the first ones on that have lanes of their own; the others share one.
+// So many threads have lanes of their own; the others share one.
 constexpr int kThreadLanes = 16;
 
-// Where a lane stands, from above, and what makes two things share one.
+// The place of a lane, from above. Things with the same key share a lane.
 using Key = std::pair<int, int>;
 
 Key KeyOf(Part part, int thread) {
@@ -113,7 +113,7 @@ std::string LabelOf(const Key& key, const std::set<int>& platformThreads) {
 }
 
 // Puts the spans of one lane into as few tracks as nesting allows, and nested ones into rows below
-// each other. Spans come by their begins, the longer first.
+// each other. Spans must come in the order of their begins, the longer first.
 class Stacks {
  public:
   void Place(Span& span) {
@@ -167,8 +167,8 @@ std::set<int> PlatformThreads(const std::vector<Event>& events) {
   return threads;
 }
 
-// Sorts the spans and gives them and the marks their places. Where the threads are known each has a
-// lane, else each part of the work; the watcher and the link have their own in any case.
+// Sorts the spans, and gives the spans and the marks their places. Each thread has a lane; if
+// threads are not known, each part of the work. The watcher and the link always have their own.
 void AssignLanes(Timeline& timeline) {
   std::ranges::stable_sort(timeline.spans, {}, [](const Span& span) {
     return std::tuple(span.beginUs, -span.endUs, span.activity);

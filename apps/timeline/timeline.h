@@ -1,4 +1,4 @@
-// What happened when, and on which thread, as the library's notifications tell it.
+// What happened when, and on which thread, according to the library's notifications.
 #pragma once
 
 #include <cstddef>
@@ -16,10 +16,11 @@ using log::LogLine;
 using log::Notification;
 using log::Part;
 
-// What a span is about; each has a colour of its own. What holds others comes before them.
+// What a span is about. Each has its own colour. An activity comes before those that it can
+// contain.
 enum class Activity {
   kRequest,  // of an address
-  kSearch,   // a watch of the host's own
+  kSearch,   // a watch that the host started
   kRecovery,
   kWait,
   kAttempt,  // to connect
@@ -77,14 +78,14 @@ struct Event {
   std::int64_t clockUs = 0;  // as it was stamped
   int thread = 0;
   bool trouble = false;
-  bool byPlatform = false;  // on a thread of the platform's, whatever that is
+  bool byPlatform = false;  // on a thread of the platform
   std::string kind;
   std::string words;    // for readers who do not know the log
   std::string message;  // as it came
 };
 
 struct Timeline {
-  std::string headline;  // what it came to
+  std::string headline;  // the outcome, in a line
   bool endsWell = true;
   std::vector<Lane> lanes;
   std::vector<Span> spans;    // by their begins

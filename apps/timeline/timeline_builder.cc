@@ -7,7 +7,7 @@
 namespace lanvoss::timeline {
 namespace {
 
-// A headline has room for so many turns, and for so many bytes; but for two at least.
+// A headline has room for so many turns and bytes, but always for two turns.
 constexpr std::size_t kHeadlineTurns = 4;
 constexpr std::size_t kHeadlineLength = 90;
 
@@ -49,7 +49,7 @@ void TimelineBuilder::End() {
   EndPass(Ending::kUnfinished);
   EndLink(Ending::kGood);  // it is up when the log ends
   for (Span& span : spans_) {
-    if (span.endUs > nowUs_) {  // a gap is told beforehand
+    if (span.endUs > nowUs_) {  // a gap is logged before it begins
       span.endUs = nowUs_;
       span.ending = Ending::kUnfinished;
     }

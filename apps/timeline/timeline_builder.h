@@ -1,4 +1,4 @@
-// Makes spans of log lines. A line tells of one moment; what began where is kept in between.
+// Makes spans from log lines. A line is one moment; the builder remembers what has begun.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ namespace lanvoss::timeline {
 class TimelineBuilder {
  public:
   void Add(const LogLine& line, std::int64_t timeUs, int thread);
-  // Ends what is still going on, which is unfinished then.
+  // Ends what has not ended, as unfinished.
   void End();
 
   std::string Headline() const;
@@ -32,7 +32,7 @@ class TimelineBuilder {
     Span span;
     std::string name;  // empty: every device
     bool isRequest = false;
-    bool keeps = false;                          // a search that goes on after its find
+    bool keeps = false;                          // a search that continues after its find
     std::optional<std::int64_t> waitsSinceUs{};  // when it had done its own part
     std::optional<std::int64_t> foundUs{};
     std::optional<std::int64_t> watchEndedUs{};
@@ -40,14 +40,14 @@ class TimelineBuilder {
   struct Attempt {
     Span span;
     std::string name;
-    std::optional<Span> step{};    // that is going on
+    std::optional<Span> step{};    // that has begun and not ended
     std::optional<Span> opened{};  // the open request that is done, its result not known yet
   };
   struct Recovery {
     Span span;
     std::string name;
   };
-  // Something that the headline tells.
+  // An event in the headline.
   struct Turn {
     std::string name;
     std::string text;
@@ -59,7 +59,7 @@ class TimelineBuilder {
   void Finish(Span span, Ending ending);
   void FinishAt(Span span, Ending ending, std::int64_t endUs);
   void AddTurn(const std::string& name, const std::string& text, bool good);
-  // For what a thread does one of at a time.
+  // For what a thread does only one at a time.
   void BeginOnThread(Activity activity, Part part, std::string label);
   std::optional<Span> EndOnThread(Activity activity);
 

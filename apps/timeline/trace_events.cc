@@ -13,7 +13,7 @@ using nlohmann::json;
 constexpr int kProcess = 1;
 constexpr int kLogTrack = 0;
 
-// A viewer nests the events of a track, so each track of a lane is one of its own.
+// A viewer nests the events of a track, so each track of a lane becomes a track there.
 class Tracks {
  public:
   Tracks(const Timeline& timeline, json& events) : timeline_(timeline), events_(events) {
@@ -84,7 +84,7 @@ std::string WriteTraceEvents(const Timeline& timeline) {
   const json document = {{"displayTimeUnit", "ms"},
                          {"otherData", {{"headline", timeline.headline}}},
                          {"traceEvents", std::move(events)}};
-  // What is no UTF-8 becomes U+FFFD.
+  // Invalid UTF-8 becomes U+FFFD.
   return document.dump(-1, ' ', false, json::error_handler_t::replace) + "\n";
 }
 

@@ -1,4 +1,4 @@
-// Into a file goes what happened when.
+// Writes a timeline into a file.
 #pragma once
 
 #include <string>
@@ -8,18 +8,18 @@
 
 namespace lanvoss::timeline {
 
-// A picture that stands by itself: for a browser, a document, a bug report.
+// A complete picture: for a browser, a document, a bug report.
 std::string DrawSvg(const Timeline& timeline);
 
-// The trace-event format that the trace viewers of browsers open.
+// The trace-event format of browsers' trace viewers.
 std::string WriteTraceEvents(const Timeline& timeline);
 
 // Whether WriteTimeline knows what to write into a file of this name: .svg is a picture, .json a
 // trace.
 bool IsTimelineFile(const std::string& file);
 
-// Writes what the notifications tell into the file. Throws a std::runtime_error, which names the
-// file, when there is nothing to tell or when it cannot be written. IsTimelineFile must hold.
+// Throws a std::runtime_error, which names the file, when there are no notifications or when the
+// file cannot be written. IsTimelineFile must be true for the file.
 void WriteTimeline(const std::vector<Notification>& notifications, const std::string& file);
 
 }  // namespace lanvoss::timeline

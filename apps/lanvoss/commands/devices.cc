@@ -21,11 +21,11 @@ using Row = std::array<std::string, kColumns>;
 
 const Row kHeading = {"NAME", "LAST SEEN", "ADDRESS", "ID"};
 
-// The cache's lines, without those that the library could not read either.
+// The lines of the cache. Lines that the library cannot read are left out.
 std::vector<CacheLine> ReadDevices(const std::string& directory) {
   const std::string path = (directory.empty() ? "." : directory) + kCacheFileName;
   std::vector<CacheLine> devices;
-  // Shared, unlike the library's own reading, which would keep another process from writing.
+  // Not with the library's own function: that would stop another process from writing.
   std::ifstream file(path, std::ios::binary);
   std::string content;
   std::getline(file, content, '\0');
@@ -78,7 +78,7 @@ JsonObject DeviceFacts(const CacheLine& device) {
 
 }  // namespace
 
-// Reads the cache and changes nothing; nobody is looked for.
+// Reads the cache and changes nothing. Looks for no device.
 Outcome RunDevices(Session& session) {
   std::vector<Row> rows = {kHeading};
   std::vector<JsonObject> devices;
@@ -88,7 +88,7 @@ Outcome RunDevices(Session& session) {
   }
   const JsonObject facts = JsonObject().AddObjects("devices", devices);
   if (devices.empty()) {
-    return {kExitNotFound, {}, "no devices are remembered there", facts};
+    return {kExitNotFound, {}, "the cache has no devices", facts};
   }
   return {.result = Table(rows), .facts = facts};
 }

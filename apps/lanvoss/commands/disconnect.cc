@@ -8,7 +8,7 @@ constexpr std::int32_t kLinkGone = 1;  // of DisConnect
 
 }  // namespace
 
-// Another program may have left the link.
+// Another program may have left the link open.
 Outcome RunDisconnect(Session& session) {
   const std::string& name = *session.Line().name;
   const OperationScope scope(session);
@@ -17,7 +17,7 @@ Outcome RunDisconnect(Session& session) {
   }
   const JsonObject facts = JsonObject().AddText("name", name);
   if (session.Object().DisConnect("") != kLinkGone) {
-    return {kExitPlatform, {}, "the platform did not let the link to " + name + " go", facts};
+    return {kExitPlatform, {}, "the platform did not close the link to " + name, facts};
   }
   return {.result = "the link to " + name + " is closed\n", .facts = facts};
 }

@@ -11,9 +11,9 @@ Outcome RunDoctor(Session& session) {
   const std::vector<Finding> findings = Examine(session.Line().radio);
   Outcome outcome;
   for (const Finding& finding : findings) {
-    outcome.result += (finding.isFine ? "fine     " : "missing  ") + finding.what + "\n";
+    outcome.result += (finding.isFine ? "ok       " : "missing  ") + finding.what + "\n";
     if (!finding.isFine) {
-      outcome.result += "         mend it with: " + finding.remedy + "\n";
+      outcome.result += "         fix: " + finding.remedy + "\n";
     }
   }
   const auto missing = std::ranges::count(findings, false, &Finding::isFine);

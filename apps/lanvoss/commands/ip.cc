@@ -11,10 +11,11 @@ void AddIpOptions(CLI::App& command, CommandLine& line) {
   AddNameOption(command, line);
   const auto gap =
       command
-          .add_option("--gap", line.gapMs, "Keep at least MS milliseconds from the last disconnect")
+          .add_option("--gap", line.gapMs,
+                      "Wait until the last disconnect is at least MS milliseconds ago")
           ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()).description(""))
           ->type_name("MS");
-  command.add_flag("--direct", line.direct, "Connect at once to the id remembered for NAME")
+  command.add_flag("--direct", line.direct, "Connect at once, with the id in the cache for NAME")
       ->excludes(gap);
 }
 

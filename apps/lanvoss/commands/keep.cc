@@ -11,7 +11,7 @@
 namespace lanvoss::program {
 namespace {
 
-// A device that is away is asked for again after these, each time twice as long.
+// The pause before a device that is away is asked for again. It doubles each time.
 constexpr std::chrono::seconds kFirstPause(1);
 constexpr std::chrono::seconds kLongestPause(60);
 
@@ -24,10 +24,10 @@ void PrintChange(Session& session, const std::string& addresses) {
   session.PrintResult(FormatTime(LocalTimeUs()) + " " + state + "\n", facts);
 }
 
-// Probes the link. One that stays silent although it was recovered before is let go, or its address
-// would be the answer on and on.
+// Probes the link. A link that stays silent after its recovery is closed, or the library would
+// return its address again and again.
 void CheckAndLetGo(Session& session) {
-  const LinkCheck check = CheckLink(session);  // it pairs and connects anew what no longer answers
+  const LinkCheck check = CheckLink(session);  // it pairs and connects a silent device again
   if (check.replies == 0 && check.addresses.empty()) {
     session.Object().DisConnect("");
   }
@@ -41,7 +41,7 @@ std::string KeepLink(Session& session, bool isUp) {
     }
     return AskForAddresses(session, *session.Line().name);
   } catch (const std::exception& error) {
-    session.Output().Complain(error.what());  // the platform's; it may be better later
+    session.Output().Complain(error.what());  // of the platform; it may work later
     return {};
   }
 }
@@ -56,7 +56,7 @@ void AddKeepOptions(CLI::App& command, CommandLine& line) {
       ->type_name("S");
 }
 
-// Ends only when an interrupt comes.
+// Ends only after an interrupt.
 Outcome RunKeep(Session& session) {
   const std::chrono::seconds checkPause(session.Line().everyS);
   std::string addresses;

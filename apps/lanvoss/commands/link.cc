@@ -5,7 +5,7 @@ namespace {
 
 constexpr int kAsks = 2;
 
-// The statuses of a pairing that has made, or found, a pair.
+// The statuses with which the device is paired.
 bool IsPaired(const std::string& status) { return status == "Paired" || status == "AlreadyPaired"; }
 
 Outcome Explain(const OperationStatus& status, const std::string& name) {

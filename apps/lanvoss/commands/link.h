@@ -1,4 +1,4 @@
-// The link to a device, with what only the log says of it.
+// The link to a device, with the facts that only the log has.
 #pragma once
 
 #include <optional>
@@ -17,14 +17,14 @@ struct LinkCheck {
 
 LinkCheck CheckLink(Session& session);
 
-// The addresses of the link to `name`; it is made when there is none. Asks once more after an empty
-// answer: the end of the old link can abort the new attempt.
+// The addresses of the link to `name`, which is opened if there is none. Asks once more after an
+// empty answer: the end of the old link can abort the new attempt.
 std::string AskForAddresses(Session& session, const std::string& name);
 
 // The address text of a link, "LOCAL,REMOTE", for --json.
 JsonObject LinkFacts(const std::string& name, const std::string& addresses);
 
-// What an address request came to that gave no address: how far the attempt got.
+// The outcome of an address request that gave no address: how far the attempt got.
 Outcome ExplainNoLink(const Session& session, const std::string& name);
 
 }  // namespace lanvoss::program

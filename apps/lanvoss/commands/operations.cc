@@ -20,14 +20,14 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
-// Takes the first word off `rest`, with the blanks after it.
+// Moves the first word out of `rest`, with the blanks after it.
 std::string_view TakeWord(std::string_view& rest) {
   const auto word = rest.substr(0, rest.find_first_of(kBlanks));
   rest = Trimmed(rest.substr(word.size()));
   return word;
 }
 
-// Takes `option` off `rest` when that is its first word.
+// Removes `option` from `rest` if it is the first word.
 bool TakeOption(std::string_view& rest, std::string_view option) {
   std::string_view remaining = rest;
   if (TakeWord(remaining) != option) {
@@ -77,7 +77,7 @@ Operation ParseSleep(std::string_view rest) { return {.sleepMs = Milliseconds(re
 
 Operation ParseNothing(std::string_view rest) {
   if (!rest.empty()) {
-    throw OperationError("nothing may follow, but there is \"" + std::string(rest) + "\"");
+    throw OperationError("unexpected text \"" + std::string(rest) + "\"");
   }
   return {};
 }
@@ -144,25 +144,25 @@ namespace {
 constexpr OperationKind kKinds[] = {
     {"ip", "[--gap MS | --direct] NAME", "find, pair and connect; the result is LOCAL,REMOTE",
      ParseIp, DoIp},
-    {"ping", "", "probe the link, and pair and connect a silent device anew", ParseNothing, DoPing},
+    {"ping", "", "probe the link; pair and connect a silent device again", ParseNothing, DoPing},
     {"disconnect", "", "close the link", ParseNothing, DoDisconnect},
     {"unpair", "NAME", "start to remove the pairing", ParseUnpair, DoUnpair},
     {"watch", "[[--keep] NAME]", "start to look for devices", ParseWatch, DoWatch},
     {"stop", "", "stop looking", ParseNothing, DoStop},
-    {"abort", "", "give the attempt up", ParseNothing, DoAbort},
+    {"abort", "", "give up the attempt", ParseNothing, DoAbort},
     {"sleep", "MS", "wait", ParseSleep, DoSleep},
 };
 
 Operation Parse(std::string_view text) {
   // It separates the fields of a request, so no name can have one.
   if (text.find('\n') != std::string_view::npos) {
-    throw OperationError("there is a line feed in it");
+    throw OperationError("it contains a line feed");
   }
   std::string_view rest = text;
   const std::string_view word = TakeWord(rest);
   const auto* kind = std::ranges::find(kKinds, word, &OperationKind::word);
   if (kind == std::end(kKinds)) {
-    throw OperationError("there is no operation \"" + std::string(word) + "\"");
+    throw OperationError("unknown operation \"" + std::string(word) + "\"");
   }
   Operation operation = kind->parse(rest);
   operation.kind = kind;

@@ -1,5 +1,5 @@
-// What `lanvoss run` and the shell do one after the other on one object, as it is written for them:
-// a word, and what it takes. A NAME is the rest of the text, blanks inside included.
+// The operations that `lanvoss run` and the shell run one after the other on one object. Each is a
+// word and its arguments. A NAME is the rest of the text and may contain blanks.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct OperationKind;
 struct Operation {
   const OperationKind* kind = nullptr;
   std::string text = {};     // as it was written, without blanks around it
-  std::string request = {};  // what the library is given
+  std::string request = {};  // for the library
   std::int32_t sleepMs = 0;
 };
 
@@ -33,23 +33,23 @@ class OperationError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// `place` stands before the message of the OperationError that is thrown for what is no operation:
+// Throws OperationError for a text that is no operation. Its message begins with `place`:
 // "operation 2: ...".
 Operation ParseOperation(std::string_view text, const std::string& place);
 
 // An interrupt ends a `sleep` early.
 OperationResult RunOperation(Session& session, const Operation& operation);
 
-// Whether a line of input is none: blank, or a comment that begins with #.
+// Whether a line of input is blank or a comment, which begins with #.
 bool IsComment(std::string_view line);
 
-// What they are, for people, an operation a line.
+// A help text with one operation per line.
 std::string OperationHelp();
 
-// The words that operations begin with.
+// The first words of all operations.
 std::vector<std::string> OperationWords();
 
-// The texts that the library takes its requests in: of GetDeviceIp and of StartWatch.
+// The request texts for GetDeviceIp and StartWatch.
 std::string IpRequest(const std::string& name, std::optional<std::int32_t> gapMs, bool direct);
 std::string WatchRequest(const std::string& name, bool keep);
 

@@ -6,7 +6,7 @@
 namespace lanvoss::program {
 namespace {
 
-// What the check came to, given that there is a link after it.
+// The result of a check after which there is a link.
 std::string FindingText(const LinkCheck& check, const std::string& name) {
   if (!check.replies) {
     return name + " was not probed: its link had no remote address";
@@ -14,7 +14,7 @@ std::string FindingText(const LinkCheck& check, const std::string& name) {
   if (*check.replies > 0) {
     return name + " answered, replies: " + std::to_string(*check.replies);
   }
-  return name + " did not answer; " + (check.recovery ? "paired and " : "") + "connected anew";
+  return name + " did not answer; " + (check.recovery ? "paired and " : "") + "connected again";
 }
 
 JsonObject CheckFacts(const LinkCheck& check, const std::string& name,
@@ -42,7 +42,7 @@ Outcome RunPing(Session& session) {
   const std::string addresses = AskForAddresses(session, name);
   if (addresses.empty()) {
     return {.exitCode = kExitDeadLink,
-            .complaint = "dead link: " + name + " could not be connected anew",
+            .complaint = "dead link: " + name + " could not be connected again",
             .facts = JsonObject().AddText("name", name)};
   }
   return {.result = FindingText(check, name) + "\n" + addresses + "\n",

@@ -11,18 +11,18 @@ namespace {
 
 constexpr char kBeforeOperations[] =
     "Each OPERATION is one argument, as in: lanvoss run \"ip Cam-7F21\" ping disconnect\n"
-    "Without one they are read from standard input, one a line, as they come; blank lines and\n"
-    "lines that begin with # are skipped. A NAME may have blanks in it.\n"
+    "Without one, operations are read from standard input, one per line. Blank lines and lines\n"
+    "that begin with # are skipped. A NAME may contain blanks.\n"
     "\n";
 
 constexpr char kAfterOperations[] =
     "\n"
-    "After each, a line \"> OPERATION -> RESULT\" follows on standard output.\n";
+    "After each operation, a line \"> OPERATION -> RESULT\" follows on standard output.\n";
 
-// `latest` becomes what the operation came to if that is no link.
+// `latest` becomes the outcome of an operation that gave no link.
 void RunAndPrint(Session& session, const Operation& operation, Outcome& latest) {
   const OperationResult result = RunOperation(session, operation);
-  // In one piece: the log may grow at the same time.
+  // In one write, because the log may grow at the same time.
   session.PrintResult(
       "> " + operation.text + " -> " + result.text + "\n",
       JsonObject().AddText("operation", operation.text).AddText("result", result.text));
@@ -31,7 +31,7 @@ void RunAndPrint(Session& session, const Operation& operation, Outcome& latest) 
   }
 }
 
-// A bad line ends the run, after what stands before it has been done.
+// A bad line ends the run, after the lines before it.
 void RunInput(Session& session, Outcome& latest) {
   LineReader input(session);
   std::size_t number = 0;
@@ -53,7 +53,7 @@ void AddRunOptions(CLI::App& command, CommandLine& line) {
     }
   };
   command
-      .add_option_function<std::vector<std::string>>("OPERATION", parse, "What to do, see below")
+      .add_option_function<std::vector<std::string>>("OPERATION", parse, "What to run, see below")
       ->type_name("");
   command.footer(kBeforeOperations + OperationHelp() + kAfterOperations);
 }

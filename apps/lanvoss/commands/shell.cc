@@ -18,8 +18,8 @@ constexpr std::string_view kOwnWords[] = {"devices", "exit", "help"};
 constexpr std::string_view kNamedWords[] = {"ip", "ip --direct", "unpair", "watch", "watch --keep"};
 
 constexpr char kShellHelp[] =
-    "  devices                        show what is remembered\n"
-    "  exit                           leave, as the end of the input does\n"
+    "  devices                        show the devices in the cache\n"
+    "  exit                           leave the shell; the end of the input does too\n"
     "Ctrl-C ends the operation that runs.\n";
 
 std::vector<std::string> AllLines(const Session& session) {
@@ -52,7 +52,7 @@ void RunLine(Session& session, const std::string& text) {
     const std::string result = RunOperation(session, operation).text;
     session.PrintResult(
         result + "\n", JsonObject().AddText("operation", operation.text).AddText("result", result));
-  } catch (const std::exception& error) {  // of the operation's text, or of the platform
+  } catch (const std::exception& error) {  // of the operation's text or of the platform
     session.Output().Complain(error.what());
   }
 }

@@ -7,7 +7,7 @@
 
 namespace lanvoss::program {
 
-// A command's own options, besides those that go with every command.
+// A command's own options, besides those of every command.
 void AddIpOptions(CLI::App& command, CommandLine& line);
 void AddKeepOptions(CLI::App& command, CommandLine& line);
 void AddWatchOptions(CLI::App& command, CommandLine& line);
@@ -27,7 +27,7 @@ Outcome RunShell(Session& session);
 Outcome RunTimeline(Session& session);
 Outcome RunDoctor(Session& session);
 
-// Whether it runs over an object of the library.
+// Whether the command needs an object of the library.
 enum class Over { kObject, kNothing };
 
 struct Command {
@@ -39,26 +39,26 @@ struct Command {
 };
 
 inline constexpr Command kCommands[] = {
-    {"ip", "Find, pair and connect a device; print the addresses of the link as LOCAL,REMOTE",
+    {"ip", "Find a device, pair with it and connect; print the addresses as LOCAL,REMOTE",
      AddIpOptions, RunIp, Over::kObject},
-    {"ping", "Connect a device, check the link, and connect anew what no longer answers",
+    {"ping", "Connect to a device and check the link; connect again if nothing answers",
      AddNameOption, RunPing, Over::kObject},
     {"keep", "Keep a device connected until interrupted; print each change of the link",
      AddKeepOptions, RunKeep, Over::kObject},
-    {"watch", "Print the devices that are there, or look for one until it is found",
-     AddWatchOptions, RunWatch, Over::kObject},
-    {"disconnect", "Take the link to a device over, or make it, and close it", AddNameOption,
+    {"watch", "Print the devices in range, or look for one until it is found", AddWatchOptions,
+     RunWatch, Over::kObject},
+    {"disconnect", "Close the link to a device; open or take over the link first", AddNameOption,
      RunDisconnect, Over::kObject},
-    {"unpair", "Look for a device and make the system forget its pairing", AddNameOption, RunUnpair,
+    {"unpair", "Find a device and remove its pairing from the system", AddNameOption, RunUnpair,
      Over::kObject},
-    {"devices", "Show the devices of the cache as a table", AddNoOptions, RunDevices,
+    {"devices", "Show the devices in the cache as a table", AddNoOptions, RunDevices,
      Over::kNothing},
-    {"run", "Do several operations one after the other", AddRunOptions, RunRun, Over::kObject},
-    {"shell", "Do operations as they are typed; \"help\" tells which", AddNoOptions, RunShell,
+    {"run", "Run several operations one after the other", AddRunOptions, RunRun, Over::kObject},
+    {"shell", "Run operations as you type them; \"help\" lists them", AddNoOptions, RunShell,
      Over::kObject},
-    {"timeline", "Draw what a saved log tells: what happened when", AddTimelineOptions, RunTimeline,
+    {"timeline", "Draw a saved log: what happened when", AddTimelineOptions, RunTimeline,
      Over::kNothing},
-    {"doctor", "Say what this machine lacks for reaching devices, and how to mend it", AddNoOptions,
+    {"doctor", "Say what this machine lacks to reach devices, and how to fix it", AddNoOptions,
      RunDoctor, Over::kNothing},
 };
 

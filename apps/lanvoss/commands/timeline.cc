@@ -39,12 +39,13 @@ std::string DefaultFile(const std::string& log) {
 }  // namespace
 
 void AddTimelineOptions(CLI::App& command, CommandLine& line) {
-  command.add_option("LOG", line.savedLog, "What the program has printed; - for standard input")
+  command
+      .add_option("LOG", line.savedLog, "A file with output of this program; - for standard input")
       ->required()
       ->type_name("");
   command
       .add_option("FILE", line.timelineFile,
-                  "A picture (.svg) or a trace (.json); default: LOG's name with .svg")
+                  "The picture (.svg) or trace (.json) to write; default: LOG's name with .svg")
       ->type_name("");
 }
 

@@ -6,7 +6,7 @@
 namespace lanvoss::program {
 namespace {
 
-// Nobody tells when the system has done it; it needs the program for less time than this.
+// The system does not say when it has done it. It needs the program for less time than this.
 constexpr std::chrono::seconds kUnpairTime(3);
 
 }  // namespace
@@ -23,7 +23,7 @@ Outcome RunUnpair(Session& session) {
   }
   session.Object().Unpair(name);
   session.SleepUnlessStopped(kUnpairTime);
-  return {.result = "the system was asked to forget " + name + "\n", .facts = facts};
+  return {.result = "asked the system to remove the pairing with " + name + "\n", .facts = facts};
 }
 
 }  // namespace lanvoss::program

@@ -34,7 +34,7 @@ Outcome NoWatch(const Session& session) {
 
 void AddWatchOptions(CLI::App& command, CommandLine& line) {
   const auto name = command.add_option("NAME", line.name, "The device to look for")->type_name("");
-  command.add_flag("--keep", line.keep, "Watch on until the device is gone again")->needs(name);
+  command.add_flag("--keep", line.keep, "Continue until the device is gone again")->needs(name);
 }
 
 Outcome RunWatch(Session& session) {

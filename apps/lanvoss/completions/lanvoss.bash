@@ -1,6 +1,6 @@
 # Completion of lanvoss for bash.
 
-# What is there to choose from for the word behind `$1`; nothing for a word of the user's own.
+# The choices for the word after `$1`; none for a free text.
 _lanvoss_values() {
   case $1 in
     --dir) compgen -d -- "$2" ;;
@@ -11,7 +11,7 @@ _lanvoss_values() {
   esac
 }
 
-# The names in the device cache that `--dir` tells of, as words for the command line.
+# The names in the device cache of `--dir`, as words for the command line.
 _lanvoss_names() {
   local i dir=.
   for ((i = 1; i < COMP_CWORD; i++)); do

@@ -3,7 +3,7 @@
 set -l named ip ping keep watch disconnect unpair
 set -l commands $named devices run shell timeline doctor
 
-# The names in the device cache that --dir tells of.
+# The names in the device cache that --dir.
 function __lanvoss_names
     set -l words (commandline -opc)
     set -l dir .
@@ -14,30 +14,30 @@ function __lanvoss_names
 end
 
 complete -c lanvoss -f
-complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a ip -d 'Find, pair and connect a device'
-complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a ping -d 'Check a link, connect anew what is silent'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a ip -d 'Find a device, pair with it and connect'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a ping -d 'Check a link, connect again if silent'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a keep -d 'Keep a device connected'
-complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a watch -d 'Print the devices that are there'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a watch -d 'Print the devices in range'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a disconnect -d 'Close the link to a device'
-complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a unpair -d 'Make the system forget a pairing'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a unpair -d 'Remove a pairing from the system'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a devices -d 'Show the cache as a table'
-complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a run -d 'Do several operations'
-complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a shell -d 'Do operations as they are typed'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a run -d 'Run several operations'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a shell -d 'Run operations as you type them'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a timeline -d 'Draw a saved log as a picture'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a doctor -d 'Say what this machine lacks'
 complete -c lanvoss -n "__fish_seen_subcommand_from $named" -a '(__lanvoss_names)'
 complete -c lanvoss -n '__fish_seen_subcommand_from timeline' -F
 
-complete -c lanvoss -l dir -x -a '(__fish_complete_directories)' -d 'Where the device cache lives'
-complete -c lanvoss -l radio -x -a 'simulated wpa windows' -d 'Stand on this radio'
-complete -c lanvoss -l scenario -r -F -d 'Stand on this simulated neighbourhood'
-complete -c lanvoss -l json -d 'Write a JSON object a line'
-complete -c lanvoss -l quiet -d 'Write the result alone'
+complete -c lanvoss -l dir -x -a '(__fish_complete_directories)' -d 'Folder of the device cache'
+complete -c lanvoss -l radio -x -a 'simulated wpa windows' -d 'Radio to use'
+complete -c lanvoss -l scenario -r -F -d 'Use these simulated devices'
+complete -c lanvoss -l json -d 'Write JSON objects, one per line'
+complete -c lanvoss -l quiet -d 'Write only the result'
 complete -c lanvoss -l log -r -F -d 'Append the log to this file'
 complete -c lanvoss -l timeline -r -F -d 'Draw what happened into this file'
-complete -c lanvoss -l help -d 'Tell how it is used'
-complete -c lanvoss -l version -d 'Tell the version'
-complete -c lanvoss -n '__fish_seen_subcommand_from ip' -l gap -x -d 'Keep this many ms from the last disconnect'
-complete -c lanvoss -n '__fish_seen_subcommand_from ip' -l direct -d 'Connect at once to the remembered id'
+complete -c lanvoss -l help -d 'Show the help'
+complete -c lanvoss -l version -d 'Show the version'
+complete -c lanvoss -n '__fish_seen_subcommand_from ip' -l gap -x -d 'Least time in ms since the last disconnect'
+complete -c lanvoss -n '__fish_seen_subcommand_from ip' -l direct -d 'Connect at once, with the id in the cache'
 complete -c lanvoss -n '__fish_seen_subcommand_from keep' -l every -x -d 'Check every so many seconds'
-complete -c lanvoss -n '__fish_seen_subcommand_from watch' -l keep -d 'Watch on until it is gone'
+complete -c lanvoss -n '__fish_seen_subcommand_from watch' -l keep -d 'Continue until it is gone'

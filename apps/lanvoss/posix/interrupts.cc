@@ -16,15 +16,15 @@ namespace {
 constexpr char kInterrupt = 'i';
 constexpr char kEnd = 'e';
 
-// A byte in the pipe is an interrupt, or the end of taking them.
+// Each byte in the pipe is an interrupt, or the end of taking interrupts.
 int pipeOut = -1;
 int pipeIn = -1;
 std::atomic<bool> nextLeaves = false;
 
 void Put(char byte) { static_cast<void>(!::write(pipeIn, &byte, 1)); }
 
-// Runs on the thread that takes interrupts: every other one blocks the signals, so that they do not
-// cut short what it waits for.
+// Runs on the thread that takes interrupts. All other threads block the signals, so that no signal
+// ends a wait early.
 extern "C" void OnInterrupt(int /*signal*/) {
   if (nextLeaves) {
     std::_Exit(kExitAborted);
@@ -44,7 +44,7 @@ void MaskInterrupts(int how) {
 
 }  // namespace
 
-// Blocked in this thread and in all that it starts later.
+// Blocked in this thread and in all threads that it starts later.
 void HoldInterrupts() {
   int ends[2] = {-1, -1};
   if (::pipe2(ends, O_CLOEXEC) != 0) {

@@ -1,5 +1,4 @@
-// The editor is libedit. It calls back through plain functions, which find their way through its
-// client data.
+// The editor is libedit. It calls back plain functions, which find the object in its client data.
 #include "line_editor.h"
 
 #include <cstdio>
@@ -18,7 +17,7 @@ namespace lanvoss::program {
 namespace {
 
 constexpr int kHistoryLines = 1000;
-constexpr int kOneCharacter = 1;  // what libedit's reader says: the count that it has read
+constexpr int kOneCharacter = 1;  // what libedit's reader returns: the number of characters
 constexpr int kNoCharacter = 0;
 
 // Empty when it is not set.
@@ -35,7 +34,7 @@ std::string StateFolder() {
   return home.empty() ? "" : home + "/.local/state";
 }
 
-// Where the lines of earlier shells are kept; empty: nowhere.
+// The file with the lines of earlier shells; empty: there is none.
 std::string HistoryFile() {
   const std::string state = StateFolder();
   if (state.empty()) {
@@ -82,7 +81,7 @@ class LineEditor::Terminal {
     el_set(editor_, EL_GETCFN, &ReadCharacter);
     el_set(editor_, EL_ADDFN, "complete", "Complete the line", &Complete);
     el_set(editor_, EL_BIND, "^I", "complete", nullptr);
-    el_source(editor_, nullptr);  // what the user likes, from ~/.editrc
+    el_source(editor_, nullptr);  // the user's settings, from ~/.editrc
   }
 
   ~Terminal() {
@@ -131,7 +130,7 @@ class LineEditor::Terminal {
 
   static unsigned char Complete(EditLine* editor, int /*key*/) { return Of(editor).CompleteLine(); }
 
-  // Waits for a character that is typed. Meanwhile lines may scroll by: the one that is being typed
+  // Waits for a typed character. Lines may scroll by meanwhile: then the line that is being typed
   // is drawn again below them.
   int Read(wchar_t& character) {
     std::mbstate_t state{};

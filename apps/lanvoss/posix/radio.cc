@@ -15,8 +15,8 @@ constexpr char kSimulated[] = "simulated";
 constexpr char kWpa[] = "wpa";
 constexpr char kWpaWithInterface[] = "wpa:";
 
-// The network interface that the name of a real radio gives, empty when it leaves that open; none
-// for any other name.
+// The network interface in the name of a real radio, empty when the name has none. None for any
+// other radio.
 std::optional<std::string> WpaInterfaceOf(const std::string& radioName) {
   if (radioName == kWpa) {
     return "";
@@ -51,7 +51,7 @@ std::vector<platform::Finding> Examine(const std::optional<std::string>& radioNa
 std::string HowToAllowRawSockets() {
   std::error_code unknown;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  return "give it with: sudo setcap cap_net_raw+ep " + program.string();
+  return "sudo setcap cap_net_raw+ep " + program.string();
 }
 
 }  // namespace lanvoss::program

@@ -17,13 +17,13 @@ constexpr std::size_t kPieceLength = 4096;
 
 constexpr unsigned char kFirstPrintable = 0x20;
 constexpr unsigned char kDelete = 0x7F;
-// The second set of control characters, which terminals heed as well: 0xC2 and one of these.
+// The second set of control characters, which terminals obey too: 0xC2 and one of these.
 constexpr unsigned char kSecondSetLead = 0xC2;
 constexpr unsigned char kSecondSetFirst = 0x80;
 constexpr unsigned char kSecondSetLast = 0x9F;
 
-// A standard stream that the caller has closed would leave its number to the next file opened: the
-// log would end up in the cache file.
+// If the caller has closed a standard stream, the next opened file would get its number: the log
+// would go into the cache file.
 void FillClosedStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (::fcntl(stream, F_GETFD) == -1) {
@@ -47,7 +47,7 @@ unsigned char ByteAt(std::string_view text, std::size_t position) {
 const char kNullDevice[] = "/dev/null";
 
 void PrepareStreams() {
-  // The encoding of what is typed. NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
+  // The encoding of typed text. NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs yet
   std::setlocale(LC_CTYPE, "");
   FillClosedStreams();
   std::signal(SIGPIPE, SIG_IGN);
@@ -100,7 +100,7 @@ std::size_t ControlLength(std::string_view text) {
 }
 
 std::size_t CharactersIn(const std::string& text) {
-  // A byte of the form 10xxxxxx goes on with a character.
+  // A byte of the form 10xxxxxx continues a character.
   return static_cast<std::size_t>(
       std::ranges::count_if(text, [](char byte) { return (byte & 0xC0) != 0x80; }));
 }

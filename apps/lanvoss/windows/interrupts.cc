@@ -22,7 +22,7 @@ BOOL WINAPI OnInterrupt(DWORD kind) {
   }
   SetEvent(interrupted);
   if (!IsFromKeyboard(kind)) {
-    Sleep(INFINITE);  // until the program has ended, or the system's patience with it
+    Sleep(INFINITE);  // until the program has ended, or the system ends it
   }
   return TRUE;
 }

@@ -16,8 +16,8 @@ constexpr DWORD kPieceLength = 4096;
 constexpr unsigned char kFirstPrintable = 0x20;
 constexpr unsigned char kDelete = 0x7F;
 
-// While it lives, the console reads and writes in the code page of the program's texts. The console
-// is not the program's alone, so it gets its own back.
+// While it exists, the console uses the code page of the program's texts. Other programs use the
+// console too, so it gets its own code page back.
 class AnsiConsole {
  public:
   AnsiConsole() {
@@ -40,7 +40,7 @@ HANDLE HandleOf(std::FILE* stream) {
   return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
 }
 
-// This runtime library takes line buffering for full buffering.
+// This runtime library has no line buffering, only full buffering.
 std::FILE* OpenUnbuffered(int file) {
   std::FILE* stream = _fdopen(file, "wb");
   std::setvbuf(stream, nullptr, _IONBF, 0);
@@ -56,7 +56,7 @@ void PrepareStreams() {
   for (std::FILE* stream : {stdin, stdout, stderr}) {
     _setmode(_fileno(stream), _O_BINARY);
   }
-  // This runtime library takes line buffering for full buffering.
+  // This runtime library has no line buffering, only full buffering.
   std::setvbuf(stdout, nullptr, _IONBF, 0);
   static const AnsiConsole console;
 }
