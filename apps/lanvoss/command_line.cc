@@ -26,7 +26,11 @@ constexpr char kFooter[] =
     "  6    the device was found, but no link came up\n"
     "  130  interrupted; a second Ctrl-C ends the program at once\n";
 
-// The program's own.
+// The help of one command; lanvoss run has its own.
+constexpr char kCommandFooter[] =
+    "lanvoss --help shows the options that every command has, and the exit codes.\n";
+
+// The options of every command.
 void AddCommonOptions(CLI::App& app, CommandLine& line) {
   app.add_option("--dir", line.directory,
                  "Folder of the device cache (default: the current folder)")
@@ -49,6 +53,7 @@ void AddCommonOptions(CLI::App& app, CommandLine& line) {
 void AddCommand(CLI::App& app, const Command& command, CommandLine& line) {
   CLI::App& added = *app.add_subcommand(command.name, command.help);
   added.fallthrough();
+  added.footer(kCommandFooter);
   added.callback([&line, &command] { line.command = &command; });
   command.addOptions(added, line);
 }
