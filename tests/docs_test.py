@@ -111,6 +111,27 @@ def check_lines_of_the_code(lines):
         expect('"' + line.split("<")[0] in code, f"log.md: not in the code: {line}")
 
 
+def check_scenarios():
+    """The keys, the words and the plain defaults of scenario files."""
+    folder = ROOT / "src/backends/simulated"
+    code = "".join(path.read_text() for path in sorted((folder / "scenario_file").glob("*.cc")))
+    fields = (folder / "peer.h").read_text()
+    page = {}
+    for heading, key, *cells in rows("docs/scenarios.md"):
+        if heading in ("The file", "Habits", "Peers", "Script") and re.fullmatch("`[a-z_]+`", key):
+            page[key.strip("`")] = cells[0]
+    keys = set(re.findall(r'\{"(\w+)", (?:Into|read)', code))
+    expect(keys == page.keys(), f"scenarios.md: not in both: {keys ^ page.keys()}")
+    for key, default in page.items():
+        field = re.sub("_(.)", lambda match: match[1].upper(), key)
+        if re.fullmatch(r"\d+|true|false", default) and key != "seed":
+            expect(re.search(rf"\b{field} = {default}(\.0)?;", fields),
+                   f"scenarios.md: the default of {key} is not {default}")
+    text = (ROOT / "docs/scenarios.md").read_text()
+    for word in re.findall(r'\{"([a-z_]+)", \w+::k', code):
+        expect(f'`"{word}"`' in text, f"scenarios.md does not have {word}")
+
+
 def check_links():
     for page in [*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")]:
         for target in re.findall(r"\]\((?!https?:)([^)#]+)", page.read_text()):
@@ -119,5 +140,6 @@ def check_links():
 
 check_limits()
 check_notifications(sys.argv[1])
+check_scenarios()
 check_links()
 sys.exit("\n".join(faults) or 0)
