@@ -40,7 +40,7 @@ constexpr milliseconds kInterruptPoll(100);
 std::atomic<bool> silent = false;
 volatile std::sig_atomic_t interrupted = 0;
 
-// Only the log tells that a check got no answer.
+// Only the log says that a check got no answer.
 void OnNotify(std::string kind, std::string message) {
   if (kind == "info" && message.starts_with("(watch) ping done ret:0 ")) {
     silent = true;

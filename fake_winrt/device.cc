@@ -81,8 +81,7 @@ HRESULT Device::get_ConnectionStatus(abi::WiFiDirectConnectionStatus* value) noe
   return Give(__func__, value, [](auto& device) { return device.ConnectionStatus(); });
 }
 
-// The handler that the contract's device keeps must not keep this object: each event gets a sender
-// of its own.
+// The handler in the radio's link must not hold this object, so each event gets a new sender.
 HRESULT Device::add_ConnectionStatusChanged(StatusDelegate* handler,
                                             EventRegistrationToken* token) noexcept {
   return Give(__func__, token, [&](auto& device) {

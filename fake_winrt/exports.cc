@@ -18,8 +18,8 @@ bool HasApartment() {
   return SUCCEEDED(CoGetApartmentType(&type, &qualifier));
 }
 
-// The runtime lets a module go whose factory it could not get. Messages of failures and the threads
-// of the process's own neighbourhood stay behind, and need it.
+// The runtime unloads a module whose factory it could not get. But error messages and the threads
+// of the process's default air remain, and need the module.
 void StayLoaded() {
   HMODULE module = nullptr;
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,

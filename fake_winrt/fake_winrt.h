@@ -1,5 +1,5 @@
-// Stands in for the classes of the Windows Runtime that the library activates: strict COM objects
-// over any radio. The library's calls go through COM into these, and from these into the radio.
+// Fakes of the classes of the Windows Runtime that the library activates: strict COM objects over
+// any radio. The library calls these objects through COM, and they call the radio.
 //
 //   fake_winrt::Use(air.Radio(), time);
 //   ... let the library work on windows::CreateRadio(system), then let its last events pass ...
@@ -7,8 +7,8 @@
 //   EXPECT_EQ(ledger.created, ledger.destroyed);
 //   EXPECT_THAT(ledger.faults, IsEmpty());
 //
-// A process that never calls Use gets a neighbourhood of its own in real time: from the scenario
-// file that the environment variable LANVOSS_FAKE_WINRT_SCENARIO names, or else the demo's.
+// A process that never calls Use gets simulated devices in real time: from the scenario file in the
+// environment variable LANVOSS_FAKE_WINRT_SCENARIO, otherwise those of the demo.
 #pragma once
 
 #include <memory>
@@ -36,13 +36,13 @@ struct Ledger {
   std::vector<std::string> faults = {};  // in UTF-8
 };
 
-// From now on the classes stand on this radio. The threads of asynchronous operations come from
+// From now on the classes use this radio. The threads of asynchronous operations come from
 // `threads`.
 LANVOSS_FAKE_WINRT_API void Use(std::shared_ptr<platform::WiFiDirect> radio,
                                 std::shared_ptr<events::Threads> threads);
 
-// Waits for the asynchronous operations to end, drops the radio, and tells what was seen. The
-// library must have let go of everything: what is still referenced counts as leaked.
+// Waits for the asynchronous operations to end, drops the radio, and returns what was seen. The
+// library must have released everything: an object that is still referenced counts as leaked.
 LANVOSS_FAKE_WINRT_API Ledger Finish();
 
 }  // namespace lanvoss::fake_winrt

@@ -27,7 +27,7 @@ class Listener {
     }
   }
 
-  // From now on nobody else holds the delegate.
+  // From now on only this object holds the delegate.
   void Subscribed() { subscribed_ = true; }
 
   void Invoke(Sender sender, Args args) const {

@@ -104,7 +104,7 @@ HRESULT FakeObject::NoPlaceForResult(const char* method) {
   return E_POINTER;
 }
 
-// Marshalling is asked for by whoever wants to know whether an object is agile, which is no fault.
+// Callers ask for marshalling to learn whether an object is agile, so this is no fault.
 HRESULT FakeObject::NoInterface(REFIID iid) {
   if (iid != abi::kIid<IMarshal>) {
     AddFault("unknown interface " + TextOf(iid));

@@ -15,9 +15,9 @@ class Session;
 
 namespace abi = windows::abi;
 
-// Counts the references to an object, and finds fault with how it is used. What stands behind the
-// object goes with the last reference; the shell stays until the session's end, so that a call that
-// comes too late is seen instead of ending the process.
+// Counts the references to an object, and reports wrong use. The target of the object is released
+// with the last reference. The fake object itself stays until the end of the session, so that a
+// late call is reported instead of ending the process.
 class FakeObject {
  public:
   FakeObject(Session& session, const char* className, std::shared_ptr<void> target);
@@ -26,7 +26,7 @@ class FakeObject {
   FakeObject& operator=(const FakeObject&) = delete;
 
   ULONG References();
-  // Ends a loan: whoever borrowed the object for a call must have released what it took.
+  // Ends a loan: the borrower of the object for a call must have released its references.
   void TakeBack();
   // Ends an object that is still referenced when nothing should be.
   void Abandon();

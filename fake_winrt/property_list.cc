@@ -14,7 +14,7 @@ using Names = std::vector<std::u16string>;
 using Iterable = abi::IIterable<HSTRING>;
 using Iterator = abi::IIterator<HSTRING>;
 
-// How many texts are asked for at once: a list has to stop at this, and to go on from here.
+// How many texts are asked for at once. A list must stop at this, and continue from here.
 constexpr UINT32 kBatch = 2;
 
 windows::ComPointer<Iterator> NewIterator(Session& session,

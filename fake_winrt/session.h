@@ -1,4 +1,4 @@
-// What happens from Use to Finish: the radio beneath, the objects given out, what was counted.
+// What happens from Use to Finish: the radio, the objects that were returned, the counts.
 #pragma once
 
 #include <atomic>
@@ -17,7 +17,7 @@
 
 namespace lanvoss::fake_winrt {
 
-// A session is never destroyed: what somebody failed to release may still be called after its end.
+// A session is never destroyed: an object that was not released may still be called after its end.
 class Session {
  public:
   Session(std::shared_ptr<platform::WiFiDirect> radio, std::shared_ptr<events::Threads> threads);
@@ -66,7 +66,7 @@ class Session {
 // Starts a session, which is the current one from now on.
 void BeginSession(std::shared_ptr<platform::WiFiDirect> radio,
                   std::shared_ptr<events::Threads> threads);
-// The current session; the process's own neighbourhood when there never was one. Raises when the
+// The current session; that of the process's default air if there never was one. Raises when the
 // last one has ended.
 Session& CurrentSession();
 // Ends the current session; nothing was seen when there is none.

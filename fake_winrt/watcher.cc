@@ -24,8 +24,7 @@ HRESULT Watcher::Stop() noexcept {
   return Do(__func__, [](Contract& watcher) { watcher.Stop(); });
 }
 
-// The handlers that the contract's watcher keeps must not keep this object: each event gets a
-// sender of its own.
+// The handlers in the radio's watcher must not hold this object, so each event gets a new sender.
 
 HRESULT Watcher::add_Added(AddedDelegate* handler, Token* token) noexcept {
   return Give(__func__, token, [&](Contract& watcher) {

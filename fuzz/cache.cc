@@ -1,6 +1,6 @@
 // A cache file of any bytes, and devices with any texts reported after it: what the table holds
-// then is written and loaded again. An input is the file; behind it, each after a kReportMark, come
-// reports of an id, a name and the bytes of a stamp.
+// then is written and loaded again. An input is the file. After it, each after a kReportMark, come
+// reports of an id, a name and the bytes of a time stamp.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What every target stands on.
+// What every target uses.
 #pragma once
 
 #include <cstdio>

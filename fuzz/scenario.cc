@@ -1,5 +1,5 @@
-// Any bytes as a scenario file: what is taken is within its ranges, and a refusal tells in one line
-// where and why.
+// Any bytes as a scenario file: accepted values are within their ranges, and an error says in one
+// line where and why.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

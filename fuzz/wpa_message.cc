@@ -1,5 +1,5 @@
-// Any bytes at all as an event of wpa_supplicant, which tells the names that devices give
-// themselves: no secret is kept, and what is kept stood in the event.
+// Any bytes as an event of wpa_supplicant, which contains names that devices choose themselves: no
+// secret is kept, and what is kept was in the event.
 #include <cstddef>
 #include <cstdint>
 #include <string>

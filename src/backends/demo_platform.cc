@@ -1,4 +1,4 @@
-// The library for machines without a radio: real time, a simulated neighbourhood.
+// The library for machines without a radio: simulated devices in real time.
 #include <utility>
 
 #include "backends/posix/posix_system.h"

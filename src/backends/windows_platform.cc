@@ -1,4 +1,4 @@
-// The DLL, over the machine's own radio.
+// The DLL, over the machine's radio.
 #include <utility>
 
 #include "backends/windows/windows_radio.h"

@@ -6,10 +6,10 @@ namespace lanvoss {
 namespace {
 
 constexpr std::size_t kMostDigits = 10;  // of a number of 32 bits
-// Seven numbers, none of more than 16 bits, and what stands between them.
+// Seven numbers of at most 16 bits, and the characters between them.
 constexpr std::size_t kMostStampLength = 7 * 5 + 6;
 
-// Writes the number in front of `end`, and tells where it begins.
+// Writes the number before `end`, and returns where it begins.
 char* PutBefore(char* end, unsigned number, int width) {
   char* begin = end;
   do {

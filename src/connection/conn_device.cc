@@ -9,8 +9,8 @@
 
 namespace lanvoss {
 
-// One connection attempt. Ends by signalling hEvDone and stopping the watcher, with or without a
-// link; a platform error ends it without either, so that whoever waits runs into its own time-out.
+// One connection attempt. Ends by setting hEvDone and stopping the watcher, with or without a link.
+// A platform error ends it without both, so a waiting request reaches its own time-out.
 void CDeviceWatcherWinRT::ConnDevice(std::string name, std::string id) {
   try {
     WriteLog("(watch) ConnDevice... name=" + name + " id=" + id);
@@ -117,7 +117,7 @@ bool CDeviceWatcherWinRT::BeginOpenRequest(std::int32_t now) {
   return false;
 }
 
-// Learns the addresses of an open link and tells the host.
+// Reads the addresses of an open link and notifies the host.
 void CDeviceWatcherWinRT::ReportLink(const std::string& name,
                                      const std::shared_ptr<platform::WiFiDirectDevice>& device) {
   device->ConnectionStatusChanged([this, shared = gate](auto& sender) {
@@ -126,7 +126,7 @@ void CDeviceWatcherWinRT::ReportLink(const std::string& name,
   const auto pair = device->GetConnectionEndpointPairs()->GetAt(0);
   const std::string local = AddressText(pair->LocalHostName());
   const std::string remote = AddressText(pair->RemoteHostName());
-  if (!remote.empty()) {  // else nobody can be reached, and the host asks again
+  if (!remote.empty()) {  // without one the device cannot be reached, and the host asks again
     const Lock lock(mutex);
     strDeviceIp = local + "," + remote;
   }

@@ -36,7 +36,7 @@ bool LogSink::RequestPairDeviceAsync(
 void LogSink::OnPairingRequested(platform::DeviceInformationCustomPairing&,
                                  platform::DevicePairingRequestedEventArgs& args) const {
   std::printf("OnPairingRequested:%d\n ", static_cast<int>(args.PairingKind()));
-  // Held until this returns; the release lets the ceremony go on.
+  // Held until this returns; its release lets the ceremony continue.
   const auto deferral = args.GetDeferral();
   const auto kind = args.PairingKind();
   if (kind == platform::DevicePairingKinds::ConfirmOnly ||

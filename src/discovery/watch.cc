@@ -15,7 +15,7 @@ std::string StatusName(platform::DeviceWatcherStatus status) {
   return WatcherStatusName(static_cast<std::uint32_t>(status));
 }
 
-// The end of the lines that tell how a try to start or stop the watcher went.
+// The end of the lines with the result of a try to start or stop the watcher.
 std::string TryText(int tries, platform::DeviceWatcherStatus status, std::int32_t elapsedMs) {
   return std::to_string(tries) + " status:" + StatusName(status) +
          " dt:" + std::to_string(elapsedMs);
@@ -57,7 +57,7 @@ std::int32_t CDeviceWatcherWinRT::StartWatcher(std::string name) {
   return StartWatcherAgain();
 }
 
-// The same for the name that is watched for now, whoever has asked for it meanwhile.
+// The same for the present watch name, which another thread may have changed meanwhile.
 std::int32_t CDeviceWatcherWinRT::StartWatcherAgain() {
   std::int32_t result = kFailed;
   try {

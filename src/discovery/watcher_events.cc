@@ -28,8 +28,8 @@ void CDeviceWatcherWinRT::WatchDeviceAdded(platform::DeviceWatcher& sender,
   }
 }
 
-// Puts a report into the table and tells the host about a new device or a new name. True when the
-// cache file has to follow.
+// Puts a report into the table and notifies the host of a new device or a new name. True when the
+// cache file must be written.
 bool CDeviceWatcherWinRT::RecordDevice(const std::string& name, const std::string& id,
                                        DeviceTable::Information info) {
   const DeviceRecord record{MacOf(id), name, platform_.system->GetLocalTime()};

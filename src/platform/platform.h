@@ -1,4 +1,4 @@
-// What stands under the library: one System and one radio.
+// The platform of an object: one System and one radio.
 #pragma once
 
 #include <memory>

@@ -1,7 +1,7 @@
 // The contract with the operating system: time, waiting, events, files, code pages, ICMP.
 //
-// All blocking of the library goes through here, so whoever implements System owns time. Every
-// operation may be called from any thread, several at once, and raises nothing but std::bad_alloc.
+// All blocking of the core goes through System, so an implementation controls time. Every operation
+// may be called from any thread, several at once, and raises only std::bad_alloc.
 #pragma once
 
 #include <array>
@@ -107,9 +107,9 @@ class System {
   virtual std::u16string Utf8ToWide(std::string_view utf8) = 0;
 
   virtual std::uint32_t ProcessId() = 0;
-  // The address that a text means: a dotted one as it stands, any other text by asking the system's
-  // name service, whose first answer counts. None when there is no such host. May block as long as
-  // the name service does.
+  // The address of a host: a dotted address is used as it is; for any other text the system's name
+  // service is asked, and its first answer counts. None when there is no such host. May block as
+  // long as the name service does.
   virtual std::optional<Ipv4Address> ResolveHost(const std::string& host) = 0;
   // None when the process may not open raw sockets or the system has no more of them.
   virtual std::unique_ptr<IcmpSocket> OpenIcmpSocket() = 0;

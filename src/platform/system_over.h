@@ -1,4 +1,4 @@
-// A System over another one, for whoever replaces a part of it.
+// A System over another one, for classes that replace a part of it.
 #pragma once
 
 #include <memory>

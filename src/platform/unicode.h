@@ -45,7 +45,7 @@ inline void AppendUtf16(std::u16string& out, char32_t point) {
   }
 }
 
-// Decodes the sequence that starts at `at` and moves `at` behind it; a malformed one is a
+// Decodes the sequence that starts at `at` and moves `at` after it; a malformed one is a
 // replacement character for its first byte alone.
 inline char32_t NextUtf8(std::string_view text, std::size_t& at) {
   const auto lead = static_cast<unsigned char>(text[at++]);

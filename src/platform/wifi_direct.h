@@ -85,7 +85,7 @@ class WiFiDirectConnectionParameters {
   virtual void PreferredPairingProcedure(WiFiDirectPairingProcedure procedure) = 0;
 };
 
-// Holds a pairing ceremony open; the ceremony goes on when the last reference is released.
+// Holds a pairing ceremony open; the ceremony continues when the last reference is released.
 class Deferral {
  public:
   virtual ~Deferral() = default;
@@ -128,7 +128,7 @@ class DeviceInformationPairing {
 
   virtual bool IsPaired() = 0;
   virtual std::shared_ptr<DeviceInformationCustomPairing> Custom() = 0;
-  // Starts to remove the system's pairing; nobody waits for the end of it.
+  // Starts to remove the system's pairing, and does not wait for the end.
   virtual void UnpairAsync() = 0;
 };
 

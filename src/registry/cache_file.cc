@@ -13,12 +13,11 @@
 namespace lanvoss {
 namespace {
 
-// A guess that spares the content from growing; a longer line only costs time.
+// An estimate, so that the content seldom grows. A longer line only costs time.
 constexpr std::size_t kUsualLineLength = 128;
 
-// Whether the path means the file that it says. The file name alone comes from a current directory
-// too long to be told, and would become a file in the root directory; a zero byte would cut it
-// short.
+// Whether the path is the intended file. A file name alone means that the current directory was too
+// long, and would be a file in the root directory. A zero byte would cut the path.
 bool IsPlace(const std::string& path) {
   return path != kCacheFileName && path.find('\0') == std::string::npos;
 }
@@ -28,7 +27,7 @@ platform::File OpenCacheFile(platform::System& system, const std::string& path,
   return IsPlace(path) ? system.OpenFile(path, use) : nullptr;
 }
 
-// 0 for a size that 32 bits cannot hold, or that cannot be told.
+// 0 for a size of more than 32 bits, or an unknown size.
 std::size_t SizeOf(std::FILE* file) {
   if (std::fseek(file, 0, SEEK_END) != 0) {
     return 0;
@@ -82,8 +81,8 @@ class Scanner {
   const char* const end_;
 };
 
-// Parts from the first one on that does not parse stay 0. Between day and hour white space may
-// stand, which the number skips.
+// From the first part that does not parse on, all parts stay 0. Between day and hour there may be
+// white space, which the number skips.
 platform::LocalTime ParseTime(std::string_view text) {
   platform::LocalTime time;
   Scanner scanner(text);

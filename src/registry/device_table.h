@@ -1,7 +1,7 @@
 // Every device that the library has seen. Entries are added and replaced, never removed.
 //
-// Plain data and look-ups: whoever owns a table locks it, and nothing here calls the platform or
-// the host.
+// Plain data and look-ups. The owner of a table locks it. Nothing here calls the platform or the
+// host.
 #pragma once
 
 #include <map>
@@ -33,9 +33,9 @@ class DeviceTable {
   DeviceTable(DeviceTable&&) = default;
   DeviceTable& operator=(DeviceTable&&) = default;
 
-  // The name now means this device, and a new id gets its record. A record that is there stays
-  // until Refresh, so that the host hears of a new name before the table takes it. `info` comes
-  // back as the reference that it replaced, for the caller to release outside its lock.
+  // The name now means this device, and a new id gets its record. An existing record stays
+  // until Refresh, so that the host is notified of a new name before the table has it. `info`
+  // returns the reference that it replaced, which the caller releases outside its lock.
   RecordChange Report(const std::string& name, const std::string& id, const DeviceRecord& record,
                       Information& info);
 

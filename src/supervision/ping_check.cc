@@ -57,8 +57,8 @@ CDeviceWatcherWinRT::LinkVerdict CDeviceWatcherWinRT::BeginRecoveryIfDue(int rep
   return LinkVerdict::kRecover;
 }
 
-// Unpairs, pairs and connects anew: on this thread when the watcher has reported the device, else
-// through the watcher.
+// Unpairs, pairs and connects again: on this thread if the watcher has reported the device,
+// otherwise through the watcher.
 void CDeviceWatcherWinRT::Recover(const std::string& name) {
   if (IsKnown(name)) {
     WriteLog("(watch) Ping Failed,Unpair,Re Pair... " + name);

@@ -30,10 +30,9 @@ void CDeviceWatcherWinRT::NoteCacheChange() {
   bCacheChanged = true;
 }
 
-// Writes the file when the table has changed. One thread writes at a time. A change that arrives
-// meanwhile is left to that thread, which writes again until the file holds the table as it is; so
-// the last state wins and nobody waits. What a write that threw has left undone is written with the
-// next report.
+// Writes the file if the table has changed. One thread writes at a time. It also writes the changes
+// that arrive meanwhile, until the file is equal to the table. So the last state wins, and no
+// thread waits. After a write that threw, the next report writes the changes.
 void CDeviceWatcherWinRT::WriteCache() {
   if (!BeginCacheWrite()) {
     return;
@@ -49,7 +48,7 @@ void CDeviceWatcherWinRT::WriteCache() {
   } while (!EndCacheWrite());
 }
 
-// Whether there is something to write and nobody who writes; from now on this thread does.
+// Whether there is something to write and no thread writes. Then this thread does.
 bool CDeviceWatcherWinRT::BeginCacheWrite() {
   const Lock lock(mutex);
   return bCacheChanged && !std::exchange(bCacheWriting, true);

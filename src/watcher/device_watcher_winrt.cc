@@ -30,7 +30,7 @@ CDeviceWatcherWinRT::~CDeviceWatcherWinRT() {
   try {
     StopWatcher();
   } catch (...) {
-    // The host's callback threw at one of the log lines. A destructor has nobody to hand that to.
+    // The host's callback threw at one of the log lines. A destructor cannot pass that on.
   }
   Release();
 }
@@ -68,8 +68,8 @@ std::string CDeviceWatcherWinRT::CachePath(std::string directory) {
 // What construction built up, in the order of destruction. After it no handler touches the object.
 void CDeviceWatcherWinRT::Release() {
   if (deviceWatcher != nullptr) {
-    // Each by itself, so that one that fails leaves the others. There is nobody to tell; the gate
-    // keeps out what a subscription that stayed would still bring.
+    // Each one alone, so that a failure does not stop the others. It cannot be reported. The gate
+    // refuses the events of a subscription that remains.
     const auto revoke = [this](auto how, platform::EventToken token) {
       try {
         ((*deviceWatcher).*how)(token);

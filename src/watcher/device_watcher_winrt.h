@@ -1,10 +1,10 @@
 // The one implementation of LanvossInterface: all state of discovery, connection and supervision.
 //
-// Its operations and handlers live in the folders of their subjects; each declaration below says
+// Its operations and handlers are in the folders of their subjects; each declaration below says
 // where.
 //
 // Threads: operations run on the host's threads, handlers on the platform's, all at once. Fields
-// marked LANVOSS_GUARDED_BY(mutex) are touched under the lock alone; the others do not change
+// marked LANVOSS_GUARDED_BY(mutex) are used under the lock alone; the others do not change
 // between construction and destruction. The order in which effects become visible is the order of
 // the steps in each routine.
 #pragma once
@@ -64,11 +64,11 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::string CachePath(std::string directory);
   void Release();
   void WriteLog(std::string text) const { logSink.WriteLog(std::move(text)); }
-  // Tells the host under one of the direct kinds.
+  // Notifies the host with one of the direct kinds.
   void Notify(std::string kind, std::string message) const;
   std::string ToAnsi(std::u16string_view wide) const;
   std::int32_t Now() const { return platform_.system->Clock(); }
-  // The end of the log lines that tell why a find or a watch did not go on.
+  // The end of the log lines that say why a find or a watch did not continue.
   std::string FlagsText() const LANVOSS_REQUIRES(mutex);
   // What every watch and every request begins with.
   void ResetAttempt(std::int32_t now) LANVOSS_REQUIRES(mutex);
@@ -147,7 +147,7 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   bool IsKnown(const std::string& name) const;
   bool IsGivenUp() const;
 
-  // What stands beneath. First, so that it outlives every other member.
+  // First, so that it outlives every other member.
   const platform::Platform platform_;
   const std::shared_ptr<LifetimeGate> gate;
 
@@ -170,7 +170,7 @@ class CDeviceWatcherWinRT : public LanvossInterface {
   std::int32_t nFromIdTry LANVOSS_GUARDED_BY(mutex) = 0;  // open requests of the attempt
   std::string strCachePath;
 
-  // Reset by whoever is about to wait, set by whoever ends the wait.
+  // The thread that is going to wait resets it; the thread that ends the wait sets it.
   std::unique_ptr<platform::Event> hEvDone;     // the attempt has finished
   std::unique_ptr<platform::Event> hEvStopped;  // the watcher has stopped
   std::unique_ptr<platform::Event> hEvStatus;   // the link's status has changed

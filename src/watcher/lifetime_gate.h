@@ -1,16 +1,16 @@
 // The gate through which every operation and every event handler enters the watcher object.
 //
-// The destructor closes it in two steps. From BeginDestruction on, the library's own waits on other
-// threads end with ObjectGone, so that whoever is inside leaves soon; handlers still get in, since
-// the stop of the watcher needs them. From Close on nobody gets in, and those inside on other
-// threads are waited for.
+// The destructor closes it in two steps. After BeginDestruction the core's own waits on other
+// threads end with ObjectGone, so that these threads leave soon. Handlers may still enter, because
+// the stop of the watcher needs them. After Close nothing enters, and the destructor waits for the
+// routines that are inside on other threads.
 //
-// Those inside on the destructor's own thread cannot be waited for; there the host dropped its last
-// reference from its callback, so the destructor runs inside of them. When the callback returns to
-// such a routine, or throws into it, CallHost ends it with ObjectGone before it touches the object
-// again.
+// It cannot wait for a routine on its own thread: there the host dropped its last reference from
+// its callback, so the destructor runs inside this routine. When the callback returns to the
+// routine, or throws into it, CallHost ends the routine with ObjectGone before it touches the
+// object again.
 //
-// The gate is shared, so that a handler that comes late finds it, closed, when the object is gone.
+// The gate is shared, so that a late handler finds a closed gate when the object is gone.
 #pragma once
 
 #include <algorithm>
@@ -29,12 +29,12 @@
 
 namespace lanvoss {
 
-// Thrown in a routine whose object is being destroyed, or was destroyed under it, up to the gate.
-// Not a std::exception and never caught elsewhere, except to let it pass.
+// Thrown in a routine whose object is being destroyed, or has been destroyed; caught at the gate.
+// It is no std::exception. Other code catches it only to pass it on.
 struct ObjectGone {};
 
-// Runs `body`; what it throws goes to `handle`, which may throw it on. The end of the object goes
-// to nobody: there is nothing left to handle.
+// Runs `body`. What it throws goes to `handle`, which may throw it again. ObjectGone does not:
+// after the end of the object there is nothing to handle.
 template <typename Body, typename Handle>
 void HandleErrors(Body body, Handle handle) {
   try {
@@ -90,7 +90,7 @@ class LifetimeGate {
 
   // Called once, by the destructor. From now on this thread alone may wait.
   void BeginDestruction();
-  // Closes the gate and waits, without a time limit, until it is empty but for this thread.
+  // Closes the gate and waits, without a time limit, until it is empty except for this thread.
   void Close();
 
  private:

@@ -10,7 +10,7 @@ namespace lanvoss::events {
 class EventQueue {
  public:
   std::deque<std::function<void()>> waiting;  // guarded by the state's mutex
-  bool busy = false;                          // a worker is at it; guarded likewise
+  bool busy = false;                          // a worker delivers it; guarded by the same mutex
 };
 
 namespace {

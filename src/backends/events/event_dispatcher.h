@@ -1,4 +1,4 @@
-// Delivers events on threads of the platform's.
+// Delivers events on threads of the platform.
 #pragma once
 
 #include <functional>
@@ -15,13 +15,12 @@ class EventQueue;
 class EventDispatcher {
  public:
   EventDispatcher(std::shared_ptr<platform::System> system, std::shared_ptr<Threads> threads);
-  // Drops what has not been delivered and waits for what is being delivered, except for a delivery
-  // that it runs inside of.
+  // Drops the events that wait, and waits for those that are being delivered. It does not wait for
+  // a delivery that it runs inside.
   ~EventDispatcher();
 
   std::shared_ptr<EventQueue> NewQueue();
-  // Delivers on that queue; with none, on a queue of its own. `deliver` may block; it must not
-  // throw.
+  // Delivers on that queue, or without one on a new queue. `deliver` may block; it must not throw.
   void Send(std::shared_ptr<EventQueue> queue, std::function<void()> deliver);
 
  private:

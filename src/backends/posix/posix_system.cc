@@ -40,11 +40,11 @@ std::int64_t MsSinceBoot() {
   return now.tv_sec * kMsPerSecond + now.tv_nsec / kNsPerMs;
 }
 
-// When this process started, on the clock of MsSinceBoot; now, when the kernel does not tell.
+// The start of this process, on the clock of MsSinceBoot; now, if the kernel does not say it.
 std::int64_t ProcessStartMs() {
   std::ifstream file("/proc/self/stat");
   const std::string stat{std::istreambuf_iterator<char>(file), {}};
-  // Fields are counted behind the program's name, which is in parentheses and may hold anything.
+  // Fields are counted after the program's name, which is in parentheses and may contain anything.
   constexpr int kFieldsBeforeStart = 19;
   std::istringstream fields(stat.substr(stat.rfind(')') + 1));
   std::string field;
@@ -100,8 +100,7 @@ bool MayOpen(const std::string& path) {
   return stat(path.c_str(), &status) == 0 ? IsRegular(status) : errno == ENOENT;
 }
 
-// Whether the open file is this process's alone from now on. A file system without locks cannot
-// tell.
+// Locks the open file for this process alone. Also true on a file system without locks.
 bool LockAlone(int file) { return flock(file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK; }
 
 class PosixIcmpSocket final : public platform::IcmpSocket {
@@ -193,7 +192,7 @@ class PosixSystem final : public platform::System {
     if (!MayOpen(path)) {
       return nullptr;
     }
-    constexpr mode_t kAnybodyMayRead = 0666;  // but for what the process's mask takes away
+    constexpr mode_t kAnybodyMayRead = 0666;  // without the rights that the process's mask removes
     const bool replaces = use == platform::FileUse::kReplace;
     const int opened =
         open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (replaces ? O_CREAT : 0),
@@ -209,7 +208,7 @@ class PosixSystem final : public platform::System {
     // The path may mean something else by now.
     struct stat status {};
     const bool isOwn = fstat(opened, &status) == 0 && IsRegular(status) && LockAlone(opened);
-    // Emptied only now: until here it may be somebody else's.
+    // Emptied only now: before, another process may have used it.
     return isOwn && (!replaces || ftruncate(opened, 0) == 0) ? std::move(file) : nullptr;
   }
 

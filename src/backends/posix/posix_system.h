@@ -1,4 +1,4 @@
-// System on Linux. The ANSI code page is UTF-8, whatever the locale says: a host names devices in
+// System on Linux. The ANSI code page is UTF-8, independent of the locale: a host names devices in
 // UTF-8 here.
 #pragma once
 

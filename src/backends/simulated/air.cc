@@ -13,7 +13,7 @@ namespace lanvoss::simulated {
 namespace {
 
 constexpr char16_t kAssociationEndpoints[] = u"simulated:association-endpoints";
-// Written out once more, so that it can be seen whether the library asks for the right one.
+// Written here again, so that a wrong property of the library is noticed.
 constexpr char16_t kKnownProperty[] = u"System.Devices.WiFiDirect.InformationElements";
 
 class SimulatedRadio final : public platform::WiFiDirect {

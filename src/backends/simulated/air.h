@@ -1,4 +1,4 @@
-// A simulated Wi-Fi Direct neighbourhood: the devices around, and the platform that sees them.
+// The simulated air: the devices in range, and the platform that sees them.
 //
 //   auto time = VirtualTime::Seeded(1);
 //   Air air(time, time);
@@ -9,7 +9,7 @@
 //
 // It is strict about the platform's rules: which status allows Start and Stop, events on threads
 // of its own, Stopped after Stop. Everything here may be called from any thread that takes part in
-// the System's time, from inside handlers too.
+// the System's time, also from inside handlers.
 #pragma once
 
 #include <cstdint>
@@ -35,7 +35,7 @@ struct PairingRequest {
   platform::WiFiDirectPairingProcedure procedure = platform::WiFiDirectPairingProcedure::Invitation;
 };
 
-// One device of a neighbourhood; a cheap copy, valid while the neighbourhood lives.
+// One device of the air. Cheap to copy; valid while the air exists.
 class PeerHandle {
  public:
   PeerHandle(AirState& air, std::size_t index) : air_(&air), index_(index) {}
@@ -66,17 +66,16 @@ class Air {
   // `seed` decides the faults that come by chance and the echoes that are answered.
   Air(std::shared_ptr<platform::System> system, std::shared_ptr<events::Threads> threads,
       Habits habits = {}, std::uint64_t seed = 1);
-  // The neighbourhood itself lives, and its script runs, as long as this or anything of its radio
-  // is held.
+  // The air exists, and its scripts run, as long as this object or anything of its radio is held.
   ~Air();
 
-  // What the library is given: the radio, and the system beneath with its echo requests led to the
-  // devices of this neighbourhood.
+  // The platform for the library: the radio, and the system, whose echo requests go to the devices
+  // of this air.
   std::shared_ptr<platform::WiFiDirect> Radio() const;
   std::shared_ptr<platform::System> System() const;
 
   PeerHandle Add(Peer peer);
-  // Runs `action` on a thread of the neighbourhood's; it must not block.
+  // Runs `action` on a thread of the air; it must not block.
   void After(std::uint32_t delayMs, std::function<void()> action);
   void SetHabits(const Habits& habits);
   Faults& faults();
@@ -86,7 +85,7 @@ class Air {
   // Ends every pairing and open request that hangs; from now on none hangs.
   void ReleaseHangs();
 
-  // Platform objects that somebody still holds; 0 when nothing has leaked.
+  // Platform objects that are still held; 0 when nothing has leaked.
   unsigned LiveObjects() const;
   // Exceptions that left an event handler, which a platform reports and survives.
   unsigned EscapedExceptions() const;

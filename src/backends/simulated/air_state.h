@@ -1,5 +1,5 @@
-// The state that the objects of one neighbourhood share: its devices, its platform's habits, and
-// the threads on which things happen. It lives as long as anything of it is held.
+// The state that all objects of one air share: its devices, its platform's habits and its threads.
+// It exists as long as any of these objects is held.
 #pragma once
 
 #include <atomic>
@@ -26,7 +26,7 @@ namespace lanvoss::simulated {
 class SimulatedWatcher;
 class SimulatedLink;
 
-// A device of the neighbourhood as it is now.
+// A device as it is now.
 struct PeerState {
   Peer peer;  // with its current name, presence and pairing
   bool silent = false;
@@ -97,7 +97,7 @@ class AirState : public std::enable_shared_from_this<AirState> {
   const std::shared_ptr<platform::System> system;
   Faults faults;
   std::atomic<unsigned> escapedExceptions = 0;  // exceptions that left a handler
-  std::atomic<unsigned> liveObjects = 0;        // platform objects that somebody holds
+  std::atomic<unsigned> liveObjects = 0;        // platform objects that are held
 
  private:
   void Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::size_t));
@@ -118,7 +118,7 @@ class AirState : public std::enable_shared_from_this<AirState> {
   events::DelayedActions delayedActions;
 };
 
-// What the `begun`-th request, counted from 1, comes to; success when the list is used up.
+// The outcome of request number `begun`, counted from 1; success after the end of the list.
 inline Outcome NextOutcome(const std::vector<Outcome>& outcomes, unsigned begun) {
   return begun <= outcomes.size() ? outcomes[begun - 1] : Outcome::kSucceeds;
 }

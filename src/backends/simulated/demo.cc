@@ -24,7 +24,7 @@ std::vector<Peer> Peers() {
        .remoteAddress = u"192.168.137.94",
        .appearMs = 240,
        .openMs = 410},
-      // Wakes up late: its first open request finds nobody.
+      // Wakes up late: its first open request gives no link.
       {.name = u"Projector Aula",
        .id = u"WiFiDirect#02:5e:10:00:00:07",
        .localAddress = u"192.168.137.1",

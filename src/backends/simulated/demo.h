@@ -1,5 +1,4 @@
-// The neighbourhood that an installation without a radio shows: a few devices with lifelike
-// latencies.
+// The air of an installation without a radio: a few devices with realistic latencies.
 #pragma once
 
 #include "backends/simulated/scenario.h"

@@ -8,8 +8,8 @@
 
 namespace lanvoss::simulated {
 
-// The system beneath, but its ICMP sockets lead to the devices of `air`, unless the platform's
-// habits leave them to the system.
+// The system, but its ICMP sockets reach the devices of `air`, unless the platform's habits say
+// that they reach the real network.
 std::shared_ptr<platform::System> WithEcho(std::shared_ptr<platform::System> beneath,
                                            std::shared_ptr<AirState> air);
 

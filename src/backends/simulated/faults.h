@@ -46,7 +46,7 @@ enum class Call {
   kHostNameOf,
   kDisplayName,
   kDeviceClose,
-  // Of the system beneath, which can give none and raises nothing.
+  // Of the system, which can give none and raises nothing.
   kOpenIcmpSocket,
   kOpenFile,
 };

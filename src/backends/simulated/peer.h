@@ -1,4 +1,4 @@
-// What a simulated neighbourhood is made of: its devices, and the habits of its platform.
+// What the simulated air consists of: its devices, and the habits of its platform.
 #pragma once
 
 #include <cstdint>
@@ -32,7 +32,7 @@ enum class Echo {
   kLateReply,         // the reply, kLateMs after it would be in time
   kOtherIdentifier,   // another process's reply
   kOtherSequence,     // the reply to an earlier try
-  kOtherAddress,      // a reply from somebody else
+  kOtherAddress,      // a reply from another device
   kTimeExceeded,      // the request quoted, from a router
   kTimeExceededSelf,  // the request quoted, from the device itself
   kTimeExceededCut,   // the quote ends before the request's numbers
@@ -58,7 +58,7 @@ struct ScriptStep {
 
 struct Peer {
   std::u16string name;
-  // Unique; ends in the hardware address. Empty: the neighbourhood makes one.
+  // Unique; ends in the hardware address. Empty: the air makes one.
   std::u16string id = {};
   bool present = true;
   bool paired = false;
@@ -76,19 +76,19 @@ struct Peer {
   std::uint32_t closeMs = 40;
   std::uint32_t unpairMs = 60;
 
-  // One for each pairing and each open request in turn; when they are used up, all succeed. An
-  // open request to a device that is absent or not paired gives none in any case.
+  // One for each pairing and each open request in turn; after the last one all succeed. An
+  // open request to a device that is absent or not paired always gives none.
   std::vector<Outcome> pairings = {};
   std::vector<Outcome> openings = {};
   // What a pairing that succeeds reports, and the ceremony that the device asks for.
   platform::DevicePairingResultStatus pairingStatus = platform::DevicePairingResultStatus::Paired;
   platform::DevicePairingKinds ceremony = platform::DevicePairingKinds::ConfirmOnly;
 
-  // Echo requests while a link to it is up: what comes back for each in turn, nothing for an empty
-  // list; when the lists are used up, it answers this share of them, 0 to 1.
+  // Echo requests while a link to it is up: the messages that come back for each in turn, none for
+  // an empty list. After the last list it answers this share of the requests, 0 to 1.
   std::vector<std::vector<Echo>> echoes = {};
   double echoShare = 1.0;
-  std::uint32_t echoMs = 8;  // from a request to what comes back
+  std::uint32_t echoMs = 8;  // from a request to the message that comes back
 
   std::vector<ScriptStep> script = {};
 };
@@ -118,7 +118,7 @@ struct Habits {
   LinkEnd onClose = LinkEnd::kReported;
   LinkEnd onUnpair = LinkEnd::kReported;
   LinkEnd onDrop = LinkEnd::kReported;
-  // Whether echo requests go to the simulated devices, or out to the machine's own network.
+  // Whether echo requests go to the simulated devices, or to the machine's network.
   bool simulatesEcho = true;
 };
 

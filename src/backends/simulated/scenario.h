@@ -1,4 +1,4 @@
-// A simulated neighbourhood as it is told: its platform's habits and its devices.
+// A description of the simulated air: its platform's habits and its devices.
 #pragma once
 
 #include <cstdint>

@@ -12,8 +12,8 @@ using platform::DevicePairingResultStatus;
 // How long a device lets its user see the request before it asks the handlers.
 constexpr std::uint32_t kAskAfterMs = 5;
 
-// One pairing request on its way through the handlers. It is answered when nobody holds it any
-// more: the handlers have returned and every deferral is released.
+// One pairing request to the handlers. It is answered when no reference to it remains: the handlers
+// have returned, and every deferral is released.
 class Ceremony final : public platform::DevicePairingRequestedEventArgs, public Counted {
  public:
   struct Answer {

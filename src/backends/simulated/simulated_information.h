@@ -1,4 +1,4 @@
-// What the platform tells about a device, and pairing with it.
+// The platform's information about a device, and pairing with it.
 #pragma once
 
 #include <cstddef>
@@ -83,7 +83,7 @@ class SimulatedParameters final : public platform::WiFiDirectConnectionParameter
   void GroupOwnerIntent(std::int16_t intent) override;
   void PreferredPairingProcedure(platform::WiFiDirectPairingProcedure procedure) override;
 
-  // Into what the device will have heard.
+  // Copies the parameters into the record of a request.
   void CopyTo(PairingRequest& request) const;
 
  private:

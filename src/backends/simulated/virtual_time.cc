@@ -112,7 +112,7 @@ class VirtualTime::Scheduler {
     PickNext();
   }
 
-  // The machine. Set before anything else looks at it, so it needs no lock.
+  // The machine. Set before anything else uses it, so it needs no lock.
   platform::LocalTime startTime{2024, 3, 1, 9, 0, 0, 0};
   AnsiCodePage codePage = AnsiCodePage::kUtf8;
   std::string directory = ".";
@@ -153,8 +153,8 @@ class VirtualTime::Scheduler {
     participant.mayRun.notify_one();
   }
 
-  // The caller has stopped running. Lets whoever is next run, after moving the clock when everybody
-  // waits.
+  // The caller has stopped running. Moves the clock if all threads wait, and lets the next thread
+  // run.
   void PickNext() {
     if (participants_.empty() || AnyIn(Participant::State::kRunning)) {
       if (!seeded_) {
@@ -252,7 +252,7 @@ class VirtualTime::TimedThread final : public events::Thread {
                  run = std::move(body)]() mutable {
           scheduler.Begin(self);
           run();
-          run = nullptr;  // what it held is released while the thread still takes part
+          run = nullptr;  // releases what it held while the thread still takes part
           ended->Set();
           scheduler.End(self);
         }) {}

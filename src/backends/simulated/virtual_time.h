@@ -23,7 +23,7 @@ namespace lanvoss::simulated {
 
 enum class AnsiCodePage {
   kUtf8,
-  kLatin1,  // one byte a character, '?' for what it lacks
+  kLatin1,  // one byte per character, '?' for all others
 };
 
 class VirtualTime final : public platform::System, public events::Threads {
@@ -33,7 +33,7 @@ class VirtualTime final : public platform::System, public events::Threads {
   // Every thread started through it must have been waited for.
   ~VirtualTime() override;
 
-  // The machine: set these before anything else looks at it.
+  // The machine: set these before anything else uses it.
   void SetLocalTime(const platform::LocalTime& atClockZero);
   void SetAnsiCodePage(AnsiCodePage page);
   void SetCurrentDirectory(std::string directory);
@@ -46,7 +46,7 @@ class VirtualTime final : public platform::System, public events::Threads {
   std::unique_ptr<platform::Event> CreateManualResetEvent(bool set) override;
   platform::LocalTime GetLocalTime() override;
   std::string CurrentDirectory(std::size_t capacity) override;
-  // The machine's own files, shared as the runtime library shares them.
+  // The machine's files, shared as the runtime library shares them.
   platform::File OpenFile(const std::string& path, platform::FileUse use) override;
   std::string WideToAnsi(std::u16string_view wide) override;
   std::string WideToUtf8(std::u16string_view wide) override;

@@ -11,7 +11,7 @@ template <typename Attempt>
 void TryInApartment(Attempt attempt) {
   HRESULT result = attempt();
   if (result == CO_E_NOTINITIALIZED) {
-    // Kept for the life of the process: what is made now lives in this apartment.
+    // Kept until the process ends, because the objects made now belong to this apartment.
     CO_MTA_USAGE_COOKIE usage = nullptr;
     Check(CoIncrementMTAUsage(&usage));
     result = attempt();

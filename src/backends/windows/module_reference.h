@@ -5,10 +5,9 @@
 
 namespace lanvoss::windows {
 
-// Every object that the platform holds has one: the platform may release its last reference a
-// little after the host has let go of the library and unloaded it. The module is let go
-// kUnloadGraceMs later, by the system's thread pool, so that a platform thread that is about to
-// return from here finds its way out.
+// Every object that the platform holds has one, because the platform may release its last reference
+// shortly after the host has unloaded the library. The system's thread pool unloads the module
+// kUnloadGraceMs later, so that a platform thread can still return from this code.
 class ModuleReference {
  public:
   ModuleReference();

@@ -13,7 +13,7 @@ namespace {
 
 using Names = std::shared_ptr<const std::vector<std::u16string>>;
 
-// What an object without a class of its own says about itself.
+// What an object without a runtime class reports about itself.
 template <typename Interface>
 class ListObject : public ComObject<Interface> {
  public:

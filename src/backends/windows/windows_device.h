@@ -9,6 +9,7 @@
 
 namespace lanvoss::windows {
 
+// A link to one device. The platform calls it a WiFiDirectDevice, so it keeps that name.
 class WindowsDevice final : public platform::WiFiDirectDevice {
  public:
   explicit WindowsDevice(ComPointer<abi::IWiFiDirectDevice> device);

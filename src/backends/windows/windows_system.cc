@@ -39,8 +39,8 @@ std::int64_t SteadyMs() {
   return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
 }
 
-// When this process started, on the clock of SteadyMs. The system tells it by the time of day,
-// which may have been corrected since; later corrections do not count.
+// When this process started, on the clock of SteadyMs. The system reports it as a time of
+// day, which may have been corrected since then; later corrections do not count.
 std::int64_t ProcessStartMs() {
   constexpr std::int64_t kFileTimePerMs = 10'000;
   const auto number = [](const FILETIME& time) {

@@ -1,14 +1,14 @@
-// The interfaces of the Windows Runtime that the radio is driven through: their ids and the order
-// of their methods, in the same names as the platform has them.
+// The interfaces of the Windows Runtime that control the radio: their ids and the order of their
+// methods, with the platform's names.
 //
 // Rules of the binary interface
 //  - Every method returns an HRESULT; its result is the last parameter.
-//  - A pointer or text that a method gives out belongs to the caller; what it is given it borrows.
+//  - The caller owns a pointer or text that a method returns; the method borrows its arguments.
 //  - Nothing virtual may be added to an interface, not even a destructor, and no two methods of one
 //    may share a name: each takes a slot, in the order of its declaration.
-//  - Interfaces do not inherit from one another; QueryInterface leads from one to the next.
+//  - Interfaces do not inherit from one another; QueryInterface gives the other interfaces.
 //
-// Results and arguments that nobody here uses appear as IInspectable and as INT32.
+// Unused results and arguments appear as IInspectable and as INT32.
 #pragma once
 
 #include <cstddef>
@@ -67,7 +67,7 @@ inline constexpr GUID kIid<IMarshal> = Guid("00000003-0000-0000-c000-00000000004
 template <>
 inline constexpr GUID kIid<IErrorInfo> = Guid("1cf2b120-547d-101b-8e65-08002b2bd119");
 
-// ---- Generic interfaces. Each instance has an id of its own, given beside its argument's type.
+// ---- Generic interfaces. Each instance has its own id, next to the type of its argument.
 
 template <typename Result>
 struct IAsyncOperation;

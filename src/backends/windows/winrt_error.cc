@@ -35,7 +35,7 @@ std::u16string Trimmed(std::u16string_view text) {
   return std::u16string(text.substr(0, last == std::u16string_view::npos ? 0 : last + 1));
 }
 
-// What the failing call left for this thread; empty when there is nothing, or only something older.
+// The message of the failed call for this thread; empty if there is none, or only an older one.
 std::u16string MessageOfThread(HRESULT failure) {
   ComPointer<IErrorInfo> info;
   if (GetErrorInfo(0, info.Out()) != S_OK) {

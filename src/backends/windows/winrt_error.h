@@ -5,8 +5,8 @@
 
 namespace lanvoss::windows {
 
-// Raises platform::Error, or CancelledError where that is what the code means, with the message
-// that the platform left for the calling thread. To be called right after the call that failed.
+// Raises platform::Error, or CancelledError for a code of cancellation, with the platform's message
+// for the calling thread. Must be called right after the failed call.
 [[noreturn]] void Raise(HRESULT failure);
 
 inline void Check(HRESULT result) {
@@ -15,7 +15,7 @@ inline void Check(HRESULT result) {
   }
 }
 
-// For a function that the platform calls: what is being thrown, as the HRESULT to return. Only for
+// For a function that the platform calls: the present exception, as the HRESULT to return. Only for
 // a handler of exceptions.
 HRESULT ResultOfException() noexcept;
 

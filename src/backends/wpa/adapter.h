@@ -8,13 +8,13 @@ namespace lanvoss::wpa {
 // Where Debian's wpa_supplicant has its control sockets.
 inline constexpr char kControlDirectory[] = "/run/wpa_supplicant";
 
-// A driver that keeps peer-to-peer apart from the rest has an interface of its own for it.
+// Some drivers have a separate interface for peer-to-peer.
 inline constexpr char kDevicePrefix[] = "p2p-dev-";
 
 // What can be in the way of using an adapter.
 enum class AdapterProblem {
   kNothing,
-  kControl,     // nobody has a control socket in the directory
+  kControl,     // there is no control socket in the directory
   kRight,       // this user may not speak to it
   kInterface,   // wpa_supplicant does not look after an interface of that name
   kPeerToPeer,  // the adapter has no Wi-Fi Direct

@@ -27,7 +27,7 @@ constexpr std::size_t kLongestDatagram = 8192;
 
 ControlSocket::ControlSocket(const std::string& path)
     : path_(path), socket_(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
-  // An address that the kernel makes, which leaves no file behind.
+  // The kernel makes the address, so no file remains.
   sockaddr_un own{.sun_family = AF_UNIX, .sun_path = {}};
   sockaddr_un peer = own;
   if (path.size() >= sizeof peer.sun_path) {

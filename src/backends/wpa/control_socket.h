@@ -10,8 +10,8 @@ namespace lanvoss::wpa {
 
 class ControlSocket {
  public:
-  // `path`: the socket of the interface. Raises platform::Error when nobody answers there, or this
-  // user may not speak to it.
+  // `path`: the socket of the interface. Raises platform::Error when nothing answers there, or when
+  // this user has no right to use it.
   explicit ControlSocket(const std::string& path);
   ~ControlSocket();
   ControlSocket(const ControlSocket&) = delete;
@@ -29,8 +29,8 @@ class ControlSocket {
 };
 
 // Sends a command to the control socket at `path` and returns the reply. Blocks for kReplyMs at
-// most; raises platform::Error when none comes. Each command has a conversation of its own, so that
-// nobody waits for another's reply.
+// most. Raises platform::Error when no reply comes. Each command has its own socket, so that no
+// thread waits for the reply to another.
 std::string Ask(const std::string& path, std::string_view command);
 
 }  // namespace lanvoss::wpa

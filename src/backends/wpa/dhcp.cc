@@ -42,7 +42,7 @@ bool Await(const std::filesystem::path& path, Clock::time_point deadline, Find f
   return false;
 }
 
-// A server for one network that is nobody's way to anywhere else.
+// A server for one network without a router.
 std::vector<std::string> ServerArguments(const std::string& interface,
                                          const PrivateDirectory& directory) {
   return {"dnsmasq",
@@ -58,12 +58,12 @@ std::vector<std::string> ServerArguments(const std::string& interface,
           "--dhcp-option=3",  // no router
           "--dhcp-option=6",  // no name server
           "--dhcp-authoritative",
-          "--no-ping",  // nobody else is there yet, so no time for asking
+          "--no-ping",  // no other device is there yet, so it need not ask
           "--pid-file=" + (directory / kPidFile).string(),
           "--dhcp-leasefile=" + (directory / kLeaseFile).string()};
 }
 
-// udhcpc tells what it has got by calling a script.
+// udhcpc calls a script with the lease that it has got.
 std::string WriteScript(const PrivateDirectory& directory) {
   std::string path = directory / kScriptFile;
   const std::string leases = directory / kLeaseFile;

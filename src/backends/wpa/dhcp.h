@@ -12,7 +12,7 @@
 
 namespace lanvoss::wpa {
 
-// A directory of one's own, for the life of the object.
+// A directory that exists as long as the object.
 class PrivateDirectory {
  public:
   PrivateDirectory();

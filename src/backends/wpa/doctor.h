@@ -1,4 +1,4 @@
-// What is missing on this machine, and how to mend it.
+// What is missing on this machine, and how to fix it.
 #pragma once
 
 #include <string>

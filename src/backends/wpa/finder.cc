@@ -36,8 +36,8 @@ void Finder::ChangePauses(int by) {
   Apply(false);
 }
 
-// Makes wpa_supplicant do what the passes and pauses ask for. `again`: even if it looks already,
-// since it tells of a device once in a search.
+// Starts or stops the search, as the passes and pauses need it. `again`: also if it runs, because
+// it reports a device once in a search.
 bool Finder::Apply(bool again) {
   const std::lock_guard turn(switching_);
   const char* command = kStopFind;

@@ -1,5 +1,5 @@
-// Decides when wpa_supplicant looks for devices: while a watcher's pass runs and no negotiation is
-// under way, which a command to stop looking would end without a word.
+// Decides when wpa_supplicant searches for devices: while a pass of a watcher runs and no
+// negotiation does. P2P_STOP_FIND would silently cancel a negotiation.
 #pragma once
 
 #include <mutex>
@@ -8,12 +8,12 @@
 
 namespace lanvoss::wpa {
 
-// Each search ends by itself some time after its pass, should nobody be left to end it.
+// Each search ends by itself some time after its pass, in case nothing else ends it.
 //
 // On the three channels where devices listen, which finds them in tenths of a second.
 inline constexpr char kQuickFind[] = "P2P_FIND 20 type=social";
-// On all channels first, for seconds in which nothing is told, and then on those three and one more
-// in each round: finds devices that own a group too.
+// First on all channels, for seconds without a report. Then on these three and one more in each
+// round. This also finds devices that own a group.
 inline constexpr char kWideFind[] = "P2P_FIND 20 type=progressive";
 inline constexpr char kStopFind[] = "P2P_STOP_FIND";
 
@@ -21,13 +21,14 @@ class Finder {
  public:
   explicit Finder(const Supplicant& supplicant) : supplicant_(supplicant) {}
 
-  // A pass begins: whatever is in range is told again. False: wpa_supplicant refuses to look.
+  // A pass begins: every device in range is reported again. False: wpa_supplicant refuses to
+  // search.
   bool BeginPass();
   // What the pass has not found by now may be on another channel.
   void Widen();
   void EndPass();
 
-  // As long as one lives nothing is looked for; passes that run meanwhile go on afterwards.
+  // While one exists there is no search. Passes that run meanwhile continue after it.
   class Pause {
    public:
     explicit Pause(Finder& finder) : finder_(finder) { finder_.ChangePauses(1); }
@@ -44,7 +45,7 @@ class Finder {
   bool Apply(bool again);
 
   const Supplicant& supplicant_;
-  // Guards nothing: whoever gives a command holds it, so that commands have an order.
+  // Guards no field. Held during a command, so that commands have an order.
   std::mutex switching_;
   std::mutex mutex_;  // guards everything below
   int passes_ = 0;

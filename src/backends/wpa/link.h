@@ -23,11 +23,11 @@ struct Link {
 std::optional<Link> AwaitLink(const Supplicant& supplicant, Inbox& inbox, const Message& started,
                               const std::string& peer);
 
-// Whether this event tells of the start of a group.
+// Whether this event reports the start of a group.
 bool IsGroupStart(const Message& message);
 
-// Takes down what a process that crashed has left of a stored group: a device that is still in it
-// listens to nobody.
+// Takes down a stored group that a crashed process has left: a device that is still in it answers
+// no other group.
 void RemoveLeftOver(const Supplicant& supplicant, const std::string& storedGroup);
 
 // Takes the group down.

@@ -9,8 +9,8 @@ constexpr char kBlank = ' ';
 
 bool IsSecret(std::string_view key) { return key == "passphrase" || key == "psk"; }
 
-// Cuts the next word off `text`. A value in quotes may hold blanks, and quotes as well: it ends
-// with a quote that a blank or the end follows.
+// Moves the next word out of `text`. A value in quotes may contain blanks and quotes: it ends with
+// a quote before a blank or before the end.
 std::string_view TakeWord(std::string_view& text) {
   std::size_t end = text.find(kBlank);
   const std::size_t quote = text.find_first_of("'\"");

@@ -1,4 +1,4 @@
-// What wpa_supplicant tells by itself: events.
+// The events that wpa_supplicant sends.
 #pragma once
 
 #include <map>

@@ -27,7 +27,7 @@ bool IsFailedFormation(const Message& message) {
   return message.name == "P2P-GROUP-FORMATION-FAILURE";
 }
 
-// wpa_supplicant pairs and links only with devices that it has heard of within the last minute.
+// wpa_supplicant pairs and links only with devices that it has seen within the last minute.
 bool Seek(Supplicant& supplicant, const std::string& address) {
   if (supplicant.Ask("P2P_PEER " + address).starts_with(address)) {
     return true;
@@ -61,7 +61,7 @@ std::optional<Link> InviteOnce(Supplicant& supplicant, Inbox& inbox, const std::
       answered = true;
       const std::string status = message->Field("status");
       if (status == kUnknownGroup) {
-        Forget(supplicant, group);  // so that it is paired anew
+        Forget(supplicant, group);  // so that it is paired again
       }
       if (status != kAccepted) {
         return std::nullopt;

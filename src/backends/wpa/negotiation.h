@@ -1,8 +1,8 @@
-// From a device's address to a link with it: a new group that is negotiated, or the stored one into
-// which it is invited.
+// From a device's address to a link with it: by negotiating a new group, or by an invitation into
+// the stored group.
 //
-// The events of both are taken from an inbox that was made before, so that whoever keeps the link
-// finds in it what has happened to the link since.
+// Both read their events from an inbox that was made before. So the keeper of the link also finds
+// the later events of the link in it.
 #pragma once
 
 #include <optional>
@@ -27,7 +27,7 @@ Negotiation Negotiate(Supplicant& supplicant, Inbox& inbox, const std::string& a
 // come.
 std::optional<Link> Invite(Supplicant& supplicant, Inbox& inbox, const std::string& address);
 
-// Whether the event tells of the end of the link.
+// Whether the event reports the end of the link.
 bool IsEndOf(const Link& link, const Message& message);
 
 }  // namespace lanvoss::wpa

@@ -28,7 +28,7 @@ std::vector<std::shared_ptr<Object>> Living(std::vector<std::weak_ptr<Object>>& 
   return living;
 }
 
-// What this machine expects of wpa_supplicant, whatever its configuration says.
+// The settings that this machine needs, independent of the configuration of wpa_supplicant.
 void Configure(const Supplicant& supplicant) {
   for (const std::string& setting :
        {std::string("config_methods virtual_push_button"), std::string("persistent_reconnect 1"),
@@ -88,7 +88,7 @@ P2pAdapter::P2pAdapter(const std::shared_ptr<platform::System>& system)
       messages_(dispatcher.NewQueue()),
       chores_(dispatcher.NewQueue()) {}
 
-// What nobody holds any more has nobody to take it down.
+// Takes down the groups that remain, because nothing else does.
 P2pAdapter::~P2pAdapter() {
   for (const auto& [interface, mayGo] : groups_) {
     std::this_thread::sleep_until(mayGo);
@@ -125,7 +125,7 @@ void P2pAdapter::Unpair(const std::string& address) {
   Later(chores_, [address](P2pAdapter& self) { self.ForgetDevice(address); });
 }
 
-// Takes the links with it down as well.
+// Takes the links with it down too.
 void P2pAdapter::ForgetDevice(const std::string& address) {
   const Turn turn(*this);
   ForgetAll(*supplicant_, address);
@@ -148,8 +148,8 @@ std::shared_ptr<WpaDevice> P2pAdapter::Open(const std::string& address) {
   return link && Keep(inbox, *link) ? TakeKept(address) : nullptr;
 }
 
-// Keeps a new link until a device object takes it. What happened to it before it was kept is in the
-// inbox; what happens from then on the adapter itself hears. False: it has gone already.
+// Keeps a new link until a device object takes it. Its events before that are in the inbox; the
+// adapter itself receives the later ones. False: the link is already gone.
 bool P2pAdapter::Keep(Inbox& inbox, const Link& link) {
   {
     const std::lock_guard lock(mutex_);
@@ -181,8 +181,8 @@ void P2pAdapter::Close(const std::string& interface) {
   Later(chores_, [interface](P2pAdapter& self) { self.TakeDown(interface); });
 }
 
-// A search meanwhile would keep the farewell from the device, which then looks for the group for
-// 11 s.
+// A search now would stop the device from receiving the disconnect. Then it would search the group
+// for 11 s.
 void P2pAdapter::TakeDown(const std::string& interface) {
   const Finder::Pause pause(*finder_);
   Clock::time_point mayGo;
@@ -226,7 +226,7 @@ void P2pAdapter::OnFound(const std::string& address) {
   }
 }
 
-// The name that the device has, or had when it was last heard of.
+// The name of the device, as it was when last seen.
 std::optional<std::string> P2pAdapter::NameOf(const std::string& address) {
   // It may hold anything, names of fields too, so the event is no help; here it has its own line.
   const std::string reply = supplicant_->Ask("P2P_PEER " + address);
@@ -238,7 +238,7 @@ std::optional<std::string> P2pAdapter::NameOf(const std::string& address) {
   return known == names_.end() ? std::nullopt : std::optional(known->second);
 }
 
-// A device that has a link listens to nobody, so no search finds it.
+// A device that has a link answers no search.
 void P2pAdapter::ReportLinks() {
   Later(messages_, [](P2pAdapter& self) {
     for (const Link& link : self.Links()) {
@@ -309,8 +309,8 @@ void P2pAdapter::OnGone() {
   }
 }
 
-// Carries out a step on a thread of the dispatcher's, after what was sent to that queue before.
-// There is nobody to tell of an error: what was to be taken down is gone, or is told of later.
+// Runs a step on a thread of the dispatcher, after the steps that were sent to that queue before.
+// An error cannot be reported: what should be taken down is gone, or is reported later.
 void P2pAdapter::Later(const std::shared_ptr<events::EventQueue>& queue,
                        std::function<void(P2pAdapter&)> step) {
   dispatcher.Send(queue, [weak = weak_from_this(), step = std::move(step)] {

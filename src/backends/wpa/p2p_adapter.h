@@ -51,7 +51,7 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
   // None: the device is not paired, or does not come. Blocks for kTurnMs, kSeekMs, kInvitationMs,
   // kGroupMs and kLeaseMs at most.
   std::shared_ptr<WpaDevice> Open(const std::string& address);
-  // Takes a link down. Returns at once; its device object is told.
+  // Takes a link down. Returns at once. Its device object is notified.
   void Close(const std::string& interface);
 
   Finder& TheFinder() { return *finder_; }
@@ -105,12 +105,12 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
   std::mutex mutex_;  // guards everything below
   // The groups that this object has brought up, by interface, and when they may go.
   std::map<std::string, Clock::time_point> groups_;
-  // Links that no device object stands for yet, by the device's address.
+  // Links without a device object so far, by the device's address.
   std::map<std::string, Link> kept_;
   std::map<std::string, std::string> names_;  // the latest of each device, by its address
   std::vector<std::weak_ptr<WpaWatcher>> watchers_;
   std::vector<std::weak_ptr<WpaDevice>> devices_;
-  bool negotiates_ = false;  // somebody has the turn
+  bool negotiates_ = false;  // a negotiation runs
   std::condition_variable turnEnded_;
 
   // Made by Create and then always there. Last, so that no event comes when the rest has gone.

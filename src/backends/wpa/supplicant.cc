@@ -79,7 +79,7 @@ void Supplicant::ReceiveAll(std::unique_ptr<ControlSocket> events) {
   }
 }
 
-// A peer that is gone makes a datagram socket no sound, so silence has to be asked about.
+// A datagram socket does not report that its peer is gone, so after silence we ask.
 void Supplicant::ReceiveUntilGone(ControlSocket& events) {
   bool asked = false;
   while (!IsEnding(0)) {

@@ -20,7 +20,7 @@ namespace lanvoss::wpa {
 
 using Clock = std::chrono::steady_clock;
 
-// The moment so many milliseconds from now.
+// The time point in `milliseconds` from now.
 inline Clock::time_point After(std::uint32_t milliseconds) {
   return Clock::now() + std::chrono::milliseconds(milliseconds);
 }
@@ -30,7 +30,7 @@ inline constexpr char kFoundEvent[] = "P2P-DEVICE-FOUND";
 // same.
 inline constexpr char kAddressField[] = "p2p_dev_addr";
 
-// The events that stand for the end of wpa_supplicant, however it came, and for its return.
+// The events for the end of wpa_supplicant, whatever its cause, and for its return.
 inline constexpr char kGoneEvent[] = "CTRL-EVENT-TERMINATING";
 inline constexpr char kBackEvent[] = "BACK";
 

@@ -10,6 +10,7 @@
 
 namespace lanvoss::wpa {
 
+// A link to one device. The platform calls it a WiFiDirectDevice, so it keeps that name.
 class WpaDevice final : public platform::WiFiDirectDevice,
                         public std::enable_shared_from_this<WpaDevice> {
  public:
@@ -24,7 +25,7 @@ class WpaDevice final : public platform::WiFiDirectDevice,
 
   const Link& TheLink() const { return link_; }
   bool IsUp();
-  // The link is down from now on, and whoever is subscribed hears of it. False: it was already.
+  // The link is down from now on, and the subscribers are notified. False: it was down already.
   bool End();
 
  private:

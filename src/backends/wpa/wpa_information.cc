@@ -12,8 +12,8 @@ using platform::DevicePairingResultStatus;
 
 constexpr char kIdStart[] = "WiFiDirect#";
 
-// One request on its way through the handlers. It is answered when nobody holds it any more: the
-// handlers have returned and every deferral is released.
+// One request to the handlers. It is answered when no reference to it remains: the handlers have
+// returned, and every deferral is released.
 class Ceremony final : public platform::DevicePairingRequestedEventArgs {
  public:
   struct Answer {

@@ -1,4 +1,4 @@
-// What is told about a device, and pairing with it.
+// The information about a device, and pairing with it.
 #pragma once
 
 #include <atomic>

@@ -44,8 +44,8 @@ void WpaWatcher::Start() {
   LaterInPass(kPassMs, &WpaWatcher::CompletePass);
 }
 
-// A watch that hears the end of its pass begins the next one. It hears of this one after a pause,
-// or it would try without rest for as long as there is no wpa_supplicant.
+// A watch begins its next pass when a pass ends. So this end is reported after a pause, or the
+// watch would try without a pause while there is no wpa_supplicant.
 void WpaWatcher::FailPass() {
   {
     const std::lock_guard lock(mutex_);
@@ -63,7 +63,7 @@ void WpaWatcher::FailPass() {
   });
 }
 
-// Runs a step on a thread of its own, and tells it which pass asked for it.
+// Runs a step on a thread of its own, with the pass that asked for it.
 void WpaWatcher::Later(std::uint32_t delayMs, const Step& step) {
   unsigned pass = 0;
   {
@@ -140,7 +140,7 @@ void WpaWatcher::Found(const std::string& address, const std::string& name) {
   const auto [seen, isNew] = seen_.try_emplace(address, name);
   if (isNew) {
     const auto info = std::make_shared<WpaInformation>(adapter_, address, name);
-    // What was found before a stop is not told after it.
+    // A device found before a stop is not reported after it.
     adapter_->Raise(queue_, added_.Subscribers(),
                     [self = shared_from_this(), info, pass = pass_](const AddedHandler& handler) {
                       if (self->IsRunningPass(pass)) {

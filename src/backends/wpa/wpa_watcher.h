@@ -51,7 +51,7 @@ class WpaWatcher final : public events::WatcherBase,
   // Guarded by the base's lock.
   platform::DeviceWatcherStatus status_ = platform::DeviceWatcherStatus::Created;
   unsigned pass_ = 0;                        // which pass this is
-  std::map<std::string, std::string> seen_;  // names by address, as this pass has told them
+  std::map<std::string, std::string> seen_;  // names by address, as this pass has reported them
 };
 
 }  // namespace lanvoss::wpa

@@ -11,8 +11,8 @@
 
 namespace lanvoss::simulated {
 
-// Refers to a document that must outlive it. Everything throws ScenarioError when the value is not
-// what it is taken for.
+// Refers to a document that must outlive it. Every function throws ScenarioError for a value of
+// another kind.
 class JsonValue {
  public:
   JsonValue(const nlohmann::json& document, std::string file)
@@ -41,7 +41,7 @@ class JsonValue {
 
   const nlohmann::json* json_;
   std::string path_;
-  const char* joint_;  // what stands between the path and a member's key
+  const char* joint_;  // the text between the path and a member's key
 };
 
 }  // namespace lanvoss::simulated

@@ -5,7 +5,7 @@
 
 namespace lanvoss::simulated {
 
-// Tells in one line what is wrong and where: "home.json:7: ..." for what is not JSON, otherwise
+// Says in one line where and what is wrong: "home.json:7: ..." for text that is not JSON, otherwise
 // "home.json: peers[1].pair_ms: ...".
 class ScenarioError : public std::runtime_error {
  public:

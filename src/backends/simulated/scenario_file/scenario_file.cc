@@ -95,7 +95,7 @@ void CheckIds(const JsonValue& document, const std::vector<Peer>& peers) {
   }
 }
 
-// The JSON library's message without what stands before `mark`: its own codes and positions.
+// The JSON library's message without the text before `mark`, its own codes and positions.
 std::string Behind(std::string_view mark, const std::string& message) {
   const auto at = message.find(mark);
   return at == std::string::npos ? message : message.substr(at + mark.size());

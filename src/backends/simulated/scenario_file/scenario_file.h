@@ -1,13 +1,13 @@
-// A simulated neighbourhood from a JSON file:
+// Simulated devices from a JSON file (docs/scenarios.md has all keys):
 //
 //   {"seed": 1,
 //    "habits": {"enumeration_ms": 2000, "on_close": "reported"},
 //    "peers": [{"name": "Cam-7F21", "pair_ms": 1200, "openings": ["none"],
 //               "script": [{"at_ms": 5000, "do": "rename", "to": "Cam-2"}]}]}
 //
-// The keys are the fields of Habits, Peer and ScriptStep, whose defaults hold where a
-// key is left out; only a peer's name and a step's "do" must be there. Durations are whole
-// milliseconds or "never". What a file says beyond that is refused, not ignored.
+// The keys are the fields of Habits, Peer and ScriptStep. A key that is left out has the default of
+// its field; only a peer's name and a step's "do" are required. Durations are whole milliseconds or
+// "never". An unknown key is an error.
 #pragma once
 
 #include <string>

@@ -28,7 +28,7 @@ void Read(const JsonValue& value, Echo& out);
 void Read(const JsonValue& value, Act& out);
 void Read(const JsonValue& value, LinkEnd& out);
 void Read(const JsonValue& value, StopElsewhere& out);
-// In the platform's own words, as "ConfirmOnly" and "Paired".
+// In the platform's words, as "ConfirmOnly" and "Paired".
 void Read(const JsonValue& value, platform::DevicePairingKinds& out);
 void Read(const JsonValue& value, platform::DevicePairingResultStatus& out);
 
