@@ -81,8 +81,8 @@ struct AttemptRig {
                      RecordingHost::Records::kNothing};
 };
 
-// The host's object. It is made anew for every request that the watcher takes part in: only its
-// destruction tells that the handlers of the last pass have ended.
+// The host's object. It is made again for every request through the watcher, because only its end
+// shows that the handlers of the last pass have ended.
 class ByLibrary {
  public:
   ByLibrary() { Renew(); }

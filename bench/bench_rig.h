@@ -17,7 +17,7 @@ using test::RecordingHost;
 
 inline constexpr char kCamera[] = "Cam";
 
-// No step takes time, and a pass goes on until it is stopped.
+// No step takes time, and a pass continues until it is stopped.
 simulated::Habits HabitsWithoutLatency();
 // A device that is paired and answers at once.
 simulated::Peer PeerWithoutLatency(std::u16string name, std::u16string id = {});

@@ -40,7 +40,7 @@ std::string CachePathOf(std::size_t count) {
 
 // ---- Loading
 
-// A new object, which tells standard output of every line.
+// A new object, which writes every line to standard output.
 void LoadObject(benchmark::State& state) {
   const simulated::Air air(posix::CreateSystem(), events::RealThreads());
   const platform::Platform platform{air.System(), air.Radio()};
@@ -238,8 +238,8 @@ void WriteOnce(benchmark::State& state) {
   }
 }
 
-// The least that takes the texts from the records. Numbers and stamps are left out, and zeros are
-// in their places.
+// The least work that takes the texts from the records. There are zeros instead of numbers and
+// stamps.
 void WriteCopied(benchmark::State& state) {
   const DeviceTable::Records& records = RecordsOf(CountOf(state));
   const std::string path = (WorkDirectory::Path() / "written_copied").string();
@@ -284,7 +284,7 @@ void Burst(benchmark::State& state) {
     for (std::size_t seen = 0; (seen = reported) < kBurst;) {
       reported.wait(seen);
     }
-    lanvoss->StopWatch();  // returns behind the last report's handler, and so its write
+    lanvoss->StopWatch();  // returns after the last report's handler, and so after its write
     state.PauseTiming();
     lanvoss.reset();
     state.ResumeTiming();
@@ -304,7 +304,7 @@ void BurstBare(benchmark::State& state) {
 
 void Sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("")->Arg(100)->Arg(10'000)->Arg(1'000'000)->UseRealTime();
-  // What a million records have left free would be gone through at the next case's expense.
+  // Or the next case would pay for searching the memory that a million records have freed.
   benchmark->Setup([](const benchmark::State&) { malloc_trim(0); });
 }
 

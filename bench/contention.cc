@@ -1,4 +1,4 @@
-// Operations of one and of three threads while the platform reports as fast as it is heard.
+// Operations of one and of three threads while the platform reports as fast as reports are handled.
 #include <atomic>
 #include <benchmark/benchmark.h>
 #include <memory>
@@ -79,7 +79,7 @@ void LockThrice(benchmark::State& state) {
   }
 }
 
-// As long as the shortest operation, and nothing is shared: what is left is the cores' share.
+// As long as the shortest operation, and nothing is shared: what remains is the share of the cores.
 void ShareNothing(benchmark::State& state) {
   constexpr int kSteps = 150;
   for (auto _ : state) {

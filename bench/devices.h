@@ -20,7 +20,7 @@ Device DeviceOf(std::size_t number);
 
 // Made once and kept.
 const DeviceTable::Records& RecordsOf(std::size_t count);
-// Where the cache file of so many devices is, in a directory of its own.
+// The path of the cache file with this number of devices, in its own directory.
 const std::filesystem::path& CacheDirectoryOf(std::size_t count);
 
 std::size_t BytesOf(const Device& device);

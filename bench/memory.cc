@@ -1,4 +1,5 @@
-// What memory things take. Prints two numbers: what is measured, and what it is held against.
+// The memory that things take. Prints two numbers: the measured one, and the one to compare it
+// with.
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -43,7 +44,7 @@ void MeasureRecords() {
   Print(ResidentBytes() - before, static_cast<long>(texts));
 }
 
-// One of many objects that do nothing, and what it may take.
+// One of many idle objects, and the memory it may take.
 void MeasureIdle() {
   constexpr long kObjects = 1'000;
   constexpr long kLimit = 64 * 1024;

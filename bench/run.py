@@ -50,7 +50,7 @@ class Row:
     limit: str = ""
     cpu: bool = False
     place: str = MEMORY  # where the files are
-    per: float = 1  # so many of the peer are one of ours
+    per: float = 1  # this number of the peer is one of ours
     most_more: float | None = None  # nanoseconds that ours may take longer
     big: bool = False  # takes seconds, so it is repeated less
     namespaces: bool = False

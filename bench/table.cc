@@ -50,7 +50,7 @@ template <typename Find>
 void LookUp(benchmark::State& state, Find find) {
   const DeviceTable& table = Table();
   const std::vector<Device> devices = LookedUp();
-  benchmark::DoNotOptimize(find(table, devices.front()));  // makes what it looks in
+  benchmark::DoNotOptimize(find(table, devices.front()));  // builds the table it searches
   std::size_t next = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(find(table, devices[next++ % kLookUps]));

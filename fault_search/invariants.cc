@@ -14,7 +14,7 @@
 namespace lanvoss::search {
 namespace {
 
-// The beginning of the line that tells of a new link.
+// The beginning of the line about a new link.
 constexpr char kLinkUpText[] = "(watch) Devices connected on L2 layer";
 
 // The platform looks for a device that is not there for this long.
@@ -30,7 +30,7 @@ bool IsSide(std::string_view text, const std::optional<std::u16string>& address)
 }
 
 // The stamped lines of standard output, without their stamps. A bare line may end in a blank, which
-// then stands before the next stamp.
+// is then before the next stamp.
 Lines StampedLines(const std::string& printed) {
   static const std::regex stamp(R"( ?\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\] (.*))");
   Lines lines;
@@ -152,7 +152,7 @@ std::string CheckOutput(const std::string& printed, Lines infos, bool inOrder) {
 std::string CheckLine(const std::string& info) {
   static const std::regex link(
       R"(.*,time:(-?\d+)ms\((\d+)\),watch:(-?\d+)ms\((\d+)\),fromid:(-?\d+)ms\((\d+)\) IPAddress: .*)");
-  // A device is found after its attempt has begun, whatever comes of it.
+  // A device is found after its attempt has begun, whatever the result is.
   if (info.find(",watch:-") != std::string::npos) {
     return "found before it was looked for: " + info;
   }
@@ -187,7 +187,7 @@ std::string CheckCache(const std::string& file, const std::map<std::string, std:
     held.emplace(line->id, line->record.name);
   }
   for (const auto& [id, name] : devices) {
-    // A separator in a name is not protected: the line holds what stands before it.
+    // A separator in a name is not protected: the line has the text before it.
     if (const auto found = held.find(id);
         found == held.end() || found->second != name.substr(0, name.find('|'))) {
       return "the cache does not hold " + name + " for " + id;

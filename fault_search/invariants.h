@@ -3,17 +3,18 @@
 // Each check returns what is wrong, or nothing. The rules:
 //  - An operation ends within its stated worst case, and so does the object; it grows only by what
 //    hangs or is late in the platform and by what the host does in its callbacks.
-//  - Whoever waits for the end of an attempt is released the moment that one ends, or the watcher
-//    was stopped.
+//  - A call that waits for the end of an attempt is released when an attempt ends, or when the
+//    watcher was stopped.
 //  - An address text is empty, or the addresses of a device to which a link was opened; the local
 //    one may be missing.
 //  - A link that was reported down is not called connected before another one was up.
-//  - Every stamped line is told to the host as "info", in the same order, and nothing else is.
+//  - Every stamped line is notified to the host as "info", in the same order, and nothing else is.
 //  - The numbers in a line about a link agree with each other.
 //  - A request that waits out its time comes back empty, and when nothing fails any more an empty
 //    answer has one of the known reasons.
-//  - The log tells of no call to the platform that was not made. Where nothing fails it tells of
-//    all of them, and every subscription to the watcher is ended.
+//  - The log has no call to the platform that was not made. If nothing fails, it has all of them,
+//  and
+//    every subscription to the watcher is ended.
 //  - When nothing fails any more, the host's loop has the address of a link that is up within a
 //    number of requests and a time, and keeps it.
 //  - At any time every line of the cache file is a device that was reported, and in the end all are
@@ -44,7 +45,7 @@ std::string CheckWait(const Step& step, const std::string& address, std::int64_t
 // `inOrder`: threads did not run side by side.
 std::string CheckOutput(const std::string& printed, Lines infos, bool inOrder);
 std::string CheckLine(const std::string& info);
-// Follows what the log tells of the link: `isDown` is the state from line to line.
+// Follows the link in the log: `isDown` is its state from line to line.
 std::string CheckConnected(const std::string& info, bool& isDown);
 
 // Whether this line comes with a signal to all that wait for the end of an attempt.
@@ -53,7 +54,7 @@ bool EndsWaits(const std::string& info);
 bool BeginsWait(const std::string& info);
 std::string CheckRelease(std::int64_t waitedMs, std::int64_t untilSignalMs);
 
-// `devices`: names by id, as the log told of them.
+// `devices`: names by id, as the log has them.
 std::string CheckCacheSoFar(const std::string& file,
                             const std::map<std::string, std::string>& devices);
 std::string CheckCache(const std::string& file, const std::map<std::string, std::string>& devices);

@@ -1,5 +1,5 @@
-// Standard output, caught in a file, so that what the library prints can be compared with what it
-// tells.
+// Standard output, redirected into a file, so that the printed lines can be compared with the
+// notifications.
 #pragma once
 
 #include <cstdio>
@@ -20,7 +20,7 @@ class Output {
 
   // What was printed since the last call.
   std::string Take();
-  // A directory of the program's own, for cache files too.
+  // A directory for this program alone, also for cache files.
   const std::filesystem::path& Directory() const { return directory_.path; }
 
  private:

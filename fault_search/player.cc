@@ -30,7 +30,7 @@ constexpr unsigned kRequestsToLink = 5;
 constexpr std::int32_t kTimeToLinkMs = 10 * 60'000;
 // Between two of them: several connections that still run may wake one request after the other.
 constexpr std::uint32_t kRetryPauseMs = 3'000;
-// Operations that the host began in its callbacks keep their objects for so long at most.
+// Operations that the host began in its callbacks hold their objects for this time at most.
 constexpr int kLastOperationS = 600;
 constexpr std::uint32_t kMsPerS = 1'000;
 // Events that are still on their way when the object is gone.
@@ -73,7 +73,7 @@ class Held {
   std::shared_ptr<LanvossInterface> lanvoss_;
 };
 
-// Counts what is under way.
+// Counts the operations and callbacks that run.
 class UnderWay {
  public:
   explicit UnderWay(std::atomic<int>& count) : count_(count) { ++count_; }
@@ -202,8 +202,8 @@ class Player {
   }
 
   // Whether the address is that of a device of the wanted name whose link is up. A link that went
-  // down while its address was being stored, or before, may be reported all the same; the next
-  // check finds out.
+  // down while its address was being stored, or before, may still be reported; the next check
+  // notices it.
   bool IsLinkTo(const std::string& address) {
     if (address.empty()) {
       return false;
@@ -258,7 +258,8 @@ class Player {
   }
 
   void End() {
-    // The report of a link's end is on its way when the host lets go, and may arrive after that.
+    // The report of a link's end is on its way when the host drops the object, and may arrive after
+    // that.
     peers_.front().DropLink();
     time_->Sleep(simulated::Habits().statusReportMs);
     LetGo();
@@ -349,7 +350,7 @@ class Player {
       return {};
     }
     LanvossInterface& lanvoss = **held;
-    // One thread runs at a time, so nobody can come between here and the operation's first step.
+    // One thread runs at a time, so no other thread runs before the operation's first step.
     if (case_.bare && !free_) {
       held.reset();
     }

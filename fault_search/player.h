@@ -1,4 +1,4 @@
-// Plays a case and tells what came of it.
+// Plays a case and reports the result.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,8 @@ struct Report {
   std::map<std::string, unsigned> reasons;  // of requests that did not bring it up
 };
 
-// `free`: the threads run side by side, and only what then still can be told is checked.
+// `free`: the threads run side by side, and only rules that do not depend on their order are
+// checked.
 Report Play(const TestCase& testCase, bool free);
 
 }  // namespace lanvoss::search

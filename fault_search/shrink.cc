@@ -12,7 +12,7 @@ bool StillFails(const TestCase& testCase, bool free) {
   return !Play(testCase, free).violations.empty();
 }
 
-// Tries the case without each element of one of its parts, but for the first `kept` of them.
+// Tries the case without each element of one of its parts, except the first `kept` of them.
 // `part(testCase)` is the part.
 template <typename Part>
 bool ShrinkPart(TestCase& testCase, bool free, std::size_t kept, Part part) {

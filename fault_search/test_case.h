@@ -1,4 +1,4 @@
-// A case: what a seed makes of hosts, devices, platform and faults.
+// A case: the hosts, the devices, the platform and the faults that a seed generates.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 
 namespace lanvoss::search {
 
-// The devices' own scripts, and whatever hangs, have ended by then.
+// The scripts of the devices, and all hanging calls, have ended by then.
 inline constexpr std::uint32_t kScriptsEndMs = 90'000;
 // The longest that one pairing, opening, closing or unpairing takes that does not hang.
 inline constexpr std::uint32_t kLongestLatencyMs = 2'000;
@@ -33,7 +33,7 @@ struct Step {
   std::string argument = {};
 };
 
-// What the host does inside its own callback.
+// What the host does inside its callback.
 struct Reaction {
   enum class Kind { kOperation, kLetGo, kThrow, kLetGoAndThrow };
   unsigned nth = 1;  // at which notification, counted from 1
@@ -55,7 +55,7 @@ struct TestCase {
   // The host wants the first one in the end, so that one can be reached when nothing fails.
   std::vector<simulated::Peer> peers = {};
   std::vector<PlannedFault> faults = {};
-  std::vector<std::vector<Step>> hosts = {};  // each on a thread of its own
+  std::vector<std::vector<Step>> hosts = {};  // each on its own thread
   std::vector<Reaction> reactions = {};
   std::string cache = {};  // the file at the beginning
   // Operations run on the bare object, while others may let it go.

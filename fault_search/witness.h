@@ -1,4 +1,4 @@
-// Hears and writes down what happens in a case, from any thread.
+// Records what happens in a case, from any thread.
 #pragma once
 
 #include <cstdint>
@@ -21,13 +21,13 @@ class Witness {
   Witness(const TestCase& testCase, simulated::VirtualTime& time, bool loggedAtOnce)
       : case_(testCase), time_(time), loggedAtOnce_(loggedAtOnce) {}
 
-  // What the host is told, and what it then does in its callback.
+  // Records a notification. Returns what the host then does in its callback.
   std::optional<Reaction> OnNotify(const std::string& kind, const std::string& message);
 
   void OnObjectBegins();
   void OnObjectEnds();
   int Objects() const;
-  // Time that the library is not to blame for: late platform calls, the host's own callbacks.
+  // Time that the library does not cause: late platform calls, the host's callbacks.
   void Excuse(std::int64_t milliseconds);
   std::int64_t ExcusedMs() const;
 
@@ -40,12 +40,12 @@ class Witness {
   void StopReacting();
   unsigned LinkUps() const;
 
-  // The calling thread's operation may have to wait for the end of an attempt. From the end of it
-  // comes what was wrong with the wait, or nothing.
+  // The calling thread's operation may wait for the end of an attempt. OnOperationEnds returns what
+  // was wrong with the wait, or nothing.
   void OnOperationBegins();
   std::string OnOperationEnds();
 
-  // Names by id, as the log told of them.
+  // Names by id, as the log has them.
   std::map<std::string, std::string> Devices() const;
   Lines Violations() const;
   Lines Events() const;
@@ -71,7 +71,7 @@ class Witness {
   bool reacts_ = true;
   std::int64_t excusedMs_ = 0;
   unsigned linkUps_ = 0;
-  bool isDown_ = false;  // the latest that was told of a link
+  bool isDown_ = false;  // the latest report about a link
   Lines events_;
   Lines violations_;
   std::map<std::string, std::string> devices_;

@@ -1,5 +1,5 @@
-// The longest that the library may block, in virtual milliseconds, made of its own limits and of
-// what the platform needs for one call.
+// The longest time that the library may block, in virtual milliseconds: the sum of its limits and
+// of the platform's time for one call.
 #pragma once
 
 #include <algorithm>
@@ -24,7 +24,7 @@ constexpr std::int64_t ConnectMs(std::int64_t onePairingMs, std::int64_t oneOpen
 }
 
 // The end of an object: the stop of its watcher, and the one call of the platform that another
-// thread may be inside of, which takes so long or is a probe's receive.
+// thread may be inside, which takes `oneCallMs` or is the receive of a probe.
 constexpr std::int64_t EndMs(std::int64_t oneCallMs) {
   return kStopMs + std::max<std::int64_t>(oneCallMs, kEchoTimeoutMs);
 }

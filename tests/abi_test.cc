@@ -1,5 +1,5 @@
-// What hosts that are already built rely on: where each operation stands in the interface. The
-// factory's name is checked on the library itself.
+// What existing hosts rely on: the place of each operation in the interface. The factory's name is
+// checked on the library itself.
 #include <cstddef>
 #include <cstring>
 #include <gtest/gtest.h>

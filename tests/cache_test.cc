@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 class Cache : public ScenarioTest {
  protected:
-  // What a new object tells while it loads `bytes`.
+  // What a new object notifies while it loads `bytes`.
   Lines LogOfLoading(const std::string& bytes) {
     WriteFile(CachePath(), bytes);
     lanvoss.reset();
@@ -61,7 +61,7 @@ TEST_F(Cache, BrokenFilesLoadWhatTheyHold) {
   for (std::size_t length = 0; length < line.size(); ++length) {
     EXPECT_LE(LogOfLoading(line.substr(0, length)).size(), 1U);
   }
-  fs::resize_file(CachePath(), 0x80000000);  // sparse; more than 32 bits tell
+  fs::resize_file(CachePath(), 0x80000000);  // sparse; a size of more than 31 bits
   Notified();
   Open();
   EXPECT_EQ(Notified(), Lines{});

@@ -75,7 +75,7 @@ TEST_F(Connection, TheLinkThatGoesDownIsForgotten) {
   EXPECT_EQ(Log(), Lines{"(watch) Connection status changed: Disconnected"});
   EXPECT_EQ(air.faults().Count(Call::kConnectionStatus), statusesRead + 2) << "again for its line";
   air.SetHabits({.onClose = LinkEnd::kSilent});
-  // The next request closes what is held of it first.
+  // The next request first closes the link that is still held.
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
   EXPECT_TRUE(Logged("(watch) DisConnect, watch FromIdAsync ..."));
   EXPECT_FALSE(Logged("(watch) FromIdAsync was canceled by user"));

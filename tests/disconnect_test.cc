@@ -134,7 +134,7 @@ TEST_F(Disconnect, UnpairNeedsAReportedDevice) {
 
   air.faults().FailNth(Call::kUnpairAsync);
   EXPECT_THROW(lanvoss->Unpair("Cam"), std::exception);
-  lanvoss->StartWatch("Nobody");  // its pass empties what was reported
+  lanvoss->StartWatch("Nobody");  // its pass empties the list of reported devices
   EXPECT_EQ(lanvoss->Unpair("Cam"), 0);
   EXPECT_EQ(Log().back(), "(watch) Watch again,try...");
 }

@@ -250,7 +250,7 @@ TEST_F(Effects, WhatIsNotThePlatformsErrorReachesTheHost) {
   EXPECT_THROW(lanvoss->GetDeviceIp("\nCam"), std::runtime_error);
   EXPECT_EQ(Ask("Cam", kAddress), 700) << "finds connect again";
   Advance(100);
-  // A destruction has nobody to hand an exception or a refusal to.
+  // A destructor cannot pass on an exception or a refusal.
   Listen([](const std::string&, const std::string& message) {
     if (message.starts_with("(watch) Stop Watcher")) {
       throw std::runtime_error("host");

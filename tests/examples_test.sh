@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Each example reaches its device over the simulated radio and ends well; the smallest stands in
-# the README.
+# Each example reaches its device over the simulated radio and exits with 0. The smallest one is in the
+# README.
 set -euo pipefail
 programs=$1 root=$2
 diff <(sed -n '/^```cpp$/,/^```$/p; /^```$/q' "$root/README.md" | sed '/^```/d') \

@@ -1,4 +1,5 @@
-// Construction and destruction, and hosts that call back in, throw, or let go at any moment.
+// Construction and destruction, and hosts that call operations, throw, or drop the last reference
+// at any moment.
 #include <atomic>
 #include <optional>
 #include <stdexcept>

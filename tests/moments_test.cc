@@ -1,4 +1,4 @@
-// Every step takes what it uses at its own moment: the host's function may change everything at a
+// Every step reads what it uses at its own moment: the host's function may change everything at a
 // log line or a notification, and so may another thread.
 #include <algorithm>
 #include <new>
@@ -28,7 +28,7 @@ class Moments : public ScenarioTest {
   }
   const Failure kGone{.message = u"gone"};
 
-  std::string address;  // that the request returned, and what it took
+  std::string address;  // that the request returned, and its duration
   Duration took;
 
  private:

@@ -31,8 +31,8 @@ void Require(bool holds, const char* what) {
   }
 }
 
-// Becomes a process that waits for the end of standard input and then removes the folder. Nobody's
-// child and in a session of its own, so that what ends the test does not end it.
+// Becomes a process that waits for the end of standard input and then removes the folder. No
+// child of the test and in its own session, so that a signal to the test does not end it.
 [[noreturn]] void BecomeCleaner(int input, const char* path) {
   setsid();
   if (fork() == 0) {

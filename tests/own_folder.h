@@ -4,8 +4,8 @@
 
 namespace lanvoss::test {
 
-// A folder that nobody else uses. It is removed with the object; on Linux also when the process
-// ends in any other way, killed ones included.
+// A folder for this object alone. It is removed with the object; on Linux also when the process
+// ends in any other way, for example when it is killed.
 class OwnFolder {
  public:
   explicit OwnFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path());
@@ -16,7 +16,8 @@ class OwnFolder {
   const std::filesystem::path path;
 
  private:
-  // The writing end of a pipe whose reader removes the folder when nobody holds this end any more.
+  // The writing end of a pipe. Its reader removes the folder when no process holds this end any
+  // more.
   const int alive_;
 };
 

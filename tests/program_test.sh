@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# The host program as its user meets it: the result last on standard output, one line on standard
-# error for a failure, and the exit codes.
+# The host program as its user sees it: the result last on standard output, one line on standard error
+# for a failure, and the exit codes.
 #
-# The arguments are the program, behind what it takes to start it: scripts/wine lanvoss.exe. With
-# ON_RADIO=yes it stands on the machine's radio, which is the stand-in, and on the real network.
+# The arguments are the command that starts the program: scripts/wine lanvoss.exe. With ON_RADIO=yes
+# it uses the machine's radio, which is the fake one, and the real network.
 set -uo pipefail
 program=("$@")
 on_radio=${ON_RADIO:-no}
@@ -40,7 +40,7 @@ interrupted() { # COMMAND..., which begins its log when it can be interrupted
   kill -INT $!
   wait $!
 }
-prompt() { # SECONDS COMMAND...: whether a pipe has a line of it before so much time is over
+prompt() { # SECONDS COMMAND...: whether its first line comes through a pipe within this time
   read -r -t "$1" < <("${@:2}")
   local got=$?
   wait $!

@@ -10,7 +10,7 @@
 
 namespace lanvoss::test {
 
-// Records what it is notified of, then calls who listens, on the library's thread. The library's
+// Records its notifications, then calls its listeners, on the library's thread. The library's
 // callback has no context, so there is one host at a time.
 class RecordingHost {
  public:
@@ -26,10 +26,10 @@ class RecordingHost {
   // The NotifyCallback to make objects with.
   static void OnNotify(std::string kind, std::string message);
 
-  // Replaces the later listener; none: nobody listens. What it throws goes to the library.
+  // Replaces the later listener, or removes it. An exception of it goes to the library.
   void Listen(Listener listener);
 
-  // The "info" messages, without so many from the beginning.
+  // The "info" messages from number `from` on.
   std::vector<std::string> Log(std::size_t from = 0) const;
   std::size_t LogLength() const;
   // "kind message" of all others.

@@ -109,7 +109,7 @@ TEST_F(Request, ConnectsDirectlyToARememberedId) {
                           "(watch) Devices connected on L2 layer, connecting to "
                           "name(Cam),time:400ms(400),watch:0ms(0),fromid:400ms(1) IPAddress: "
                           "loc:192.168.49.1 remote:192.168.49.20"}));
-  // It leaves the watched name as it was, so a request by name finds no link of its own.
+  // It does not change the watched name, so a request by name finds no link.
   air.SetHabits({.onClose = LinkEnd::kSilent});
   EXPECT_EQ(Ask("Cam", kAddress), 300 + 2000 + 400);
 }

@@ -1,4 +1,4 @@
-// Scenario files: what they say, and how they are refused.
+// Scenario files: their content, and the errors in them.
 #include "backends/simulated/scenario_file/scenario_file.h"
 
 #include <gtest/gtest.h>

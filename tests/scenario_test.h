@@ -1,4 +1,4 @@
-// What a scenario test plays with: one host, one object, one neighbourhood, on the stage of its
+// The base of scenario tests: one host, one object and one simulated air, on the stage of the
 // program.
 #pragma once
 
@@ -52,7 +52,7 @@ inline const std::string kAddress = "192.168.49.1,192.168.49.20";
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& bytes);
 
-// A directory of its own, gone at the end.
+// A directory for one test, removed at the end.
 class TemporaryDirectory {
  public:
   TemporaryDirectory();
@@ -82,8 +82,7 @@ class ScenarioTest : public testing::Test {
   void SetUp() override;
   void TearDown() override;
 
-  // Builds the object, with a callback that records and, unless told otherwise, the world's
-  // directory.
+  // Builds the object, with a callback that records and the test's directory.
   void Open() { OpenIn(directory.path.string()); }
   void OpenIn(const std::string& cacheDirectory);
   void Listen(RecordingHost::Listener listener) { host_.Listen(std::move(listener)); }
@@ -100,7 +99,7 @@ class ScenarioTest : public testing::Test {
   }
   Duration TimeOf(const std::function<void()>& operation);
   Duration SinceTheBeginning() { return {time->Clock() - begun_}; }  // of the test
-  // Asks for an address, expects it, and tells how long that took.
+  // Asks for an address, expects it, and returns how long that took.
   Duration Ask(const std::string& request, const std::string& expected);
   // Opens, asks for the device and expects its default addresses.
   void Connect(const std::string& name);

@@ -1,4 +1,4 @@
-// The ground the other tests stand on: virtual time, and the platform's rules.
+// The base of all other tests: virtual time, and the platform's rules.
 #include <set>
 
 #include "backends/simulated/air.h"

@@ -1,4 +1,4 @@
-// The picture of a run: what it tells of a log, and that it holds whatever a log holds.
+// The picture of a run: what it shows of a log, and that any log can be drawn.
 #include "timeline/timeline.h"
 
 #include <algorithm>

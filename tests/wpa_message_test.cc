@@ -1,4 +1,4 @@
-// What wpa_supplicant tells: names come from the air and may imitate anything.
+// The events of wpa_supplicant: names come from other devices and may imitate anything.
 #include <gtest/gtest.h>
 
 #include "backends/wpa/message.h"

@@ -1,5 +1,5 @@
-// Plays a script again and again in a process of its own, so that a run that crashes or hangs is
-// found like any other.
+// Plays a script again and again in another process, so that a crash or a hang is found like any
+// other failure.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // The core's file operations; the cache file is the only file on which it uses these. Each fails
-// the way that leaves most behind: a transfer does half its work, a close does all of it. The
-// opening is the system's, which NthRun lets fail.
+// in the way with the largest effect: a transfer does half its work, a close does all of it. The
+// system opens files, and NthRun makes that fail.
 #include <cstddef>
 #include <cstdio>
 

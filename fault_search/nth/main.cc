@@ -44,7 +44,7 @@ bool FailEach(const Child& child, const NamedStory& script, const Plan& plan,
     errors += result.errors;
     requests = std::max(requests, result.requests);
   }
-  const std::size_t tried = results.size() - 1;  // the last run did not come to its step
+  const std::size_t tried = results.size() - 1;  // the last run did not reach its step
   std::printf("%-17s %-32s %4zu tried, %4u errors reached the host, %u requests at most\n",
               script.name, failure.c_str(), tried, errors, requests);
   return tried > 0;

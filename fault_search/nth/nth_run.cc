@@ -91,7 +91,7 @@ Result NthRun::Play(Script script) {
   if (lanvoss_ != nullptr) {
     script(*this);
     if (!HasFailed()) {
-      Close();  // which may fail as well
+      Close();  // which may fail too
     }
   }
   result_.failed = HasFailed();
@@ -172,7 +172,7 @@ void NthRun::Recover() {
   Require(false, "no link after so many requests");
 }
 
-// A device that nobody knew yet, so that the whole cache is written.
+// A new device, so that the whole cache is written.
 void NthRun::MeetNewcomer() {
   Advance(kSettleMs);
   air_.Add({.name = u"New", .id = u"WiFiDirect#02:00:00:00:00:0d", .appearMs = kAppearMs});
@@ -234,7 +234,7 @@ std::string NthRun::GetDeviceIp(const std::string& request) {
   return address;
 }
 
-// Runs an operation. What leaves it is what was planted, and it comes in time.
+// Runs an operation. It must end in time, and only the planted exception may leave it.
 void NthRun::Within(const char* operation, std::int64_t boundMs,
                     const std::function<void()>& body) {
   std::printf("== %s\n", operation);

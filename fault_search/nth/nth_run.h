@@ -1,6 +1,6 @@
-// One run: a host with its object among devices, and what has to hold whatever fails.
+// One run: a host with its object among devices, and the rules that must hold whatever fails.
 //
-// Standard output is the log of the run; what does not hold is a line in it too.
+// Standard output is the log of the run. A broken rule is a line in it too.
 #pragma once
 
 #include <cstdint>

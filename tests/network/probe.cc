@@ -1,5 +1,5 @@
-// Probes one host on the real system. The last line of the output says who asked and what came of
-// it; the lines before are the probe's own.
+// Probes one host on the real system. The last line of the output has the process and the result;
+// the lines before are those of the probe.
 #include <cstdio>
 
 #include "backends/posix/posix_system.h"

@@ -128,7 +128,7 @@ void Camera::React(const wpa::Message& message) {
   }
 }
 
-// Sets up its own end of the link.
+// Sets up the camera's end of the link.
 void Camera::Enter(const std::string& group, const wpa::Message& started) {
   Run("echo 0 >/proc/sys/net/ipv4/icmp_echo_ignore_all");
   std::string address = started.Word(1) == "GO" ? kOwnAddress : started.Field("ip_addr");

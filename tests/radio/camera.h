@@ -1,4 +1,4 @@
-// The device at the other end of the air: a camera with a supplicant and a network of its own.
+// The device at the other end: a camera with its own supplicant and network.
 #pragma once
 
 #include <atomic>
@@ -27,17 +27,16 @@ class Camera {
   void SwitchOn();
   void Kill();  // without a farewell
 
-  // ---- What it does when it is asked to pair. Unless told otherwise, it leaves the group to the
-  // host.
+  // ---- What it does when it is asked to pair. By default the host owns the group.
   void Answer();
   void KeepSilent();
-  void Reject();  // the host, which it has to hear of within seconds
+  void Reject();  // the host, which must notice it within seconds
   void Pardon();
   void OwnTheGroup();
 
   void Rename(const std::string& name);
   void ForgetCredentials();
-  void ServeAddresses();  // in its own groups, by DHCP and not in the handshake
+  void ServeAddresses();  // in the groups that it owns, by DHCP and not in the handshake
   void DropEchoes();      // until there is a new link
 
   // ---- What has happened to it

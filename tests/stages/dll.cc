@@ -1,5 +1,4 @@
-// The stage of the DLL: the very file that a host loads, in real time, on the classes of the
-// stand-in radio.
+// The stage of the DLL: the file that a host loads, in real time, on the fake Windows Runtime.
 #include "fake_winrt/fake_winrt.h"
 #include "stages/ledger_report.h"
 #include "stages/stage.h"

@@ -1,4 +1,4 @@
-// What the stand-in radio has seen of the library.
+// What the fake Windows Runtime has seen of the library.
 #pragma once
 
 #include "fake_winrt/fake_winrt.h"

@@ -1,4 +1,4 @@
-// The stage without a platform: the library right on the simulated neighbourhood.
+// The stage without a platform: the core directly on the simulated air.
 #include "stages/stage.h"
 #include "watcher/make_lanvoss.h"
 

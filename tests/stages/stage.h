@@ -1,5 +1,5 @@
-// What the scenario tests stand on. The same scenarios are played on several stages; each test
-// program brings one.
+// What the scenario tests run on. The same scenarios run on several stages; each test program has
+// one.
 #pragma once
 
 #include <memory>
@@ -17,7 +17,7 @@ void EnterStage(const std::shared_ptr<StageTime>& time, simulated::Air& air);
 // An object of the library on the radio of `air`.
 std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Air& air, NotifyCallback notify,
                                               const std::string& directory);
-// Expects that nothing of the library has misused the stage. No object may be left.
+// Expects that the library has not misused the stage. No object may remain.
 void LeaveStage();
 
 }  // namespace lanvoss::test

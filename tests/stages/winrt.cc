@@ -1,5 +1,5 @@
-// The stage on the Windows Runtime's interfaces, on virtual time: between the library and the
-// simulated neighbourhood stand the Windows backend and the classes of the stand-in radio.
+// The stage on the Windows Runtime's interfaces, on virtual time: the core calls the Windows
+// backend, this the fake Windows Runtime, and this the simulated air.
 #include "backends/windows/windows_radio.h"
 #include "fake_winrt/fake_winrt.h"
 #include "stages/ledger_report.h"

@@ -1,5 +1,5 @@
-// A host that loads the DLL, connects a device and unloads it again, many times. The stand-in radio
-// serves its built-in neighbourhood, or the one of its environment.
+// A host that loads the DLL, connects a device and unloads the DLL, many times. The fake radio has
+// the devices of the demo, or those of its environment variable.
 #include <cstdio>
 #include <memory>
 #include <string>

@@ -10,8 +10,8 @@ namespace {
 
 class Windows : public ScenarioTest {
  protected:
-  // Finds, pairs, opens and closes on a thread of its own, and tells that thread's apartment before
-  // and after.
+  // Finds, pairs, opens and closes on a new thread, and returns this thread's apartment before and
+  // after.
   void ConnectIn(DWORD model, HRESULT expectedBefore, APTTYPE expectedType) {
     const auto host = Host([&] {
       if (model != kNoApartment) {
@@ -88,8 +88,8 @@ TEST_F(Windows, ThePlatformsMessagesReachTheLog) {
   EXPECT_TRUE(Logged("(watch) ConnDevice Err:" + time->WideToAnsi(u"Ger\u00e4t weg")));
 }
 
-// The echo requests leave through Winsock, so the devices' addresses are real ones: this machine's
-// own, and one of a range that nobody may use.
+// The echo requests go through Winsock, so the devices' addresses are real ones: that of this
+// machine, and one of a range that is never used.
 TEST_F(Windows, TheProbeGoesThroughWinsock) {
   if (time->OpenIcmpSocket() == nullptr) {
     GTEST_SKIP() << "no right to open raw sockets";

@@ -1,4 +1,4 @@
-// A stage in real time, for the DLL, which has a clock of its own.
+// A stage in real time, for the DLL, which uses the real clock.
 #pragma once
 
 #include <functional>
@@ -11,8 +11,8 @@
 
 namespace lanvoss::test {
 
-// The system itself. What a test cannot set in it fails the test, but for its clock: scenarios that
-// look at stamps, or at how long something took, are not for this stage.
+// The real system. A test that sets something in it fails, except for the clock: scenarios that
+// check time stamps or durations are not for this stage.
 class StageTime final : public platform::SystemOver, public events::Threads {
  public:
   explicit StageTime(std::shared_ptr<platform::System> system);
