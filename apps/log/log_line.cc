@@ -124,7 +124,7 @@ constexpr LogLineKind kKinds[] = {
     {kConnection, kOpenBegins, "(watch) FromIdAsync ...", "opens the link",
      {.phase = "opening the link"}},
     {kConnection, kOpenBeginsAfterClose, "(watch) DisConnect, watch FromIdAsync ...",
-     "opens the link anew", {.phase = "opening the link"}},
+     "opens the link again", {.phase = "opening the link"}},
     {kConnection, kOpenDone, "(watch) FromIdAsync done dt:{ms}ms", "the open request took {ms} ms",
      {.change = NoteOpen}},
     {kConnection, kOpenCancelled, "(watch) FromIdAsync was canceled by user",
