@@ -25,7 +25,7 @@ BENCH = BUILD / "bench/lanvoss_bench"
 MEMORY = "/dev/shm" if os.access("/dev/shm", os.W_OK) else tempfile.gettempdir()
 DISK = tempfile.gettempdir()
 PROGRAM_RUNS = 21
-FAULT_STORIES = 1_000
+FAULT_CASES = 1_000
 # The far end of a virtual cable, in namespaces that are gone with their last process.
 CABLE = """mount -t tmpfs none /run
 ip link set lo up
@@ -304,9 +304,9 @@ def print_programs(quick, raw):
         ours, beside = map(int, text.split())
         raw.append({"name": f"memory_{measure}", "bytes": [ours, beside]})
         print_row(path, [ours], [beside], peer, aim, limit, size_text)
-    stories = 100 if quick else FAULT_STORIES
+    cases = 100 if quick else FAULT_CASES
     begun = time.monotonic()
-    text = output_of(BUILD / "fault_search/lanvoss_fault_search", "--seeds", str(stories))
+    text = output_of(BUILD / "fault_search/lanvoss_fault_search", "--seeds", str(cases))
     hours = int(re.search(r"(\d+) virtual hours", text).group(1))
     speed = hours / (time.monotonic() - begun) * 3600
     raw.append({"name": "fault_search", "virtual_hours_an_hour": speed})

@@ -83,7 +83,7 @@ std::string KeepLink(const std::stop_token& stop, LanvossInterface& lanvoss,
   }
 }
 
-void Pause(const std::stop_token& stop, seconds time) {
+void SleepUnlessStopped(const std::stop_token& stop, seconds time) {
   std::mutex mutex;
   std::unique_lock lock(mutex);
   std::condition_variable_any().wait_for(lock, stop, time, [] { return false; });
@@ -96,12 +96,12 @@ void KeepAlive(const std::stop_token& stop, const std::shared_ptr<LanvossInterfa
     const std::string addresses = KeepLink(stop, *lanvoss, name);
     if (addresses.empty()) {
       Announce("down");
-      Pause(stop, pause);
+      SleepUnlessStopped(stop, pause);
       pause = std::min(2 * pause, kLongestPause);
     } else {
       Announce("up " + addresses);
       pause = kFirstPause;
-      Pause(stop, kCheckInterval);
+      SleepUnlessStopped(stop, kCheckInterval);
     }
   }
 }

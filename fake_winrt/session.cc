@@ -123,7 +123,7 @@ Session& CurrentSession() {
     return *stage.current;
   }
   if (!stage.sessions.empty()) {
-    throw platform::Error(platform::kErrorIllegalMethodCall, u"The stand-in has no radio any more");
+    throw platform::Error(platform::kErrorIllegalMethodCall, u"The fake has no radio any more");
   }
   return Enter(stage, OwnNeighbourhood());
 }

@@ -74,12 +74,12 @@ class Held {
 };
 
 // Counts the operations and callbacks that run.
-class UnderWay {
+class OperationScope {
  public:
-  explicit UnderWay(std::atomic<int>& count) : count_(count) { ++count_; }
-  ~UnderWay() { --count_; }
-  UnderWay(const UnderWay&) = delete;
-  UnderWay& operator=(const UnderWay&) = delete;
+  explicit OperationScope(std::atomic<int>& count) : count_(count) { ++count_; }
+  ~OperationScope() { --count_; }
+  OperationScope(const OperationScope&) = delete;
+  OperationScope& operator=(const OperationScope&) = delete;
 
  private:
   std::atomic<int>& count_;
@@ -228,7 +228,7 @@ class Player {
     Check();
     const std::size_t before = host_.LogLength();
     const std::int32_t begun = time_->Clock();
-    const bool hadOthers = underWay_ > 0;
+    const bool hadOthers = running_ > 0;
     const std::string address = Do({.operation = Operation::kGetDeviceIp, .argument = kWanted});
     ++report_.requests;
     if (address.empty()) {
@@ -357,7 +357,7 @@ class Player {
     const std::int32_t begun = time_->Clock();
     const std::int64_t excused = witness_.ExcusedMs();
     witness_.Note(Describe(step) + " ...");
-    const UnderWay underWay(underWay_);
+    const OperationScope scope(running_);
     witness_.OnOperationBegins();
     std::string address;
     try {
@@ -445,7 +445,7 @@ class Player {
 
   void React(const Reaction& reaction) {
     using Kind = Reaction::Kind;
-    const UnderWay underWay(underWay_);
+    const OperationScope scope(running_);
     const std::int32_t begun = time_->Clock();
     witness_.Note("in the callback:");
     if (reaction.kind == Kind::kOperation) {
@@ -470,8 +470,8 @@ class Player {
   test::RecordingHost host_{
       [this](const std::string& kind, const std::string& message) { OnNotify(kind, message); }};
   std::vector<simulated::PeerHandle> peers_;
-  std::atomic<int> underWay_ = 0;  // operations, and callbacks in which the host does something
-  std::mutex mutex_;               // guards everything below
+  std::atomic<int> running_ = 0;  // operations, and callbacks in which the host does something
+  std::mutex mutex_;              // guards everything below
   std::mt19937_64 random_;
   Report report_;
   std::shared_ptr<Held> object_;
