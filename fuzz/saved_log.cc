@@ -44,7 +44,7 @@ void CheckTimeline(const Timeline& timeline) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(data, data + size);
   try {
-    const Timeline timeline = BuildTimeline(lanvoss::log::ReadSavedLog(text));
+    const Timeline timeline = lanvoss::timeline::BuildTimeline(lanvoss::log::ReadSavedLog(text));
     CheckTimeline(timeline);
     Require(IsXml(DrawSvg(timeline)), "the picture is well-formed");
     Require(nlohmann::json::accept(WriteTraceEvents(timeline)), "the trace is JSON");
