@@ -96,7 +96,7 @@ void Camera::Live() {
       const std::lock_guard lock(asking_);
       commands_ = std::make_unique<wpa::ControlSocket>(path);
       events = std::make_unique<wpa::ControlSocket>(path);
-      events->Send("ATTACH");
+      events->Send("ATTACH", kReplyMs);
       return events->Receive(kReplyMs).has_value();
     } catch (const platform::Error&) {
       return false;  // it has not come so far
@@ -179,7 +179,7 @@ void Camera::DropEchoes() { Run("echo 1 >/proc/sys/net/ipv4/icmp_echo_ignore_all
 
 bool Camera::Do(const std::string& command) {
   const std::lock_guard lock(asking_);
-  commands_->Send(command);
+  commands_->Send(command, kReplyMs);
   return commands_->Receive(kReplyMs).value_or("").starts_with("OK");
 }
 

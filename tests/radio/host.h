@@ -68,7 +68,7 @@ class Radio : public testing::Test {
 
   static void SendToSupplicant(const std::string& command) {
     wpa::ControlSocket socket("/run/wpa_supplicant/p2p-dev-wlan0");
-    socket.Send(command);
+    socket.Send(command, 10'000);
     EXPECT_EQ(socket.Receive(10'000), "OK\n") << command;
   }
 

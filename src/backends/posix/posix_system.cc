@@ -1,5 +1,6 @@
 #include "backends/posix/posix_system.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cerrno>
 #include <chrono>
@@ -12,12 +13,12 @@
 #include <mutex>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sstream>
 #include <string>
 #include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/time.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -31,7 +32,6 @@ namespace {
 namespace chrono = std::chrono;
 
 constexpr std::int64_t kMsPerSecond = 1000;
-constexpr std::int64_t kUsPerMs = 1000;
 constexpr std::int64_t kNsPerMs = 1'000'000;
 
 std::int64_t MsSinceBoot() {
@@ -111,8 +111,8 @@ class PosixIcmpSocket final : public platform::IcmpSocket {
   PosixIcmpSocket& operator=(const PosixIcmpSocket&) = delete;
 
   void SetTimeouts(std::uint32_t receiveMs, std::uint32_t sendMs) override {
-    SetTimeout(SO_RCVTIMEO, receiveMs);
-    SetTimeout(SO_SNDTIMEO, sendMs);
+    receiveMs_ = receiveMs;
+    sendMs_ = sendMs;
   }
 
   void SetTimeToLive(int hops) override {
@@ -124,16 +124,21 @@ class PosixIcmpSocket final : public platform::IcmpSocket {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     std::memcpy(&address.sin_addr, destination.data(), destination.size());
-    static_cast<void>(sendto(socket_, message.data(), message.size(), 0,
-                             reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    const auto deadline = After(sendMs_);
+    ssize_t length = -1;
+    do {
+      length = sendto(socket_, message.data(), message.size(), MSG_DONTWAIT,
+                      reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    } while (length < 0 && errno == EAGAIN && Wait(POLLOUT, deadline));
   }
 
   platform::Received Receive(std::span<std::uint8_t> buffer) override {
     using Outcome = platform::Received::Outcome;
+    const auto deadline = After(receiveMs_);
     ssize_t length = -1;
-    do {
-      length = recv(socket_, buffer.data(), buffer.size(), MSG_TRUNC);  // the datagram's own length
-    } while (length < 0 && errno == EINTR);
+    do {  // MSG_TRUNC: the datagram's own length
+      length = recv(socket_, buffer.data(), buffer.size(), MSG_TRUNC | MSG_DONTWAIT);
+    } while (length < 0 && errno == EAGAIN && Wait(POLLIN, deadline));
     if (length < 0) {
       return {errno == EAGAIN ? Outcome::kTimedOut : Outcome::kFailed};
     }
@@ -143,13 +148,25 @@ class PosixIcmpSocket final : public platform::IcmpSocket {
   }
 
  private:
-  void SetTimeout(int option, std::uint32_t milliseconds) {
-    timeval time{};
-    time.tv_sec = milliseconds / kMsPerSecond;
-    time.tv_usec = milliseconds % kMsPerSecond * kUsPerMs;
-    setsockopt(socket_, SOL_SOCKET, option, &time, sizeof time);
+  using Deadline = chrono::steady_clock::time_point;
+
+  static Deadline After(std::uint32_t milliseconds) {
+    return chrono::steady_clock::now() + chrono::milliseconds(milliseconds);
   }
 
+  // A signal does not change how long it blocks. False: the time is up.
+  bool Wait(short events, Deadline deadline) const {
+    pollfd ready{socket_, events, 0};
+    int count = -1;
+    do {
+      const auto left = chrono::ceil<chrono::milliseconds>(deadline - chrono::steady_clock::now());
+      count = poll(&ready, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
+    } while (count < 0 && errno == EINTR);
+    return count > 0;
+  }
+
+  std::uint32_t receiveMs_ = 0;
+  std::uint32_t sendMs_ = 0;
   const int socket_;
 };
 

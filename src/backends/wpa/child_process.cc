@@ -24,23 +24,37 @@ std::string PathOf(const std::string& program) {
   return {};
 }
 
-// Standard input, output and error of the child.
-class Silence {
+// How a child begins: nothing on its standard streams, and no signal blocked or ignored, whatever
+// the thread that starts it has.
+class Beginning {
  public:
-  Silence() {
+  Beginning() {
     posix_spawn_file_actions_init(&actions_);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
       posix_spawn_file_actions_addopen(&actions_, stream, "/dev/null", O_RDWR, 0);
     }
+    sigset_t none;
+    sigset_t all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    posix_spawnattr_init(&attributes_);
+    posix_spawnattr_setsigmask(&attributes_, &none);
+    posix_spawnattr_setsigdefault(&attributes_, &all);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
   }
-  ~Silence() { posix_spawn_file_actions_destroy(&actions_); }
-  Silence(const Silence&) = delete;
-  Silence& operator=(const Silence&) = delete;
+  ~Beginning() {
+    posix_spawn_file_actions_destroy(&actions_);
+    posix_spawnattr_destroy(&attributes_);
+  }
+  Beginning(const Beginning&) = delete;
+  Beginning& operator=(const Beginning&) = delete;
 
   const posix_spawn_file_actions_t* Actions() const { return &actions_; }
+  const posix_spawnattr_t* Attributes() const { return &attributes_; }
 
  private:
   posix_spawn_file_actions_t actions_{};
+  posix_spawnattr_t attributes_{};
 };
 
 }  // namespace
@@ -58,8 +72,9 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments) {
     words.push_back(const_cast<char*>(argument.c_str()));
   }
   words.push_back(nullptr);
-  if (const int error =
-          posix_spawn(&process_, path.c_str(), Silence().Actions(), nullptr, words.data(), environ);
+  const Beginning beginning;
+  if (const int error = posix_spawn(&process_, path.c_str(), beginning.Actions(),
+                                    beginning.Attributes(), words.data(), environ);
       error != 0) {
     Fail(path, error);
   }

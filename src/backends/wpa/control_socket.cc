@@ -1,11 +1,14 @@
 #include "backends/wpa/control_socket.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <fcntl.h>
 #include <poll.h>
 #include <string>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 #include <utility>
@@ -23,43 +26,92 @@ constexpr std::size_t kLongestDatagram = 8192;
   Fail("wpa_supplicant at " + path, error);
 }
 
+// The socket of a path, held so that nobody can exchange it.
+class HeldSocket {
+ public:
+  explicit HeldSocket(const std::string& path)
+      : file_(open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)) {}
+  ~HeldSocket() { close(file_); }
+  HeldSocket(const HeldSocket&) = delete;
+  HeldSocket& operator=(const HeldSocket&) = delete;
+
+  // 0, or an errno.
+  int Problem() const {
+    struct stat status {};
+    if (file_ < 0 || fstat(file_, &status) != 0) {
+      return errno;
+    }
+    if (!S_ISSOCK(status.st_mode)) {
+      return ENOTSOCK;
+    }
+    return status.st_uid == 0 || status.st_uid == geteuid() ? 0 : EPERM;
+  }
+  std::string Path() const { return "/proc/self/fd/" + std::to_string(file_); }
+
+ private:
+  const int file_;
+};
+
 }  // namespace
 
 ControlSocket::ControlSocket(const std::string& path)
-    : path_(path), socket_(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {
-  // The kernel makes the address, so no file remains.
-  sockaddr_un own{.sun_family = AF_UNIX, .sun_path = {}};
-  sockaddr_un peer = own;
-  if (path.size() >= sizeof peer.sun_path) {
-    errno = ENAMETOOLONG;
-  } else {
-    path.copy(peer.sun_path, path.size());
-    if (bind(socket_, reinterpret_cast<sockaddr*>(&own), offsetof(sockaddr_un, sun_path)) == 0 &&
-        connect(socket_, reinterpret_cast<sockaddr*>(&peer), sizeof peer) == 0) {
-      return;
-    }
+    : path_(path), socket_(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {
+  try {
+    Connect();
+  } catch (...) {
+    close(socket_);
+    throw;
   }
-  const int error = errno;
-  close(socket_);
-  FailAt(path_, error);
 }
 
 ControlSocket::~ControlSocket() { close(socket_); }
 
-void ControlSocket::Send(std::string_view text) {
-  if (send(socket_, text.data(), text.size(), MSG_NOSIGNAL) < 0) {
+// Connected before it has an address, so that only the peer can ever send to it. The kernel makes
+// the address, so no file remains.
+void ControlSocket::Connect() {
+  const HeldSocket held(path_);
+  if (const int problem = held.Problem(); problem != 0) {
+    FailAt(path_, problem);
+  }
+  sockaddr_un own{.sun_family = AF_UNIX, .sun_path = {}};
+  sockaddr_un peer = own;
+  held.Path().copy(peer.sun_path, sizeof peer.sun_path - 1);
+  if (connect(socket_, reinterpret_cast<sockaddr*>(&peer), sizeof peer) != 0 ||
+      bind(socket_, reinterpret_cast<sockaddr*>(&own), offsetof(sockaddr_un, sun_path)) != 0) {
     FailAt(path_, errno);
   }
 }
 
+// False: the time is up, or `wake` is readable.
+bool ControlSocket::Wait(short events, Clock::time_point deadline, int wake) {
+  std::array<pollfd, 2> ready{pollfd{socket_, events, 0}, pollfd{wake, POLLIN, 0}};
+  int count = -1;
+  do {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+    const auto leftMs = std::max<std::int64_t>(left.count(), 0);
+    count = poll(ready.data(), ready.size(), static_cast<int>(leftMs));
+  } while (count < 0 && errno == EINTR);
+  return ready[0].revents != 0;
+}
+
+void ControlSocket::Send(std::string_view text, std::uint32_t timeoutMs, int wake) {
+  const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
+  while (send(socket_, text.data(), text.size(), MSG_NOSIGNAL) < 0) {
+    if (errno != EAGAIN) {
+      FailAt(path_, errno);
+    }
+    if (!Wait(POLLOUT, deadline, wake)) {
+      FailAt(path_, ETIMEDOUT);
+    }
+  }
+}
+
 std::optional<std::string> ControlSocket::Receive(std::uint32_t timeoutMs, int wake) {
-  std::array<pollfd, 2> readable{pollfd{socket_, POLLIN, 0}, pollfd{wake, POLLIN, 0}};
-  if (poll(readable.data(), readable.size(), static_cast<int>(timeoutMs)) <= 0 ||
-      readable[0].revents == 0) {
+  if (!Wait(POLLIN, Clock::now() + std::chrono::milliseconds(timeoutMs), wake)) {
     return std::nullopt;
   }
   std::string text(kLongestDatagram, '\0');
-  const ssize_t length = recv(socket_, text.data(), text.size(), MSG_DONTWAIT);
+  const ssize_t length = recv(socket_, text.data(), text.size(), 0);
   if (length < 0) {
     return std::nullopt;
   }
@@ -68,9 +120,13 @@ std::optional<std::string> ControlSocket::Receive(std::uint32_t timeoutMs, int w
 }
 
 std::string Ask(const std::string& path, std::string_view command) {
+  using std::chrono::milliseconds;
+  const auto deadline = std::chrono::steady_clock::now() + milliseconds(kReplyMs);
   ControlSocket conversation(path);
-  conversation.Send(command);
-  auto reply = conversation.Receive(kReplyMs);
+  conversation.Send(command, kReplyMs);
+  const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
+  const auto leftMs = static_cast<std::uint32_t>(std::max<std::int64_t>(left.count(), 0));
+  auto reply = conversation.Receive(leftMs);
   if (!reply) {
     FailAt(path, ETIMEDOUT);
   }

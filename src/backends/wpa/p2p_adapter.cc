@@ -8,6 +8,7 @@
 #include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
 #include "backends/wpa/negotiation.h"
+#include "backends/wpa/no_signals.h"
 #include "backends/wpa/wpa_device.h"
 #include "backends/wpa/wpa_watcher.h"
 
@@ -83,8 +84,8 @@ std::shared_ptr<P2pAdapter> P2pAdapter::Create(const std::shared_ptr<platform::S
 }
 
 P2pAdapter::P2pAdapter(const std::shared_ptr<platform::System>& system)
-    : dispatcher(system, events::RealThreads()),
-      delayedActions(system, *events::RealThreads()),
+    : dispatcher(system, std::make_shared<ThreadsWithoutSignals>()),
+      delayedActions(system, *std::make_unique<ThreadsWithoutSignals>()),
       messages_(dispatcher.NewQueue()),
       chores_(dispatcher.NewQueue()) {}
 

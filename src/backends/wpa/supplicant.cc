@@ -1,6 +1,7 @@
 #include "backends/wpa/supplicant.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -9,6 +10,7 @@
 
 #include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
+#include "backends/wpa/no_signals.h"
 
 namespace lanvoss::wpa {
 namespace {
@@ -21,7 +23,11 @@ Supplicant::Supplicant(std::string socketPath, Listener listener)
     : socketPath_(std::move(socketPath)),
       listener_(std::move(listener)),
       end_(eventfd(0, EFD_CLOEXEC)) {
+  if (end_ < 0) {
+    Fail("no event for wpa_supplicant", errno);
+  }
   try {
+    const NoSignals inTheThread;
     receiver_ = std::thread([this, events = Attach()]() mutable { ReceiveAll(std::move(events)); });
   } catch (...) {
     close(end_);
@@ -48,8 +54,8 @@ bool Supplicant::Do(const std::string& command) const { return Ask(command).star
 
 std::unique_ptr<ControlSocket> Supplicant::Attach() const {
   auto events = std::make_unique<ControlSocket>(socketPath_);
-  events->Send("ATTACH");
-  if (!events->Receive(kReplyMs).value_or("").starts_with("OK")) {
+  events->Send("ATTACH", kReplyMs, end_);
+  if (!events->Receive(kReplyMs, end_).value_or("").starts_with("OK")) {
     Fail("wpa_supplicant at " + socketPath_ + " does not answer");
   }
   return events;
@@ -97,7 +103,7 @@ void Supplicant::ReceiveUntilGone(ControlSocket& events) {
       return;
     } else {
       try {
-        events.Send("PING");
+        events.Send("PING", kReplyMs, end_);
         asked = true;
       } catch (const platform::Error&) {
         return;
@@ -116,6 +122,7 @@ void Supplicant::Deliver(const Message& message) {
   listener_(message);
 }
 
+// The receiver's thread takes no signals, so nothing ends the wait early.
 bool Supplicant::IsEnding(std::uint32_t withinMs) const {
   pollfd end{end_, POLLIN, 0};
   return poll(&end, 1, static_cast<int>(withinMs)) > 0;
