@@ -3,8 +3,14 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
+#include <functional>
+#include <future>
 #include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <system_error>
 #include <thread>
+#include <utility>
 
 #ifdef _WIN32
 #include "backends/windows/windows_system.h"
@@ -15,6 +21,7 @@ namespace native = lanvoss::windows;
 #include "backends/posix/posix_system.h"
 namespace native = lanvoss::posix;
 #endif
+#include "backends/events/event_dispatcher.h"
 #include "scenario_test.h"
 
 namespace lanvoss {
@@ -110,6 +117,31 @@ TEST(System, LocalTimeIsTheCalendars) {
   calendar.tm_isdst = -1;
   EXPECT_NEAR(static_cast<double>(std::mktime(&calendar) - before), 0, 2);
   EXPECT_LT(now.millisecond, 1000);
+}
+
+// A machine that gives one thread and no further one.
+class OneThread final : public events::Threads {
+ public:
+  std::unique_ptr<events::Thread> Start(std::string name, std::function<void()> body) override {
+    if (started_++ > 0) {
+      throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    }
+    return threads_->Start(std::move(name), std::move(body));
+  }
+
+ private:
+  const std::shared_ptr<events::Threads> threads_ = events::RealThreads();
+  int started_ = 0;
+};
+
+TEST(EventDispatcher, AnEventWithoutAThreadWaitsForOneThatThereIs) {
+  std::promise<void> mayEnd;
+  std::promise<void> isDelivered;
+  events::EventDispatcher dispatcher(native::CreateSystem(), std::make_shared<OneThread>());
+  dispatcher.Send(nullptr, [waits = mayEnd.get_future().share()] { waits.wait(); });
+  dispatcher.Send(nullptr, [&] { isDelivered.set_value(); });
+  mayEnd.set_value();
+  isDelivered.get_future().wait();
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <mutex>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -32,6 +33,7 @@ struct EventDispatcher::State {
   void Serve(const std::shared_ptr<Worker>& worker);
   std::function<void()> Next(Worker& worker);
   bool Assign(const std::shared_ptr<EventQueue>& queue);
+  bool StartWorker(const std::shared_ptr<State>& self, const std::shared_ptr<EventQueue>& queue);
 
   const std::shared_ptr<platform::System> system;
   const std::shared_ptr<Threads> threads;
@@ -41,6 +43,7 @@ struct EventDispatcher::State {
   std::vector<std::shared_ptr<Worker>> workers;
   std::vector<std::shared_ptr<Worker>> idle;
   std::vector<std::unique_ptr<Thread>> running;
+  std::deque<std::shared_ptr<EventQueue>> unserved;  // the system had no thread for them
 };
 
 EventDispatcher::EventDispatcher(std::shared_ptr<platform::System> system,
@@ -76,13 +79,23 @@ void EventDispatcher::Send(std::shared_ptr<EventQueue> queue, std::function<void
     return;
   }
   queue->busy = true;
-  if (!state_->Assign(queue)) {
-    const auto worker = std::make_shared<Worker>(*state_->system);
-    worker->queue = queue;
-    state_->workers.push_back(worker);
-    state_->running.push_back(
-        state_->threads->Start("events", [state = state_, worker] { state->Serve(worker); }));
+  if (!state_->Assign(queue) && !state_->StartWorker(state_, queue)) {
+    state_->unserved.push_back(queue);
   }
+}
+
+// False: the system has no thread now.
+bool EventDispatcher::State::StartWorker(const std::shared_ptr<State>& self,
+                                         const std::shared_ptr<EventQueue>& queue) {
+  const auto worker = std::make_shared<Worker>(*system);
+  worker->queue = queue;
+  try {
+    running.push_back(threads->Start("events", [self, worker] { self->Serve(worker); }));
+  } catch (const std::system_error&) {
+    return false;
+  }
+  workers.push_back(worker);
+  return true;
 }
 
 // Gives the queue to a worker who has nothing to do.
@@ -108,21 +121,27 @@ void EventDispatcher::State::Serve(const std::shared_ptr<Worker>& worker) {
       if (ended) {
         return;
       }
+      if (!unserved.empty()) {
+        continue;
+      }
       idle.push_back(worker);
     }
     worker->wake->Wait(platform::kWaitForever);
   }
 }
 
-// The queue's next delivery; none when the queue is empty, which lets it go.
+// The next delivery of the worker's queue, or of one that has no thread; none when these are empty.
 std::function<void()> EventDispatcher::State::Next(Worker& worker) {
   const std::lock_guard lock(mutex);
-  if (worker.queue == nullptr || ended) {
-    return nullptr;
-  }
-  if (worker.queue->waiting.empty()) {
+  if (worker.queue != nullptr && worker.queue->waiting.empty()) {
     worker.queue->busy = false;
     worker.queue.reset();
+  }
+  if (worker.queue == nullptr && !unserved.empty()) {
+    worker.queue = std::move(unserved.front());
+    unserved.pop_front();
+  }
+  if (worker.queue == nullptr || ended) {
     return nullptr;
   }
   auto deliver = std::move(worker.queue->waiting.front());

@@ -20,7 +20,8 @@ class EventDispatcher {
   ~EventDispatcher();
 
   std::shared_ptr<EventQueue> NewQueue();
-  // Delivers on that queue, or without one on a new queue. `deliver` may block; it must not throw.
+  // Delivers on that queue, or without one on a new queue. `deliver` may block; it must not
+  // throw. When the system has no further thread, the event waits for one that there is.
   void Send(std::shared_ptr<EventQueue> queue, std::function<void()> deliver);
 
  private:
