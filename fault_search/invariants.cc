@@ -204,13 +204,13 @@ std::string ReasonOfFailure(const Lines& log, std::int64_t tookMs) {
     return "the attempt was too old to open";
   }
   if (HasLine(log, "ConnDevice Err:")) {
-    return "the connection ended in an error of the platform's";
+    return "the connection ended in a platform error";
   }
   if (HasLine(log, "bDisConnect = 1")) {
     return "the find was made after a link had been reported down";
   }
   if (HasLine(log, "Start Watcher Err:")) {
-    return "the watcher had not come to rest";
+    return "the watcher had not stopped completely";
   }
   if (HasLine(log, "Re FromIdAsync:5")) {
     return "every open request gave none";
