@@ -1,6 +1,7 @@
 #include "backends/wpa/adapter.h"
 
 #include <filesystem>
+#include <net/if.h>
 #include <set>
 #include <system_error>
 #include <unistd.h>
@@ -51,6 +52,14 @@ AdapterProblem ProblemOf(const std::string& socketPath) {
 
 }  // namespace
 
+std::string DeviceInterface(const std::string& interface) {
+  return (kDevicePrefix + interface).substr(0, IFNAMSIZ - 1);
+}
+
+bool IsSocketOf(const std::string& socketName, const std::string& interface) {
+  return socketName == interface || socketName == DeviceInterface(interface);
+}
+
 Adapter LookForAdapter(const std::string& interface) {
   if (!MayLook()) {
     return {.problem = AdapterProblem::kRight};
@@ -59,7 +68,7 @@ Adapter LookForAdapter(const std::string& interface) {
   Adapter best{.problem = names.empty() ? AdapterProblem::kControl : AdapterProblem::kInterface,
                .name = interface};
   for (const std::string& name : names) {
-    if (!interface.empty() && name != interface && name != kDevicePrefix + interface) {
+    if (!interface.empty() && !IsSocketOf(name, interface)) {
       continue;
     }
     const std::string path = fs::path(kControlDirectory) / name;

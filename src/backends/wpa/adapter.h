@@ -8,8 +8,13 @@ namespace lanvoss::wpa {
 // Where Debian's wpa_supplicant has its control sockets.
 inline constexpr char kControlDirectory[] = "/run/wpa_supplicant";
 
-// Some drivers have a separate interface for peer-to-peer.
+// Some drivers have a separate interface for peer-to-peer, which wpa_supplicant names after the
+// adapter's: the prefix and the name, cut to the length of an interface's name.
 inline constexpr char kDevicePrefix[] = "p2p-dev-";
+std::string DeviceInterface(const std::string& interface);
+
+// Whether the adapter with this interface takes its commands at the control socket of this name.
+bool IsSocketOf(const std::string& socketName, const std::string& interface);
 
 // What can be in the way of using an adapter.
 enum class AdapterProblem {

@@ -1,11 +1,9 @@
 #include "backends/wpa/control_socket.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
-#include <poll.h>
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -13,6 +11,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "backends/wpa/descriptor.h"
 #include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
 
@@ -82,32 +81,20 @@ void ControlSocket::Connect() {
   }
 }
 
-// False: the time is up, or `wake` is readable.
-bool ControlSocket::Wait(short events, Clock::time_point deadline, int wake) {
-  std::array<pollfd, 2> ready{pollfd{socket_, events, 0}, pollfd{wake, POLLIN, 0}};
-  int count = -1;
-  do {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-    const auto leftMs = std::max<std::int64_t>(left.count(), 0);
-    count = poll(ready.data(), ready.size(), static_cast<int>(leftMs));
-  } while (count < 0 && errno == EINTR);
-  return ready[0].revents != 0;
-}
-
 void ControlSocket::Send(std::string_view text, std::uint32_t timeoutMs, int wake) {
   const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
   while (send(socket_, text.data(), text.size(), MSG_NOSIGNAL) < 0) {
     if (errno != EAGAIN) {
       FailAt(path_, errno);
     }
-    if (!Wait(POLLOUT, deadline, wake)) {
+    if (!WaitFor(socket_, POLLOUT, deadline, wake)) {
       FailAt(path_, ETIMEDOUT);
     }
   }
 }
 
 std::optional<std::string> ControlSocket::Receive(std::uint32_t timeoutMs, int wake) {
-  if (!Wait(POLLIN, Clock::now() + std::chrono::milliseconds(timeoutMs), wake)) {
+  if (!WaitFor(socket_, POLLIN, Clock::now() + std::chrono::milliseconds(timeoutMs), wake)) {
     return std::nullopt;
   }
   std::string text(kLongestDatagram, '\0');

@@ -30,7 +30,6 @@ class ControlSocket {
  private:
   using Clock = std::chrono::steady_clock;
 
-  bool Wait(short events, Clock::time_point deadline, int wake);
   void Connect();
 
   const std::string path_;

@@ -3,7 +3,6 @@
 // as long as their objects live.
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -12,31 +11,18 @@
 
 namespace lanvoss::wpa {
 
-// A directory that exists as long as the object.
-class PrivateDirectory {
- public:
-  PrivateDirectory();
-  ~PrivateDirectory();
-  PrivateDirectory(const PrivateDirectory&) = delete;
-  PrivateDirectory& operator=(const PrivateDirectory&) = delete;
-
-  std::filesystem::path operator/(const char* name) const { return path_ / name; }
-
- private:
-  const std::filesystem::path path_;
-};
-
 class DhcpServer {
  public:
   // The interface must have its own address. Raises platform::Error when there is no dnsmasq.
   explicit DhcpServer(const std::string& interface);
 
   // The address that the device with this hardware address has taken; empty when the time is up.
-  std::string AwaitLease(const std::string& hardwareAddress, Clock::time_point deadline) const;
+  // Raises platform::Error when dnsmasq has ended, for example because another server has the port.
+  std::string AwaitLease(const std::string& hardwareAddress, Clock::time_point deadline);
 
  private:
-  const PrivateDirectory directory_;
-  const ChildProcess server_;
+  const std::string interface_;
+  ChildProcess server_;
 };
 
 struct Lease {
@@ -49,12 +35,13 @@ class DhcpClient {
   // Raises platform::Error when there is no udhcpc.
   explicit DhcpClient(const std::string& interface);
 
-  // What the owner of the group gives; none when the time is up.
-  std::optional<Lease> AwaitLease(Clock::time_point deadline) const;
+  // What the owner of the group gives; none when the time is up. Raises platform::Error when udhcpc
+  // has ended.
+  std::optional<Lease> AwaitLease(Clock::time_point deadline);
 
  private:
-  const PrivateDirectory directory_;
-  const ChildProcess client_;
+  const NamelessFile script_;
+  ChildProcess client_;
 };
 
 }  // namespace lanvoss::wpa

@@ -22,6 +22,7 @@ class RequestSocket {
   RequestSocket(const RequestSocket&) = delete;
   RequestSocket& operator=(const RequestSocket&) = delete;
 
+  // Raises platform::Error when it is refused.
   void Set(unsigned long request, const std::string& interface, const std::string& address) const {
     ifreq what{};
     interface.copy(what.ifr_name, sizeof what.ifr_name - 1);
@@ -48,6 +49,14 @@ void SetInterfaceAddress(const std::string& interface, const std::string& addres
   const RequestSocket requests;
   requests.Set(SIOCSIFADDR, interface, address);
   requests.Set(SIOCSIFNETMASK, interface, mask);
+}
+
+void ClearInterfaceAddress(const std::string& interface) {
+  try {
+    RequestSocket().Set(SIOCSIFADDR, interface, "0.0.0.0");
+  } catch (const platform::Error&) {
+    // The interface is gone, and the address with it.
+  }
 }
 
 }  // namespace lanvoss::wpa

@@ -37,9 +37,14 @@ inline constexpr std::uint32_t kGroupMs = 20'000;
 // A group exists for at least this time. A device whose group ends while it enters searches it for
 // 15 s, and accepts no invitation meanwhile.
 inline constexpr std::uint32_t kShortestGroupMs = 500;
+// A link that a pairing has made is taken down when no open request has taken it by then.
+inline constexpr std::uint32_t kUnclaimedMs = 20'000;
+// The most replies that the list of stored networks is read from, and the most devices in one group
+// that are read.
+inline constexpr int kNetworkReplies = 64;
+inline constexpr int kLargestGroup = 64;
 // Addresses by DHCP, when the handshake has allocated none.
 inline constexpr std::uint32_t kLeaseMs = 10'000;
-inline constexpr std::uint32_t kLeasePollMs = 50;
 // After this silence of a client the owner of a group asks whether it is there. In seconds, as the
 // command takes them. The end of the client is reported some 12 s later.
 inline constexpr char kClientInactivityS[] = "15";

@@ -2,16 +2,15 @@
 
 #include <utility>
 
-#include "backends/wpa/adapter.h"
 #include "backends/wpa/dhcp.h"
+#include "backends/wpa/fail.h"
+#include "backends/wpa/given_addresses.h"
+#include "backends/wpa/groups.h"
 #include "backends/wpa/interface_address.h"
 #include "backends/wpa/limits.h"
 
 namespace lanvoss::wpa {
 namespace {
-
-// The names of groups' interfaces; kDevicePrefix begins with it too.
-constexpr char kGroupPrefix[] = "p2p-";
 
 // In P2P-GROUP-STARTED: the interface, and the part that this machine plays in the group.
 constexpr std::size_t kInterfaceWord = 0;
@@ -43,37 +42,42 @@ bool AwaitClient(Inbox& inbox, Link& link) {
   return false;
 }
 
-// The device owns the group and gives this machine an address. The mask that it gives is not taken:
-// a wide one would draw what is meant for other networks into the link.
+// The device owns the group and gives this machine an address, in the handshake or by DHCP.
 bool JoinOwner(const Message& started, Link& link) {
   link.local = started.Field("ip_addr");
   link.remote = started.Field("go_ip_addr");
-  if (!link.local.empty() && !link.remote.empty()) {
-    SetInterfaceAddress(link.interface, link.local, kNetworkMask);
-    return true;
+  if (link.local.empty() || link.remote.empty()) {
+    const auto client = std::make_shared<DhcpClient>(link.interface);
+    const auto lease = client->AwaitLease(After(kLeaseMs));
+    if (!lease) {
+      return false;
+    }
+    link.local = lease->address;
+    link.remote = lease->server;
+    link.dhcp = client;
   }
-  const auto client = std::make_shared<DhcpClient>(link.interface);
-  const auto lease = client->AwaitLease(After(kLeaseMs));
-  if (!lease) {
-    return false;
-  }
-  SetInterfaceAddress(link.interface, lease->address, kNetworkMask);
-  link.local = lease->address;
-  link.remote = lease->server;
-  link.dhcp = client;
+  CheckGivenAddresses(link.local, link.remote, link.interface);
+  // The mask that it gives is not taken: a wide one would draw what is meant for other networks
+  // into the link.
+  SetInterfaceAddress(link.interface, link.local, kNetworkMask);
   return true;
 }
 
 }  // namespace
 
 bool IsGroupStart(const Message& message) { return message.name == "P2P-GROUP-STARTED"; }
+bool IsOwnGroup(const Message& started) { return started.Word(kRoleWord) == kOwnerRole; }
+std::string InterfaceOf(const Message& started) { return started.Word(kInterfaceWord); }
 
 std::optional<Link> AwaitLink(const Supplicant& supplicant, Inbox& inbox, const Message& started,
                               const std::string& peer) {
-  Link link{.interface = started.Word(kInterfaceWord), .peer = peer};
+  Link link{.interface = InterfaceOf(started), .peer = peer};
+  if (!CanHaveGroup(supplicant, link.interface)) {
+    Fail("wpa_supplicant reports a group on " + link.interface +
+         ", which is none of its interfaces");
+  }
   try {
-    const bool isUp =
-        started.Word(kRoleWord) == kOwnerRole ? AwaitClient(inbox, link) : JoinOwner(started, link);
+    const bool isUp = IsOwnGroup(started) ? AwaitClient(inbox, link) : JoinOwner(started, link);
     if (isUp) {
       return link;
     }
@@ -83,20 +87,6 @@ std::optional<Link> AwaitLink(const Supplicant& supplicant, Inbox& inbox, const 
   }
   RemoveGroup(supplicant, link.interface);
   return std::nullopt;
-}
-
-void RemoveLeftOver(const Supplicant& supplicant, const std::string& storedGroup) {
-  const std::string ssid = supplicant.Ask("GET_NETWORK " + storedGroup + " ssid");  // in quotes
-  for (const std::string& interface : Lines(supplicant.Ask("INTERFACES"))) {
-    if (interface.starts_with(kGroupPrefix) && !interface.starts_with(kDevicePrefix) &&
-        '"' + LineOf(supplicant.AskAbout(interface, "STATUS"), "ssid") + '"' == ssid) {
-      RemoveGroup(supplicant, interface);
-    }
-  }
-}
-
-void RemoveGroup(const Supplicant& supplicant, const std::string& interface) {
-  supplicant.Do("P2P_GROUP_REMOVE " + interface);
 }
 
 }  // namespace lanvoss::wpa

@@ -19,18 +19,14 @@ struct Link {
 };
 
 // From a group that has just started to a link with addresses. None: the device did not come, or
-// there were no addresses; the group has been removed then.
+// there were no addresses; the group has been removed then. Raises platform::Error when the
+// addresses cannot be used.
 std::optional<Link> AwaitLink(const Supplicant& supplicant, Inbox& inbox, const Message& started,
                               const std::string& peer);
 
-// Whether this event reports the start of a group.
+// Whether this event reports the start of a group, and what it says of it.
 bool IsGroupStart(const Message& message);
-
-// Takes down a stored group that a crashed process has left: a device that is still in it answers
-// no other group.
-void RemoveLeftOver(const Supplicant& supplicant, const std::string& storedGroup);
-
-// Takes the group down.
-void RemoveGroup(const Supplicant& supplicant, const std::string& interface);
+bool IsOwnGroup(const Message& started);  // this machine owns it
+std::string InterfaceOf(const Message& started);
 
 }  // namespace lanvoss::wpa

@@ -9,26 +9,17 @@ constexpr char kBlank = ' ';
 
 bool IsSecret(std::string_view key) { return key == "passphrase" || key == "psk"; }
 
-// Moves the next word out of `text`. A value in quotes may contain blanks and quotes: it ends with
-// a quote before a blank or before the end.
-std::string_view TakeWord(std::string_view& text) {
-  std::size_t end = text.find(kBlank);
-  const std::size_t quote = text.find_first_of("'\"");
-  if (quote != std::string_view::npos && quote > 0 && quote < end && text[quote - 1] == '=') {
-    const std::string closing{text[quote], kBlank};
-    end = text.find(closing, quote + 1);
-    end = end == std::string_view::npos ? end : end + 1;
+// Without everything from the first quote to the last. Names, network names and passphrases are in
+// quotes, and other devices choose them: they may hold quotes, and what looks like a field.
+std::string WithoutQuoted(std::string_view text) {
+  constexpr char kQuotes[] = "'\"";
+  const std::size_t first = text.find_first_of(kQuotes);
+  std::string rest(text.substr(0, first));
+  if (first != std::string_view::npos) {
+    rest += kBlank;
+    rest += text.substr(text.find_last_of(kQuotes) + 1);
   }
-  const std::string_view word = text.substr(0, end);
-  text.remove_prefix(word.size());
-  text.remove_prefix(std::min(text.find_first_not_of(kBlank), text.size()));
-  return word;
-}
-
-std::string_view Unquoted(std::string_view value) {
-  const bool quoted = value.size() >= 2 && (value.front() == '\'' || value.front() == '"') &&
-                      value.back() == value.front();
-  return quoted ? value.substr(1, value.size() - 2) : value;
+  return rest;
 }
 
 }  // namespace
@@ -47,14 +38,17 @@ Message ParseMessage(std::string_view text) {
     text.remove_prefix(std::min(text.find('>') + 1, text.size()));  // the level
   }
   Message message;
-  message.name = TakeWord(text);
-  while (!text.empty()) {
-    const std::string_view word = TakeWord(text);
+  for (const std::string& word : Lines(WithoutQuoted(text), kBlank)) {
     const std::size_t equals = word.find('=');
-    if (equals == std::string_view::npos) {
-      message.words.emplace_back(word);
+    if (word.empty()) {
+      continue;
+    }
+    if (message.name.empty()) {
+      message.name = word;
+    } else if (equals == std::string::npos) {
+      message.words.push_back(word);
     } else if (const auto key = word.substr(0, equals); !IsSecret(key)) {
-      message.fields.emplace(key, Unquoted(word.substr(equals + 1)));
+      message.fields.emplace(key, word.substr(equals + 1));
     }
   }
   return message;

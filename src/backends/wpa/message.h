@@ -13,14 +13,15 @@ namespace lanvoss::wpa {
 struct Message {
   std::string name;                           // P2P-GROUP-STARTED
   std::vector<std::string> words;             // p2p-wlan0-0, GO
-  std::map<std::string, std::string> fields;  // ssid, freq, go_dev_addr, without quotes
+  std::map<std::string, std::string> fields;  // freq, go_dev_addr; the value of ssid is empty
 
   // Empty where there is none.
   std::string Word(std::size_t index) const;
   std::string Field(const std::string& key) const;
 };
 
-// Secrets of a group are left out here, so that they can reach no log.
+// Leaves out what is in quotes, which other devices choose, and the secrets of a group, so that
+// they can reach no log.
 Message ParseMessage(std::string_view text);
 
 // The value of a line "key=value" in a reply of several lines; empty without one.

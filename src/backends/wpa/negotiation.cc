@@ -1,7 +1,11 @@
 #include "backends/wpa/negotiation.h"
 
+#include <string_view>
+
 #include "backends/wpa/credentials.h"
+#include "backends/wpa/fail.h"
 #include "backends/wpa/finder.h"
+#include "backends/wpa/groups.h"
 #include "backends/wpa/limits.h"
 
 namespace lanvoss::wpa {
@@ -23,8 +27,36 @@ Status FailureOf(const Message& message) {
                                    : Status::Failed;
 }
 
+// Raises platform::Error when the event says why, for example that no channel is allowed.
 bool IsFailedFormation(const Message& message) {
-  return message.name == "P2P-GROUP-FORMATION-FAILURE";
+  if (message.name != "P2P-GROUP-FORMATION-FAILURE") {
+    return false;
+  }
+  if (const std::string reason = message.Field("reason"); !reason.empty()) {
+    Fail("the group cannot be formed: " + reason);
+  }
+  return true;
+}
+
+// Sends a request. False: it is refused. Raises platform::Error when the refusal says why.
+bool Request(const Supplicant& supplicant, const std::string& command) {
+  constexpr std::string_view kReasonStart = "FAIL-";
+  const std::string reply = supplicant.Ask(command);
+  if (reply.starts_with(kReasonStart)) {
+    Fail("wpa_supplicant refuses " + command.substr(0, command.find(' ')) + ": " +
+         Lines(reply).front());
+  }
+  return reply.starts_with("OK");
+}
+
+// Whether the other side of the new group is the device, where it owns the group.
+bool IsOwnedBy(const std::string& address, const Message& started) {
+  return !IsOwnGroup(started) && started.Field("go_dev_addr") == address;
+}
+
+bool IsGroupOf(const Supplicant& supplicant, const StoredGroup& stored, const Message& started) {
+  const std::string status = supplicant.AskAbout(InterfaceOf(started), "STATUS");
+  return LineOf(status, "ssid") == stored.ssid;
 }
 
 // wpa_supplicant pairs and links only with devices that it has seen within the last minute.
@@ -48,11 +80,11 @@ bool Seek(Supplicant& supplicant, const std::string& address) {
   return found;
 }
 
-// wpa_supplicant does not reach a device that begins to listen after it was invited: such a one,
-// which has just left a link, takes the next invitation.
+// None of `answered`: the device did not answer. Whoever starts the group, a link with the device
+// is what is wanted: it may invite this machine at the same moment.
 std::optional<Link> InviteOnce(Supplicant& supplicant, Inbox& inbox, const std::string& address,
-                               const std::string& group, bool& answered) {
-  if (!supplicant.Do("P2P_INVITE persistent=" + group + " peer=" + address)) {
+                               const StoredGroup& group, bool& answered) {
+  if (!Request(supplicant, "P2P_INVITE persistent=" + group.id + " peer=" + address)) {
     return std::nullopt;
   }
   auto deadline = After(kInvitationMs);
@@ -69,12 +101,22 @@ std::optional<Link> InviteOnce(Supplicant& supplicant, Inbox& inbox, const std::
       deadline = After(kGroupMs);
     } else if (IsFailedFormation(*message) || message->name == kGoneEvent) {
       return std::nullopt;
-    } else if (IsGroupStart(*message)) {
+    } else if (IsGroupStart(*message) &&
+               (IsOwnedBy(address, *message) || IsGroupOf(supplicant, group, *message))) {
       return AwaitLink(supplicant, inbox, *message, address);
     }
   }
   supplicant.Do("P2P_CANCEL");
   return std::nullopt;
+}
+
+// A device that is still in a group which a killed process has left answers no invitation.
+void RemoveLeftOver(const Supplicant& supplicant, const StoredGroup& stored) {
+  for (const Group& group : GroupsOf(supplicant)) {
+    if (group.ssid == stored.ssid) {
+      RemoveGroup(supplicant, group.interface);
+    }
+  }
 }
 
 }  // namespace
@@ -84,10 +126,11 @@ Negotiation Negotiate(Supplicant& supplicant, Inbox& inbox, const std::string& a
   if (!Seek(supplicant, address)) {
     return {Status::AuthenticationTimeout};
   }
-  if (!supplicant.Do("P2P_CONNECT " + address +
-                     " pbc persistent go_intent=" + std::to_string(ownerIntent))) {
+  if (!Request(supplicant, "P2P_CONNECT " + address +
+                               " pbc persistent go_intent=" + std::to_string(ownerIntent))) {
     return {Status::Failed};
   }
+  bool agreed = false;  // with this device: another one may start a group meanwhile
   const auto deadline = After(kNegotiationMs);
   while (const auto message = inbox.Next(deadline)) {
     if (message->name == "P2P-GO-NEG-FAILURE" || IsFailedFormation(*message)) {
@@ -96,7 +139,10 @@ Negotiation Negotiate(Supplicant& supplicant, Inbox& inbox, const std::string& a
     if (message->name == kGoneEvent) {
       return {Status::HardwareFailure};
     }
-    if (IsGroupStart(*message)) {
+    if (message->name == "P2P-GO-NEG-SUCCESS") {
+      agreed = message->Field("peer_dev") == address;
+    } else if (agreed && IsGroupStart(*message) &&
+               (IsOwnGroup(*message) || IsOwnedBy(address, *message))) {
       const auto link = AwaitLink(supplicant, inbox, *message, address);
       return {link ? Status::Paired : Status::Failed, link};
     }
@@ -116,7 +162,9 @@ std::optional<Link> Invite(Supplicant& supplicant, Inbox& inbox, const std::stri
   }
   std::optional<Link> link;
   bool answered = false;
-  for (int tries = 0; tries < kInvitations && !answered; ++tries) {
+  // wpa_supplicant does not reach a device that begins to listen after it was invited: such a one,
+  // which has just left a link, takes the next invitation.
+  for (int tries = 0; tries < kInvitations && !answered && !link; ++tries) {
     link = InviteOnce(supplicant, inbox, address, *group, answered);
   }
   return link;

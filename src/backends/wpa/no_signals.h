@@ -6,9 +6,12 @@
 #include <memory>
 #include <pthread.h>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 #include "backends/events/threads.h"
+#include "backends/wpa/fail.h"
 
 namespace lanvoss::wpa {
 
@@ -27,6 +30,17 @@ class NoSignals {
  private:
   sigset_t before_{};
 };
+
+// Raises platform::Error when the system has no further thread.
+template <typename Body>
+std::thread StartThreadWithoutSignals(Body body) {
+  const NoSignals inTheThread;
+  try {
+    return std::thread(std::move(body));
+  } catch (const std::system_error& error) {
+    Fail("no thread", error.code().value());
+  }
+}
 
 // Threads in real time that block all signals.
 class ThreadsWithoutSignals final : public events::Threads {

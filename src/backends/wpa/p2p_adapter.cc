@@ -6,6 +6,7 @@
 
 #include "backends/wpa/credentials.h"
 #include "backends/wpa/fail.h"
+#include "backends/wpa/groups.h"
 #include "backends/wpa/limits.h"
 #include "backends/wpa/negotiation.h"
 #include "backends/wpa/no_signals.h"
@@ -89,12 +90,15 @@ P2pAdapter::P2pAdapter(const std::shared_ptr<platform::System>& system)
       messages_(dispatcher.NewQueue()),
       chores_(dispatcher.NewQueue()) {}
 
-// Takes down the groups that remain, because nothing else does.
-P2pAdapter::~P2pAdapter() {
-  for (const auto& [interface, mayGo] : groups_) {
-    std::this_thread::sleep_until(mayGo);
+void P2pAdapter::End() {
+  std::map<std::string, Clock::time_point> groups;
+  {
+    const std::lock_guard lock(mutex_);
+    groups = groups_;
+  }
+  for (const auto& [interface, mayGo] : groups) {
     try {
-      RemoveGroup(*supplicant_, interface);
+      TakeDown(interface);
     } catch (const platform::Error&) {
       return;  // there is no wpa_supplicant any more, and no group
     }
@@ -126,14 +130,20 @@ void P2pAdapter::Unpair(const std::string& address) {
   Later(chores_, [address](P2pAdapter& self) { self.ForgetDevice(address); });
 }
 
-// Takes the links with it down too.
+// Takes down the groups that it is in too. They are looked for first, because a stored group says
+// who is in it, and taken down last: the end of a link means that the device is no longer paired.
 void P2pAdapter::ForgetDevice(const std::string& address) {
   const Turn turn(*this);
-  ForgetAll(*supplicant_, address);
-  for (const Link& link : Links()) {
-    if (link.peer == address) {
-      TakeDown(link.interface);
+  std::vector<std::string> interfaces;
+  for (const Group& group : GroupsOf(*supplicant_)) {
+    const std::vector<std::string> devices = DevicesIn(*supplicant_, group);
+    if (std::find(devices.begin(), devices.end(), address) != devices.end()) {
+      interfaces.push_back(group.interface);
     }
+  }
+  ForgetAll(*supplicant_, address);
+  for (const std::string& interface : interfaces) {
+    TakeDown(interface);
   }
 }
 
@@ -157,6 +167,11 @@ bool P2pAdapter::Keep(Inbox& inbox, const Link& link) {
     kept_[link.peer] = link;
     groups_[link.interface] = After(kShortestGroupMs);
   }
+  delayedActions.After(kUnclaimedMs, [weak = weak_from_this(), link] {
+    if (const auto self = weak.lock()) {
+      self->Later(self->chores_, [link](P2pAdapter& adapter) { adapter.ReleaseUnclaimed(link); });
+    }
+  });
   while (const auto message = inbox.Next(Clock::now())) {
     if (IsEndOf(link, *message)) {
       OnDeviceLeft(link.peer);
@@ -164,6 +179,19 @@ bool P2pAdapter::Keep(Inbox& inbox, const Link& link) {
     }
   }
   return true;
+}
+
+// Takes a link down that no open request has taken.
+void P2pAdapter::ReleaseUnclaimed(const Link& link) {
+  bool isUnclaimed = false;
+  {
+    const std::lock_guard lock(mutex_);
+    const auto kept = kept_.find(link.peer);
+    isUnclaimed = kept != kept_.end() && kept->second.interface == link.interface;
+  }
+  if (isUnclaimed) {
+    TakeDown(link.interface);
+  }
 }
 
 std::shared_ptr<WpaDevice> P2pAdapter::TakeKept(const std::string& address) {
@@ -186,6 +214,12 @@ void P2pAdapter::Close(const std::string& interface) {
 // for 11 s.
 void P2pAdapter::TakeDown(const std::string& interface) {
   const Finder::Pause pause(*finder_);
+  AwaitShortestGroup(interface);
+  RemoveGroup(*supplicant_, interface);
+  OnGroupGone(interface);
+}
+
+void P2pAdapter::AwaitShortestGroup(const std::string& interface) {
   Clock::time_point mayGo;
   {
     const std::lock_guard lock(mutex_);
@@ -194,8 +228,6 @@ void P2pAdapter::TakeDown(const std::string& interface) {
     }
   }
   std::this_thread::sleep_until(mayGo);
-  RemoveGroup(*supplicant_, interface);
-  OnGroupGone(interface);
 }
 
 // ---- Events
@@ -220,46 +252,26 @@ void P2pAdapter::OnMessage(const Message& message) {
 }
 
 void P2pAdapter::OnFound(const std::string& address) {
-  if (const auto name = NameOf(address)) {
-    for (const auto& watcher : Watchers()) {
-      watcher->Found(address, *name);
-    }
-  }
-}
-
-// The name of the device, as it was when last seen.
-std::optional<std::string> P2pAdapter::NameOf(const std::string& address) {
-  // It may hold anything, names of fields too, so the event is no help; here it has its own line.
+  // The name may hold anything, so the event is no help; here it has its own line.
   const std::string reply = supplicant_->Ask("P2P_PEER " + address);
-  const std::lock_guard lock(mutex_);
-  if (reply.starts_with(address)) {
-    names_[address] = LineOf(reply, "device_name");
+  if (!reply.starts_with(address)) {
+    return;  // lost meanwhile
   }
-  const auto known = names_.find(address);
-  return known == names_.end() ? std::nullopt : std::optional(known->second);
+  const std::string name = LineOf(reply, "device_name");
+  for (const auto& watcher : Watchers()) {
+    watcher->Found(address, name);
+  }
 }
 
-// A device that has a link answers no search.
+// A group that a killed process has left counts too: who is in it is found nowhere else.
 void P2pAdapter::ReportLinks() {
   Later(messages_, [](P2pAdapter& self) {
-    for (const Link& link : self.Links()) {
-      self.OnFound(link.peer);
+    for (const Group& group : GroupsOf(*self.supplicant_)) {
+      for (const std::string& address : DevicesIn(*self.supplicant_, group)) {
+        self.OnFound(address);
+      }
     }
   });
-}
-
-std::vector<Link> P2pAdapter::Links() {
-  std::vector<Link> links;
-  for (const auto& device : Devices()) {
-    if (device->IsUp()) {
-      links.push_back(device->TheLink());
-    }
-  }
-  const std::lock_guard lock(mutex_);
-  for (const auto& [address, link] : kept_) {
-    links.push_back(link);
-  }
-  return links;
 }
 
 // The device has left its groups.
@@ -283,9 +295,10 @@ void P2pAdapter::OnDeviceLeft(const std::string& address) {
 }
 
 void P2pAdapter::OnGroupGone(const std::string& interface) {
+  bool wasOwn = false;
   {
     const std::lock_guard lock(mutex_);
-    groups_.erase(interface);
+    wasOwn = groups_.erase(interface) == 1;
     std::erase_if(kept_, [&](const auto& kept) { return kept.second.interface == interface; });
   }
   for (const auto& device : Devices()) {
@@ -293,14 +306,21 @@ void P2pAdapter::OnGroupGone(const std::string& interface) {
       device->End();
     }
   }
+  if (wasOwn) {
+    ClearAddressAfter(interface);
+  }
 }
 
 // wpa_supplicant has taken all groups with it.
 void P2pAdapter::OnGone() {
+  std::map<std::string, Clock::time_point> groups;
   {
     const std::lock_guard lock(mutex_);
-    groups_.clear();
+    groups.swap(groups_);
     kept_.clear();
+  }
+  for (const auto& [interface, mayGo] : groups) {
+    ClearAddressAfter(interface);
   }
   for (const auto& device : Devices()) {
     device->End();

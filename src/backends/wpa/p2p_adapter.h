@@ -31,12 +31,17 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
                                             const std::string& socketPath);
 
   explicit P2pAdapter(const std::shared_ptr<platform::System>& system);
-  ~P2pAdapter();
+  ~P2pAdapter() = default;
   P2pAdapter(const P2pAdapter&) = delete;
   P2pAdapter& operator=(const P2pAdapter&) = delete;
 
+  // Takes down the groups that this object has brought up, because nothing else does. The last
+  // call. Blocks for kShortestGroupMs and kReplyMs at most.
+  void End();
+
   void Register(const std::shared_ptr<WpaWatcher>& watcher);
-  // Reports the devices that have a link to the watchers. Returns at once.
+  // Reports the devices that are in a group to the watchers: they answer no search. Returns at
+  // once.
   void ReportLinks();
 
   // ---- Pairing with the device of this address
@@ -90,12 +95,12 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
              std::function<void(P2pAdapter&)> step);
   void ForgetDevice(const std::string& address);
   void TakeDown(const std::string& interface);
+  void AwaitShortestGroup(const std::string& interface);
 
   bool Keep(Inbox& inbox, const Link& link);
+  void ReleaseUnclaimed(const Link& link);
   std::shared_ptr<WpaDevice> TakeKept(const std::string& address);
 
-  std::optional<std::string> NameOf(const std::string& address);
-  std::vector<Link> Links();
   std::vector<std::shared_ptr<WpaWatcher>> Watchers();
   std::vector<std::shared_ptr<WpaDevice>> Devices();
 
@@ -107,7 +112,6 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
   std::map<std::string, Clock::time_point> groups_;
   // Links without a device object so far, by the device's address.
   std::map<std::string, Link> kept_;
-  std::map<std::string, std::string> names_;  // the latest of each device, by its address
   std::vector<std::weak_ptr<WpaWatcher>> watchers_;
   std::vector<std::weak_ptr<WpaDevice>> devices_;
   bool negotiates_ = false;  // a negotiation runs

@@ -27,8 +27,8 @@ Supplicant::Supplicant(std::string socketPath, Listener listener)
     Fail("no event for wpa_supplicant", errno);
   }
   try {
-    const NoSignals inTheThread;
-    receiver_ = std::thread([this, events = Attach()]() mutable { ReceiveAll(std::move(events)); });
+    receiver_ = StartThreadWithoutSignals(
+        [this, events = Attach()]() mutable { ReceiveAll(std::move(events)); });
   } catch (...) {
     close(end_);
     throw;
@@ -49,6 +49,8 @@ std::string Supplicant::Ask(const std::string& command) const {
 std::string Supplicant::AskAbout(const std::string& interface, const std::string& command) const {
   return wpa::Ask(std::filesystem::path(socketPath_).replace_filename(interface), command);
 }
+
+std::string Supplicant::SocketName() const { return std::filesystem::path(socketPath_).filename(); }
 
 bool Supplicant::Do(const std::string& command) const { return Ask(command).starts_with("OK"); }
 

@@ -53,6 +53,8 @@ class Supplicant {
   std::string Ask(const std::string& command) const;
   // The same of another of its interfaces.
   std::string AskAbout(const std::string& interface, const std::string& command) const;
+  // The name of its control socket.
+  std::string SocketName() const;
   // A command that has no answer but "OK". False: it was refused.
   bool Do(const std::string& command) const;
 

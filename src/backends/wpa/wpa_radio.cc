@@ -18,6 +18,15 @@ class WpaRadio final : public platform::WiFiDirect {
  public:
   WpaRadio(std::shared_ptr<platform::System> system, std::string interface)
       : system_(std::move(system)), interface_(std::move(interface)) {}
+  // Here, and not in the adapter's destructor: an event's thread may hold that longer, and would
+  // not be waited for at the end of the process.
+  ~WpaRadio() override {
+    if (adapter_ != nullptr) {
+      adapter_->End();
+    }
+  }
+  WpaRadio(const WpaRadio&) = delete;
+  WpaRadio& operator=(const WpaRadio&) = delete;
 
   // There is one kind of device here, so nothing to select by.
   std::u16string GetDeviceSelector(platform::WiFiDirectDeviceSelectorType) override { return {}; }
