@@ -1,7 +1,6 @@
 #include "camera.h"
 
 #include <chrono>
-#include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -9,6 +8,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "host_supplicant.h"
 #include "platform/error.h"
 
 namespace lanvoss::test {
@@ -31,7 +31,7 @@ constexpr char kOwnAddress[] = "192.168.50.1";
 // Carries out a command in the camera's network.
 bool Run(const std::string& command) {
   const std::string within = std::string("nsenter --net=") + kNetwork + " sh -c '" + command + "'";
-  return std::system(within.c_str()) == 0;
+  return RunCommand(within);
 }
 
 // Takes this thread there. A control socket can be answered only in the network of its maker.
@@ -39,13 +39,6 @@ void EnterNetwork() {
   const int network = open(kNetwork, O_RDONLY | O_CLOEXEC);
   EXPECT_EQ(setns(network, CLONE_NEWNET), 0);
   close(network);
-}
-
-std::string FirstLine(const std::string& path) {
-  std::string line;
-  std::ifstream file(path);
-  std::getline(file, line);
-  return line;
 }
 
 }  // namespace
@@ -173,6 +166,17 @@ void Camera::ForgetCredentials() {
 void Camera::ServeAddresses() {
   EXPECT_TRUE(Do("SET ip_addr_start 0.0.0.0"));
   serves_ = true;
+}
+
+void Camera::GiveAddressesOf(const std::string& network) {
+  EXPECT_TRUE(Do("SET ip_addr_go " + network + ".1"));
+  EXPECT_TRUE(Do("SET ip_addr_start " + network + ".10"));
+  EXPECT_TRUE(Do("SET ip_addr_end " + network + ".20"));
+}
+
+void Camera::InviteTheHost() {
+  Do("P2P_STOP_FIND");
+  Do(std::string("P2P_INVITE persistent=0 peer=") + kHostDevice);
 }
 
 void Camera::DropEchoes() { Run("echo 1 >/proc/sys/net/ipv4/icmp_echo_ignore_all"); }

@@ -37,7 +37,9 @@ class Camera {
   void Rename(const std::string& name);
   void ForgetCredentials();
   void ServeAddresses();  // in the groups that it owns, by DHCP and not in the handshake
-  void DropEchoes();      // until there is a new link
+  void GiveAddressesOf(const std::string& network);  // likewise, in the handshake; three numbers
+  void InviteTheHost();                              // into the group of the first pairing
+  void DropEchoes();                                 // until there is a new link
 
   // ---- What has happened to it
   std::size_t Count(const std::string& event);

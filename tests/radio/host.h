@@ -18,9 +18,9 @@
 #include "lanvoss/lanvoss.h"
 
 #include "backends/posix/posix_system.h"
-#include "backends/wpa/control_socket.h"
 #include "backends/wpa/wpa_radio.h"
 #include "camera.h"
+#include "host_supplicant.h"
 #include "recording_host.h"
 #include "watcher/make_lanvoss.h"
 
@@ -66,18 +66,16 @@ class Radio : public testing::Test {
     }
   }
 
-  static void SendToSupplicant(const std::string& command) {
-    wpa::ControlSocket socket("/run/wpa_supplicant/p2p-dev-wlan0");
-    socket.Send(command, 10'000);
-    EXPECT_EQ(socket.Receive(10'000), "OK\n") << command;
+  void SendToSupplicant(const std::string& command) const {
+    EXPECT_EQ(supplicant.Ask(command), "OK\n") << command;
   }
 
   // A new object, which has the cache of the one before.
   void Open() {
     lanvoss.reset();
     const auto system = posix::CreateSystem();
-    lanvoss = MakeLanvoss({system, wpa::CreateRadio(system, "wlan0")}, &RecordingHost::OnNotify,
-                          directory_);
+    lanvoss = MakeLanvoss({system, wpa::CreateRadio(system, supplicant.Interface())},
+                          &RecordingHost::OnNotify, directory_);
   }
 
   template <typename Operation>
@@ -118,9 +116,7 @@ class Radio : public testing::Test {
   // The last line that the program prints.
   std::string RunProgram(const std::string& what, const std::string& operation) {
     return Measure(what, [&] {
-      const std::string command = "timeout 150 ./lanvoss --radio wpa " + operation + " --dir " +
-                                  directory_.string() + " >" + kProgramOutput + " 2>&1";
-      EXPECT_EQ(std::system(command.c_str()), 0);
+      EXPECT_EQ(std::system(ProgramCommand("timeout 150", operation).c_str()), 0);
       std::string last;
       std::ifstream file(kProgramOutput);
       for (std::string line; std::getline(file, line); last = line) {
@@ -129,6 +125,11 @@ class Radio : public testing::Test {
       }
       return last;
     });
+  }
+
+  std::string ProgramCommand(const std::string& runner, const std::string& operation) const {
+    return runner + " ./lanvoss --radio wpa:" + supplicant.Interface() + " --dir " +
+           directory_.string() + " " + operation + " >" + kProgramOutput + " 2>&1";
   }
 
   // How many lines of the log have this in them, since the last measured operation began.
@@ -142,6 +143,7 @@ class Radio : public testing::Test {
     return Await([&] { return Logged(text) > 0; });
   }
 
+  HostSupplicant supplicant;
   std::shared_ptr<LanvossInterface> lanvoss;
   std::unique_ptr<Camera> camera = std::make_unique<Camera>("wlan1");
 
