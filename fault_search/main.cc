@@ -47,7 +47,7 @@ extern "C" void PrintSeed(int signal) {
   for (std::size_t digit = sizeof text - 2; text[--digit] == '.'; seed /= 10) {
     text[digit] = static_cast<char>('0' + seed % 10);
   }
-  static_cast<void>(write(STDERR_FILENO, text, sizeof text - 1));
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof text - 1);
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }

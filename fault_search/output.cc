@@ -32,7 +32,7 @@ std::string Output::Take() {
   std::fflush(stdout);
   std::string text(static_cast<std::size_t>(lseek(file_, 0, SEEK_END)), '\0');
   text.resize(static_cast<std::size_t>(pread(file_, text.data(), text.size(), 0)));
-  static_cast<void>(ftruncate(file_, 0));
+  [[maybe_unused]] const int emptied = ftruncate(file_, 0);
   return text;
 }
 

@@ -44,7 +44,7 @@ class Radio : public testing::Test {
  protected:
   Radio() {
     std::fflush(stdout);
-    static_cast<void>(std::freopen(kOutput, "w", stdout));
+    EXPECT_NE(std::freopen(kOutput, "w", stdout), nullptr);
     std::filesystem::remove_all(directory_);
     std::filesystem::create_directory(directory_);
     for (const char* const command : {"P2P_GROUP_REMOVE *", "REMOVE_NETWORK all", "P2P_FLUSH"}) {
@@ -172,7 +172,7 @@ class Radio : public testing::Test {
     cells.push_back(std::to_string(std::max(ownMs, 0)));
     const std::string row = Row(what, cells);
     table += row;
-    static_cast<void>(write(output_, row.data(), row.size()));
+    EXPECT_GT(write(output_, row.data(), row.size()), 0);
   }
 
   const std::filesystem::path directory_ = "/tmp/test";

@@ -118,8 +118,8 @@ void ReplaceStreams(const Start& start) {
     execve(start.path, start.arguments, const_cast<char* const*>(environment));
   }
   constexpr char kNotStarted[] = "it cannot be started\n";
-  static_cast<void>(write(STDERR_FILENO, kNotStarted, sizeof kNotStarted - 1));
-  _exit(EXIT_FAILURE);
+  const ssize_t written = write(STDERR_FILENO, kNotStarted, sizeof kNotStarted - 1);
+  _exit(written < 0 ? 2 : 1);
 }
 
 // A descriptor of the new process; -1 when there can be none. Unlike a number, it never means

@@ -36,8 +36,7 @@ Supplicant::Supplicant(std::string socketPath, Listener listener)
 }
 
 Supplicant::~Supplicant() {
-  const std::uint64_t one = 1;
-  static_cast<void>(write(end_, &one, sizeof one));
+  eventfd_write(end_, 1);
   receiver_.join();
   close(end_);
 }
