@@ -1,16 +1,24 @@
-// A wpa_supplicant that misbehaves: it is slow, silent, not read from, replaced or forged.
+// A wpa_supplicant that misbehaves: it is slow, silent, not read from, replaced, forged or lied to
+// by the devices around.
 #include "backends/wpa/supplicant.h"
 
 #include <atomic>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <map>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
+#include "backends/wpa/credentials.h"
+#include "backends/wpa/given_addresses.h"
+#include "backends/wpa/negotiation.h"
 #include "platform/error.h"
+#include "platform/unicode.h"
 #include "scenario_test.h"
 
 namespace lanvoss::wpa {
@@ -31,27 +39,33 @@ class FakeSupplicant : public testing::Test {
   }
   ~FakeSupplicant() override { close(socket_); }
 
+  struct Client {
+    sockaddr_un address{};
+    socklen_t length = sizeof address;
+  };
+
   // The next datagram; its sender is answered from now on.
   std::string Read() {
     char text[256];
-    length_ = sizeof sender_;
-    const ssize_t length =
-        recvfrom(socket_, text, sizeof text, 0, reinterpret_cast<sockaddr*>(&sender_), &length_);
+    sender = {};
+    const ssize_t length = recvfrom(socket_, text, sizeof text, 0,
+                                    reinterpret_cast<sockaddr*>(&sender.address), &sender.length);
     return {text, static_cast<std::size_t>(length)};
   }
-  bool Answer(const std::string& text, int from) const {
-    return sendto(from, text.data(), text.size(), 0, reinterpret_cast<const sockaddr*>(&sender_),
-                  length_) > 0;
+  bool Send(const Client& to, const std::string& text, int from) const {
+    return sendto(from, text.data(), text.size(), 0, reinterpret_cast<const sockaddr*>(&to.address),
+                  to.length) > 0;
   }
+  bool Answer(const std::string& text, int from) const { return Send(sender, text, from); }
   bool Answer(const std::string& text) const { return Answer(text, socket_); }
+  bool Send(const Client& to, const std::string& text) const { return Send(to, text, socket_); }
 
   const test::TemporaryDirectory directory;
   const std::string path = (directory.path / "wlan0").string();
+  Client sender;
 
  private:
   const int socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-  sockaddr_un sender_{};
-  socklen_t length_ = 0;
 };
 
 TEST_F(FakeSupplicant, ASignalNeitherEndsNorProlongsAWait) {
@@ -122,6 +136,130 @@ TEST_F(FakeSupplicant, ASocketOfAnotherUserIsNotTrusted) {
   constexpr uid_t kStranger = 12'345;
   ASSERT_EQ(chown(path.c_str(), kStranger, kStranger), 0);
   EXPECT_THROW(ControlSocket{path}, platform::Error);
+}
+
+constexpr char kDevice[] = "42:00:00:00:01:00";
+
+// One that answers, and sends events after the command that brings them about.
+class LyingSupplicant : public FakeSupplicant {
+ protected:
+  ~LyingSupplicant() override {
+    if (server_.joinable()) {
+      ControlSocket(path).Send(kEnd, 1'000);
+      server_.join();
+    }
+  }
+
+  void Run() {
+    replies.try_emplace("P2P_PEER", std::string(kDevice) + "\n");
+    server_ = std::thread([this] {
+      for (std::string command = Read(); command != kEnd; command = Read()) {
+        Serve(command);
+      }
+    });
+    supplicant.emplace(path, [](const Message&) {});
+    inbox.emplace(*supplicant);
+  }
+
+  // What the error says; empty when there is none.
+  template <typename Operation>
+  static std::string ErrorOf(Operation operation) {
+    try {
+      operation();
+      return {};
+    } catch (const platform::Error& error) {
+      return platform::Utf16ToUtf8(error.Message());
+    }
+  }
+
+  Negotiation Pair() { return Negotiate(*supplicant, *inbox, kDevice, 14); }
+
+  std::map<std::string, std::string> replies;              // to a command, or to its first word
+  std::map<std::string, std::vector<std::string>> events;  // by the first word
+  std::optional<Supplicant> supplicant;
+  std::optional<Inbox> inbox;
+
+ private:
+  static constexpr char kEnd[] = "end of the test";
+
+  void Serve(const std::string& command) {
+    const std::string word = command.substr(0, command.find(' '));
+    if (word == "ATTACH") {
+      attached_ = sender;
+    }
+    const auto& reply = replies.contains(command) ? replies[command] : replies[word];
+    EXPECT_TRUE(Answer(reply.empty() ? "OK\n" : reply));
+    for (const std::string& event : events[word]) {
+      EXPECT_TRUE(Send(attached_, "<3>" + event));
+    }
+  }
+
+  Client attached_;
+  std::thread server_;
+};
+
+TEST_F(LyingSupplicant, TheGroupOfAnotherDeviceIsNotTaken) {
+  const std::string agreed = "P2P-GO-NEG-SUCCESS role=client peer_dev=";
+  events["P2P_CONNECT"] = {
+      "P2P-GROUP-STARTED p2p-wlan0-1 GO ssid=\"DIRECT-b\" go_dev_addr=42:00:00:00:00:00",
+      agreed + "66:66:66:66:66:66",
+      "P2P-GROUP-STARTED p2p-wlan0-2 client ssid=\"DIRECT-c\" go_dev_addr=" + std::string(kDevice),
+      agreed + kDevice,
+      "P2P-GROUP-STARTED p2p-wlan0-3 client ssid=\"DIRECT-d\" go_dev_addr=" + std::string(kDevice) +
+          " \" go_dev_addr=66:66:66:66:66:66 ip_addr=192.168.49.10 go_ip_addr=192.168.49.1",
+      "P2P-GO-NEG-FAILURE status=11"};
+  Run();
+  EXPECT_EQ(Pair().status, platform::DevicePairingResultStatus::ConnectionRejected);
+}
+
+TEST_F(LyingSupplicant, NoInterfaceButAGroupsGetsAnAddress) {
+  events["P2P_CONNECT"] = {"P2P-GO-NEG-SUCCESS role=client peer_dev=" + std::string(kDevice),
+                           "P2P-GROUP-STARTED lo client ssid=\"DIRECT-a\" go_dev_addr=" +
+                               std::string(kDevice) + " ip_addr=10.1.2.10 go_ip_addr=10.1.2.1"};
+  Run();
+  EXPECT_NE(ErrorOf([this] { Pair(); }).find("a group on lo"), std::string::npos);
+}
+
+TEST_F(LyingSupplicant, ARefusalKeepsItsReason) {
+  replies["P2P_CONNECT"] = "FAIL-CHANNEL-UNAVAILABLE\n";
+  Run();
+  EXPECT_EQ(ErrorOf([this] { Pair(); }),
+            "wpa_supplicant refuses P2P_CONNECT: FAIL-CHANNEL-UNAVAILABLE");
+}
+
+TEST_F(LyingSupplicant, ItsEndEndsANegotiation) {
+  events["P2P_CONNECT"] = {"", "=", "'", "P2P-GROUP-STARTED", "CTRL-EVENT-TERMINATING"};
+  Run();
+  EXPECT_EQ(Pair().status, platform::DevicePairingResultStatus::HardwareFailure);
+}
+
+TEST_F(LyingSupplicant, AStoredGroupIsFoundInALaterReply) {
+  const std::string head = "network id / ssid / bssid / flags\n";
+  const std::string flags = "\t[DISABLED][P2P-PERSISTENT]\n";
+  replies["LIST_NETWORKS"] = head + "0\tDIRECT-a\t66:66:66:66:66:66" + flags;
+  replies["LIST_NETWORKS LAST_ID=0"] = head + "7\tDIRECT-b\t" + kDevice + flags;
+  replies["LIST_NETWORKS LAST_ID=7"] = head;
+  replies["GET_NETWORK"] = "FAIL\n";
+  Run();
+  const auto group = StoredGroupWith(*supplicant, kDevice);
+  ASSERT_TRUE(group);
+  EXPECT_EQ(group->id, "7");
+}
+
+// The owner of a group chooses both addresses.
+TEST_F(LyingSupplicant, OnlyHostsOfOnePrivateNetworkAreTaken) {
+  const auto error = [](const std::string& local, const std::string& remote,
+                        const std::string& interface) {
+    return ErrorOf([&] { CheckGivenAddresses(local, remote, interface); });
+  };
+  const std::string good = "192.168.233.10";
+  EXPECT_EQ(error(good, "192.168.233.1", "lo"), "");
+  for (const char* const bad :
+       {"", "8.8.8.8", "127.0.0.1", "224.0.0.1", "255.255.255.255", "0.0.0.0", "169.254.1.1",
+        "192.168.233.255", "192.168.233.0", "192.168.234.1", "192.168.233.10", "fe80::1", "a b"}) {
+    EXPECT_NE(error(good, bad, "lo"), "") << bad;
+    EXPECT_NE(error(bad, good, "lo"), "") << bad;
+  }
 }
 
 }  // namespace
