@@ -201,6 +201,11 @@ std::string Camera::Log() {
   return log_;
 }
 
+void Camera::ForgetLog() {
+  const std::lock_guard lock(mutex_);
+  log_.clear();
+}
+
 bool Camera::HasAddress() {
   const std::lock_guard lock(mutex_);
   return !address_.empty();

@@ -44,6 +44,7 @@ class Camera {
   // ---- What has happened to it
   std::size_t Count(const std::string& event);
   std::string Log();
+  void ForgetLog();
   bool HasAddress();
   // Its IP address in the group that it is in; empty if it gets none.
   std::string Address();
