@@ -31,6 +31,7 @@ using namespace std::chrono_literals;
 const std::string kName = "Cam-7F21";
 const std::string kDevice = "42:00:00:00:01:00";
 constexpr char kFolder[] = "/tmp/bench";
+constexpr auto kRest = 1s;  // the same before and after each, on both sides
 // As somebody writes it who has read no more than the command's name.
 constexpr char kPlainFind[] = "P2P_FIND";
 
@@ -52,7 +53,7 @@ class Bench {
 
   double Ours(const std::string& request) {
     Open();
-    std::this_thread::sleep_for(1s);  // it speaks to wpa_supplicant for the first time
+    std::this_thread::sleep_for(kRest);  // it speaks to wpa_supplicant for the first time
     const double took = TimeOf([&] { Connect(request); });
     lanvoss_->DisConnect("");
     AwaitEnd();
@@ -62,8 +63,9 @@ class Bench {
 
   double ByHandWith(const std::function<void(ByHand&)>& way) {
     ByHand hand;
+    std::this_thread::sleep_for(kRest);
     const double took = TimeOf([&] { way(hand); });
-    std::this_thread::sleep_for(1s);
+    std::this_thread::sleep_for(kRest);
     hand.Remove();
     AwaitEnd();
     return took;
@@ -108,7 +110,7 @@ class Bench {
   // The camera listens again some time after that.
   void AwaitEnd() {
     test::Await([this] { return !camera_.HasAddress(); });
-    std::this_thread::sleep_for(1s);
+    std::this_thread::sleep_for(kRest);
   }
 
   static void PrintResources(int links) {

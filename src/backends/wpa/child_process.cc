@@ -90,7 +90,7 @@ void ResetSignals() {
   }
   sigset_t none;
   sigemptyset(&none);
-  sigprocmask(SIG_SETMASK, &none, nullptr);
+  pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
 void ReplaceStreams(const Start& start) {

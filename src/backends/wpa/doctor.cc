@@ -1,6 +1,7 @@
 #include "backends/wpa/doctor.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <grp.h>
 #include <linux/capability.h>
@@ -70,9 +71,13 @@ std::string InterfaceOf(const Adapter& adapter) {
 
 std::string GroupOfControlDirectory() {
   struct stat status {};
-  const group* const owner =
-      stat(kControlDirectory, &status) == 0 ? getgrgid(status.st_gid) : nullptr;
-  return owner == nullptr ? "netdev" : owner->gr_name;
+  group entry{};
+  group* found = nullptr;
+  std::array<char, 1024> texts;
+  if (stat(kControlDirectory, &status) == 0) {
+    getgrgid_r(status.st_gid, &entry, texts.data(), texts.size(), &found);
+  }
+  return found == nullptr ? "netdev" : found->gr_name;
 }
 
 std::string RemedyFor(const Adapter& adapter, const std::string& interface) {
@@ -96,15 +101,19 @@ std::string RemedyFor(const Adapter& adapter, const std::string& interface) {
   return {};
 }
 
+Finding SameNames(const std::string& interface, const std::string& other) {
+  return {
+      .isFine = false,
+      .what = interface + " and " + other + " begin alike, so that both are " +
+              DeviceInterface(interface) + " for wpa_supplicant",
+      .remedy = "sudo ip link set " + other + " down; sudo ip link set " + other + " name wlan1"};
+}
+
 // wpa_supplicant cuts the name of the interface for peer-to-peer, so two can be the same.
 void ExamineNames(Findings& findings, const std::string& interface) {
   for (const std::string& other : WirelessInterfaces()) {
     if (other != interface && DeviceInterface(other) == DeviceInterface(interface)) {
-      findings.push_back({.isFine = false,
-                          .what = interface + " and " + other + " begin alike, so that both are " +
-                                  DeviceInterface(interface) + " for wpa_supplicant",
-                          .remedy = "sudo ip link set " + other + " down; sudo ip link set " +
-                                    other + " name wlan1"});
+      findings.push_back(SameNames(interface, other));
     }
   }
 }
