@@ -13,8 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const std::string kName = "Cam-7F21";
-const std::string kDown = "(watch) Connection status changed: Disconnected";
 const std::string kAddresses = "192.168.49.1,192.168.49.10";
 
 class Field : public Radio {

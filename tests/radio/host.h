@@ -30,6 +30,9 @@ inline constexpr char kOutput[] = "/tmp/output";
 inline constexpr char kProgramOutput[] = "/tmp/program";
 inline constexpr char kColumns[] = "%-40s %7s %7s %7s %7s %7s %7s\n";
 
+inline const std::string kName = "Cam-7F21";  // of every camera that is not renamed
+inline const std::string kDown = "(watch) Connection status changed: Disconnected";
+
 inline std::string table;
 
 inline std::string Row(const std::string& what, const std::vector<std::string>& cells) {

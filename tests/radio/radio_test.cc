@@ -4,8 +4,6 @@
 namespace lanvoss::test {
 namespace {
 
-const std::string kName = "Cam-7F21";  // of every camera that is not renamed
-const std::string kDown = "(watch) Connection status changed: Disconnected";
 const std::string kPairing = "PairAsync... ";
 const std::string kRequest = "P2P-GO-NEG-REQUEST";
 
