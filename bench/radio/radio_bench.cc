@@ -51,9 +51,9 @@ class Bench {
     camera_.Pardon();
   }
 
-  double Ours(const std::string& request) {
+  double Ours(const std::string& request, double start) {
     Open();
-    std::this_thread::sleep_for(kRest);  // it speaks to wpa_supplicant for the first time
+    Rest(start);  // meanwhile it speaks to wpa_supplicant for the first time
     const double took = TimeOf([&] { Connect(request); });
     lanvoss_->DisConnect("");
     AwaitEnd();
@@ -61,9 +61,9 @@ class Bench {
     return took;
   }
 
-  double ByHandWith(const std::function<void(ByHand&)>& way) {
+  double ByHandWith(const std::function<void(ByHand&)>& way, double start) {
     ByHand hand;
-    std::this_thread::sleep_for(kRest);
+    Rest(start);
     const double took = TimeOf([&] { way(hand); });
     std::this_thread::sleep_for(kRest);
     hand.Remove();
@@ -98,6 +98,15 @@ class Bench {
     const auto system = posix::CreateSystem();
     lanvoss_ = MakeLanvoss({system, wpa::CreateRadio(system, supplicant_.Interface())},
                            &test::RecordingHost::OnNotify, kFolder);
+  }
+
+  // Ends `start` after the beginning of a second, 0 to 1. The kernel's radio starts a part of its
+  // work only at whole seconds, which decides how often a request meets a device that listens.
+  static void Rest(double start) {
+    const auto rested = std::chrono::steady_clock::now() + kRest;
+    const auto wanted = std::chrono::floor<std::chrono::seconds>(rested) +
+                        std::chrono::milliseconds(static_cast<int>(start * 1'000));
+    std::this_thread::sleep_until(wanted < rested ? wanted + 1s : wanted);
   }
 
   void Connect(const std::string& request) {
@@ -175,17 +184,18 @@ void Compare(int rounds) {
     Times byHand;
     if (!way.isNew) {
       bench.ForgetAll();
-      bench.Ours(kName);
+      bench.Ours(kName, 0);
     }
     for (int round = 0; round < rounds; ++round) {
+      const double start = static_cast<double>(round) / rounds;
       if (way.isNew) {
         bench.ForgetAll();
       }
-      ours.ms.push_back(bench.Ours(way.request));
+      ours.ms.push_back(bench.Ours(way.request, start));
       if (way.isNew) {
         bench.ForgetAll();
       }
-      byHand.ms.push_back(bench.ByHandWith(way.byHand));
+      byHand.ms.push_back(bench.ByHandWith(way.byHand, start));
     }
     std::fprintf(stderr, "| %s | %s | %s | %s | %.2f |\n", way.name.c_str(), ours.Text().c_str(),
                  byHand.Text().c_str(), way.beside.c_str(), ours.At(0.5) / byHand.At(0.5));
