@@ -82,6 +82,8 @@ void Read(const JsonValue& value, Habits& habits) {
                      {"on_close", Into(habits.onClose)},
                      {"on_unpair", Into(habits.onUnpair)},
                      {"on_drop", Into(habits.onDrop)},
+                     {"closed_status_raises", Into(habits.closedStatusRaises)},
+                     {"no_result_is_error", Into(habits.noResultIsError)},
                      {"simulates_echo", Into(habits.simulatesEcho)}});
 }
 
