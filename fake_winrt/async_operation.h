@@ -24,15 +24,17 @@ template <typename Interface>
 struct AsyncState {
   std::mutex mutex;  // guards everything below
   abi::AsyncStatus status = abi::AsyncStatus::Started;
-  std::optional<platform::Error> failure;  // in the statuses Error and Canceled
-  windows::ComPointer<Interface> result;   // in the status Completed; may be none
-  bool handled = false;                    // a handler was given
+  std::optional<platform::Error>
+      failure;  // in the statuses Error, where it may be none, and Canceled
+  windows::ComPointer<Interface> result;  // in the status Completed; may be none
+  bool handled = false;                   // a handler was given
   windows::ComPointer<abi::AsyncOperationCompletedHandler<Interface*>> handler;
 };
 
-inline abi::AsyncStatus StatusAfter(const std::optional<platform::Error>& failure) {
+inline abi::AsyncStatus StatusAfter(const std::optional<platform::Error>& failure,
+                                    bool endsInError) {
   if (!failure) {
-    return abi::AsyncStatus::Completed;
+    return endsInError ? abi::AsyncStatus::Error : abi::AsyncStatus::Completed;
   }
   return failure->Hresult() == platform::kErrorCancelled ? abi::AsyncStatus::Canceled
                                                          : abi::AsyncStatus::Error;
@@ -63,7 +65,7 @@ class AsyncOperation final
     windows::ComPointer<Handler> handler;
     {
       const std::lock_guard lock(state->mutex);
-      state->status = StatusAfter(failure);
+      state->status = StatusAfter(failure, !result && this->session().noResultIsError);
       state->failure = std::move(failure);
       state->result = std::move(result);
       handler = std::move(state->handler);

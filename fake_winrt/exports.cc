@@ -38,6 +38,8 @@ void Use(std::shared_ptr<platform::WiFiDirect> radio, std::shared_ptr<events::Th
   BeginSession(std::move(radio), std::move(threads));
 }
 
+void EndWithoutResultInError() { CurrentSession().noResultIsError = true; }
+
 Ledger Finish() { return EndSession(); }
 
 }  // namespace lanvoss::fake_winrt

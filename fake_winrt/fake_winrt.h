@@ -41,6 +41,10 @@ struct Ledger {
 LANVOSS_FAKE_WINRT_API void Use(std::shared_ptr<platform::WiFiDirect> radio,
                                 std::shared_ptr<events::Threads> threads);
 
+// From now on an operation without a result ends in Error whose code says S_OK, as some do in the
+// field, and not in Completed.
+LANVOSS_FAKE_WINRT_API void EndWithoutResultInError();
+
 // Waits for the asynchronous operations to end, drops the radio, and returns what was seen. The
 // library must have released everything: an object that is still referenced counts as leaked.
 LANVOSS_FAKE_WINRT_API Ledger Finish();

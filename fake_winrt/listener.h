@@ -1,13 +1,12 @@
 // The library's delegates, as a radio's handlers.
 #pragma once
 
-#include <cstdint>
+#include <atomic>
 #include <memory>
 
 #include "backends/windows/com_pointer.h"
 #include "identity.h"
 #include "object.h"
-#include "platform/error.h"
 #include "session.h"
 
 namespace lanvoss::fake_winrt {
@@ -30,9 +29,11 @@ class Listener {
   // From now on only this object holds the delegate.
   void Subscribed() { subscribed_ = true; }
 
-  void Invoke(Sender sender, Args args) const {
-    if (const HRESULT result = delegate_->Invoke(sender, args); FAILED(result)) {
-      throw platform::Error(static_cast<std::uint32_t>(result), u"A handler failed");
+  // A delegate that fails is not called again.
+  void Invoke(Sender sender, Args args) {
+    if (!failed_ && FAILED(delegate_->Invoke(sender, args))) {
+      failed_ = true;
+      session_.AddFault("delegate: failed");
     }
   }
 
@@ -40,6 +41,7 @@ class Listener {
   Session& session_;
   windows::ComPointer<Delegate> delegate_;
   bool subscribed_ = false;
+  std::atomic<bool> failed_ = false;  // its events may overlap
 };
 
 // Subscribes through `add(listener)`, which returns the token.

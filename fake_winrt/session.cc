@@ -17,8 +17,11 @@ simulated::Scenario OwnScenario() {
 }
 
 std::unique_ptr<Session> OwnNeighbourhood() {
-  const auto platform = simulated::CreatePlatform(windows::CreateSystem(), OwnScenario());
-  return std::make_unique<Session>(platform.wifiDirect, events::RealThreads());
+  const simulated::Scenario scenario = OwnScenario();
+  const auto platform = simulated::CreatePlatform(windows::CreateSystem(), scenario);
+  auto session = std::make_unique<Session>(platform.wifiDirect, events::RealThreads());
+  session->noResultIsError = scenario.habits.noResultIsError;
+  return session;
 }
 
 // Outlives the process's destructors, which may still release objects.

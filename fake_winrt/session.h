@@ -44,6 +44,9 @@ class Session {
   void AddFault(std::string fault);
   Ledger Finish();
 
+  // An operation without a result ends in Error, and nothing says what failed.
+  std::atomic<bool> noResultIsError = false;
+
   // How often it happened, for all objects.
   std::atomic<unsigned> created = 0;
   std::atomic<unsigned> destroyed = 0;

@@ -4,6 +4,8 @@
 
 namespace lanvoss::test {
 
+const bool kHandlersMayThrow = true;
+
 void EnterStage(const std::shared_ptr<StageTime>& /*time*/, simulated::Air& /*air*/) {}
 
 std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Air& air, NotifyCallback notify,

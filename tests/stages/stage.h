@@ -17,6 +17,8 @@ void EnterStage(const std::shared_ptr<StageTime>& time, simulated::Air& air);
 // An object of the library on the radio of `air`.
 std::shared_ptr<LanvossInterface> MakeOnStage(simulated::Air& air, NotifyCallback notify,
                                               const std::string& directory);
+// Whether the air sees the exceptions that leave the library's handlers.
+extern const bool kHandlersMayThrow;
 // Expects that the library has not misused the stage. No object may remain.
 void LeaveStage();
 

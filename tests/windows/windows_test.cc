@@ -3,6 +3,7 @@
 #include <combaseapi.h>
 #include <windows.h>
 
+#include "fake_winrt/fake_winrt.h"
 #include "scenario_test.h"
 
 namespace lanvoss::test {
@@ -86,6 +87,23 @@ TEST_F(Windows, ThePlatformsMessagesReachTheLog) {
   lanvoss->AbortConnect("");
   lanvoss->StopWatch();
   EXPECT_TRUE(Logged("(watch) ConnDevice Err:" + time->WideToAnsi(u"Ger\u00e4t weg")));
+}
+
+TEST_F(Windows, AnOpenRequestThatEndsInErrorWithoutAFailureGivesNoDevice) {
+  fake_winrt::EndWithoutResultInError();
+  air.Add(
+      {.name = u"Cam", .appearMs = 20, .pairMs = 20, .openMs = 20, .openings = {Outcome::kNone}});
+  Connect("Cam");
+  EXPECT_TRUE(Logged("(watch) wfdDevice is null,Re FromIdAsync:1 Cam"));
+}
+
+TEST_F(Windows, TheStatusOfAClosedDeviceIsDisconnected) {
+  air.SetHabits({.closedStatusRaises = true});
+  AddCam();
+  Connect("Cam");
+  EXPECT_EQ(lanvoss->DisConnect(""), 1);
+  Advance(200);
+  EXPECT_TRUE(Logged("(watch) Connection status changed: Disconnected"));
 }
 
 // The echo requests go through Winsock, so the devices' addresses are real ones: that of this

@@ -57,10 +57,11 @@ ComPointer<Other> Await(const std::shared_ptr<platform::System>& system,
   if (status == abi::AsyncStatus::Canceled) {
     Raise(static_cast<HRESULT>(platform::kErrorCancelled));
   }
-  if (status == abi::AsyncStatus::Error) {
-    Raise(Read<HRESULT>(operation.template As<abi::IAsyncInfo>(), &abi::IAsyncInfo::get_ErrorCode));
-  }
   Check(outcome);
+  if (status == abi::AsyncStatus::Error) {
+    Check(Read<HRESULT>(operation.template As<abi::IAsyncInfo>(), &abi::IAsyncInfo::get_ErrorCode));
+    return {};  // Some operations end in Error although nothing says what failed.
+  }
   return result;
 }
 

@@ -13,8 +13,13 @@ class EventDelegate final : public ComObject<abi::TypedEventHandler<Sender, Args
  public:
   explicit EventDelegate(Body body) : body_(std::move(body)) {}
 
+  // What leaves the body ends here: a source drops a handler that returns a failure, or ends the
+  // process.
   STDMETHOD(Invoke)(Sender sender, Args args) noexcept override {
-    return Guarded([&] { body_(sender, args); });
+    if (const HRESULT result = Guarded([&] { body_(sender, args); }); FAILED(result)) {
+      TellDebugger(result);
+    }
+    return S_OK;
   }
 
  private:

@@ -4,6 +4,7 @@
 
 #include "backends/windows/delegate.h"
 #include "backends/windows/winrt_string.h"
+#include "platform/error.h"
 
 namespace lanvoss::windows {
 namespace {
@@ -61,8 +62,13 @@ WindowsDevice::WindowsDevice(ComPointer<abi::IWiFiDirectDevice> device)
     : device_(std::move(device)) {}
 
 platform::WiFiDirectConnectionStatus WindowsDevice::ConnectionStatus() {
-  return Read<platform::WiFiDirectConnectionStatus>(device_,
-                                                    &abi::IWiFiDirectDevice::get_ConnectionStatus);
+  auto status = platform::WiFiDirectConnectionStatus::Disconnected;
+  // An object that is closed may refuse to say that its link is down.
+  const HRESULT result = device_->get_ConnectionStatus(&status);
+  if (result != static_cast<HRESULT>(platform::kErrorClosed)) {
+    Check(result);
+  }
+  return status;
 }
 
 platform::EventToken WindowsDevice::ConnectionStatusChanged(

@@ -105,4 +105,12 @@ HRESULT ResultOfException() noexcept {
   }
 }
 
+// The runtime's own reports of unhandled errors may end the process.
+void TellDebugger(HRESULT failure) noexcept {
+  char line[64];
+  std::snprintf(line, sizeof line, "lanvoss: an event handler failed with 0x%08lX\n",
+                static_cast<unsigned long>(failure));
+  OutputDebugStringA(line);
+}
+
 }  // namespace lanvoss::windows

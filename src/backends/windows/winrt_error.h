@@ -19,4 +19,7 @@ inline void Check(HRESULT result) {
 // a handler of exceptions.
 HRESULT ResultOfException() noexcept;
 
+// For a failure of a handler that nobody else learns of.
+void TellDebugger(HRESULT failure) noexcept;
+
 }  // namespace lanvoss::windows
