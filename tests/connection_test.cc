@@ -151,7 +151,7 @@ TEST_F(Connection, AnOpenThatIsCancelledLeavesTheHeldDeviceAndReportsIt) {
 
 TEST_F(Connection, TwoConnectionsAtOnceLeaveOneDeviceHeld) {
   const PeerHandle cam = air.Add({.name = u"Cam", .paired = true, .appearMs = 50, .openMs = 400});
-  air.SetHabits({.enumerationMs = 200, .handlersOverlap = true});
+  air.SetHabits({.enumerationMs = 200, .handlersOverlap = true, .stopWaitsForHandlers = false});
   Open();
   // The pass that follows the stop of the find reports the device again before the link is open.
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);

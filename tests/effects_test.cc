@@ -64,6 +64,7 @@ TEST_F(Effects, TimesAreTakenAfterTheLinesBeforeThem) {
 }
 
 TEST_F(Effects, AStopThatIsReportedWhileItIsAskedForIsNotMissed) {
+  air.SetHabits({.abortedReported = true});
   Open();
   lanvoss->StartWatch("");
   Advance(100);

@@ -45,6 +45,7 @@ class Lifetime : public ScenarioTest {
     const Failure cancelled{.kind = Failure::Kind::kCancelled};
     air.SetHabits({.ignoredStarts = 1,
                    .enumerationMs = 59'000,
+                   .abortedReported = true,
                    .onClose = LinkEnd::kSilent,
                    .onUnpair = LinkEnd::kStaysUpReported});
     Use([](auto& object) { object.GetDeviceIp(""); });
@@ -300,6 +301,25 @@ TEST_F(Lifetime, TheEndIsNotHeldUpByAWaitOfTheLibrary) {
   const auto [end, rest] = EndDuring(1000, [](auto& object) { object.GetDeviceIp("Nobody"); });
   EXPECT_LE(end, 5 * (30 + 1000)) << "a watch that goes on has to be stopped";
   EXPECT_EQ(rest, 0) << "nobody waits for the end of the attempt meanwhile";
+}
+
+TEST_F(Lifetime, AStopInsideAHandlerThatThePlatformWaitsForEnds) {
+  Open();
+  Duration took;
+  At("2 WatchDeviceAdded", [&] { took = TimeOf([&] { EXPECT_EQ(lanvoss->StopWatch(), 0); }); });
+  lanvoss->StartWatch("");
+  Advance(20'000);
+  EXPECT_EQ(took, 5 * 3000);
+  EXPECT_TRUE(Logged("(watch) DeviceWatcher stopped."));
+  Open();
+  At("watchdone", [&] { took = TimeOf([&] { lanvoss->StopWatch(); }); });
+  lanvoss->StartWatch("");
+  Advance(20'000);
+  EXPECT_EQ(took, 0) << "it does not count as running";
+  At("1 WatchDeviceAdded", [&] { took = TimeOf([&] { lanvoss.reset(); }); });
+  lanvoss->StartWatch("");
+  Advance(20'000);
+  EXPECT_EQ(took, 5 * 3000) << "the end of the object";
 }
 
 TEST_F(Lifetime, ACeremonyThatComesLateFindsTheGateClosed) {

@@ -87,6 +87,16 @@ TEST_F(Request, WaitsFor100SecondsAtMost) {
       << "neither of the pairing's own last lines";
 }
 
+TEST_F(Request, TheNextOneContinuesWhenTheHandlerReturns) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .pairings = {Outcome::kHangs}});
+  Open();
+  EXPECT_EQ(Ask("Cam", ""), 100'000);
+  air.After(5000, [&] { air.ReleaseHangs(); });
+  EXPECT_EQ(Ask("Cam", kAddress), 5000 + 1500) << "the watcher stops only then";
+  EXPECT_TRUE(Logged("(watch) Start Watcher Err:A method was called at an unexpected time."));
+  EXPECT_EQ(cam.OpenRequests(), 1U);
+}
+
 TEST_F(Request, AnOpenThatHangsIsCounted) {
   air.Add({.name = u"Cam", .paired = true, .openings = {Outcome::kHangs}});
   Open();

@@ -110,6 +110,34 @@ TEST_F(Simulation, HandlersAreSerialisedUnlessTheyOverlap) {
   EXPECT_EQ(most, 2);
 }
 
+TEST_F(Simulation, AStopEndsWhenTheHandlersHaveReturned) {
+  air.Add({.name = u"A", .appearMs = 100});
+  air.Add({.name = u"B", .appearMs = 200});
+  std::int32_t stopped = 0;
+  watcher->Added([&](auto&, auto) { Advance(3000); });
+  watcher->Stopped([&](auto&) { stopped = time->Clock(); });
+  for (const bool overlap : {false, true}) {
+    air.SetHabits({.handlersOverlap = overlap});
+    const std::int32_t begun = time->Clock();
+    watcher->Start();
+    Advance(300);
+    watcher->Stop();
+    Advance(2000);
+    EXPECT_EQ(watcher->Status(), DeviceWatcherStatus::Stopping);
+    EXPECT_THROW(watcher->Start(), platform::Error);
+    Advance(5000);
+    EXPECT_EQ(watcher->Status(), DeviceWatcherStatus::Stopped);
+    EXPECT_EQ(stopped - begun, overlap ? 3200 : 6100) << "also for B, which is on its way";
+  }
+  air.SetHabits({.stopWaitsForHandlers = false});
+  watcher->Start();
+  Advance(300);
+  watcher->Stop();
+  Advance(31);
+  EXPECT_EQ(watcher->Status(), DeviceWatcherStatus::Stopped);
+  Advance(10'000);
+}
+
 TEST_F(Simulation, EventsThatAreOnTheirWayOutliveTheirSubscription) {
   air.Add({.name = u"A", .appearMs = 100});
   air.Add({.name = u"B", .appearMs = 200});

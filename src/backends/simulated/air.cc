@@ -93,6 +93,7 @@ void Air::After(std::uint32_t delayMs, std::function<void()> action) {
 void Air::SetHabits(const Habits& habits) { air_->SetHabits(habits); }
 Faults& Air::faults() { return air_->faults; }
 void Air::AbortWatchers() { air_->AbortWatchers(); }
+void Air::AbortWatchersAfter(std::uint32_t delayMs) { air_->AbortWatchersAfter(delayMs); }
 void Air::ReleaseHangs() { air_->ReleaseHangs(); }
 unsigned Air::LiveObjects() const { return air_->liveObjects; }
 unsigned Air::EscapedExceptions() const { return air_->escapedExceptions; }

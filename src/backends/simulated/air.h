@@ -80,8 +80,9 @@ class Air {
   void SetHabits(const Habits& habits);
   Faults& faults();
 
-  // Every watcher that runs ends as Aborted, with a stopped event.
+  // Every watcher that runs ends as Aborted.
   void AbortWatchers();
+  void AbortWatchersAfter(std::uint32_t delayMs);
   // Ends every pairing and open request that hangs; from now on none hangs.
   void ReleaseHangs();
 

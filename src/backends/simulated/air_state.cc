@@ -107,6 +107,14 @@ void AirState::AbortWatchers() {
   }
 }
 
+void AirState::AbortWatchersAfter(std::uint32_t delayMs) {
+  delayedActions.After(delayMs, [self = weak_from_this()] {
+    if (const auto air = self.lock()) {
+      air->AbortWatchers();
+    }
+  });
+}
+
 Habits AirState::CurrentHabits() const {
   const std::lock_guard lock(mutex_);
   return habits_;

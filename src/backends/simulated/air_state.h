@@ -47,6 +47,7 @@ class AirState : public std::enable_shared_from_this<AirState> {
   std::size_t Add(Peer peer);
   void Do(std::size_t index, Act act, std::u16string newName);
   void AbortWatchers();
+  void AbortWatchersAfter(std::uint32_t delayMs);
 
   // ---- What the platform's objects need
   // Copies, taken under the lock.

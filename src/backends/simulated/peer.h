@@ -115,6 +115,10 @@ struct Habits {
   // Events of one object come one after the other, or each on a thread of its own.
   bool handlersOverlap = false;
   bool stoppedReported = true;
+  // A watcher stays in Stopping until the handlers of its events have returned.
+  bool stopWaitsForHandlers = true;
+  // Stopped is raised for a watcher that ends as Aborted.
+  bool abortedReported = false;
   LinkEnd onClose = LinkEnd::kReported;
   LinkEnd onUnpair = LinkEnd::kReported;
   LinkEnd onDrop = LinkEnd::kReported;

@@ -13,6 +13,9 @@ platform::Platform CreatePlatform(std::shared_ptr<platform::System> system,
   for (const Peer& peer : scenario.peers) {
     air.Add(peer);
   }
+  for (const std::uint32_t atMs : scenario.abortsAtMs) {
+    air.AbortWatchersAfter(atMs);
+  }
   return {air.System(), air.Radio()};
 }
 

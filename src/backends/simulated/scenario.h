@@ -13,6 +13,8 @@ namespace lanvoss::simulated {
 struct Scenario {
   std::uint64_t seed = 1;
   Habits habits = {};
+  // When the platform ends a watcher that runs as Aborted, from the beginning.
+  std::vector<std::uint32_t> abortsAtMs = {};
   std::vector<Peer> peers = {};
 };
 

@@ -77,18 +77,37 @@ void SimulatedWatcher::Stop() {
 }
 
 void SimulatedWatcher::FinishStop() {
-  const bool reported = air->CurrentHabits().stoppedReported;
   const std::lock_guard lock(mutex_);
+  stopDue_ = true;
+  StopIfDue();
+}
+
+void SimulatedWatcher::OnHandlerReturned() {
+  const std::lock_guard lock(mutex_);
+  --underWay_;
+  StopIfDue();
+}
+
+void SimulatedWatcher::StopIfDue() {
+  const Habits habits = air->CurrentHabits();
+  if (!stopDue_ || (underWay_ > 0 && habits.stopWaitsForHandlers)) {
+    return;
+  }
+  stopDue_ = false;
   status_ = Status::Stopped;
-  if (reported) {
+  if (habits.stoppedReported) {
     RaisePlain(stopped_);
   }
 }
 
 void SimulatedWatcher::Abort() {
+  const bool reported = air->CurrentHabits().abortedReported;
   const std::lock_guard lock(mutex_);
-  if (IsRunning()) {
-    status_ = Status::Aborted;
+  if (!IsRunning()) {
+    return;
+  }
+  status_ = Status::Aborted;
+  if (reported) {
     RaisePlain(stopped_);
   }
 }
@@ -136,29 +155,38 @@ void SimulatedWatcher::PeerRenamed(std::size_t index) {
 // The device's report in this pass, if it is still there and has not been reported.
 void SimulatedWatcher::Report(std::size_t index) {
   const Peer peer = air->StateOf(index).peer;
-  const auto self = shared_from_this();
   const std::lock_guard lock(mutex_);
   if (!peer.present || !IsRunning() || !seen_.insert(index).second) {
     return;
   }
   const auto info = std::make_shared<SimulatedInformation>(air, index, peer);
-  air->Raise(queue_, added_.Subscribers(),
-             [self, info](const AddedHandler& handler) { handler(*self, info); });
+  Raise(added_, [this, info](const AddedHandler& handler) { handler(*this, info); });
+}
+
+template <typename Handler, typename Invoke>
+void SimulatedWatcher::Raise(const events::EventSource<Handler>& source, Invoke invoke) {
+  struct UnderWay {
+    SimulatedWatcher& watcher;
+    ~UnderWay() { watcher.OnHandlerReturned(); }
+  };
+  auto handlers = source.Subscribers();
+  underWay_ += handlers.size();
+  air->Raise(queue_, std::move(handlers),
+             [self = shared_from_this(), invoke](const Handler& handler) {
+               const UnderWay underWay{*self};
+               invoke(handler);
+             });
 }
 
 void SimulatedWatcher::RaisePlain(const events::EventSource<PassHandler>& source) {
-  air->Raise(queue_, source.Subscribers(),
-             [self = shared_from_this()](const PassHandler& handler) { handler(*self); });
+  Raise(source, [this](const PassHandler& handler) { handler(*this); });
 }
 
 void SimulatedWatcher::RaiseUpdate(const events::EventSource<UpdateHandler>& source,
                                    std::size_t index) {
   const auto update =
       std::make_shared<SimulatedInformationUpdate>(air, air->StateOf(index).peer.id);
-  air->Raise(queue_, source.Subscribers(),
-             [self = shared_from_this(), update](const UpdateHandler& handler) {
-               handler(*self, *update);
-             });
+  Raise(source, [this, update](const UpdateHandler& handler) { handler(*this, *update); });
 }
 
 }  // namespace lanvoss::simulated

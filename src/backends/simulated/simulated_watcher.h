@@ -35,9 +35,14 @@ class SimulatedWatcher final : public events::WatcherBase,
   void CompletePass();
   void FinishStop();
   void Report(std::size_t index);
-  // Called under the lock, so that events are sent in the order in which they happen.
+  // A handler has returned: a stop may have waited for it.
+  void OnHandlerReturned();
+  // These are called under the lock, so that events are sent in the order in which they happen.
   void RaisePlain(const events::EventSource<PassHandler>& source);
   void RaiseUpdate(const events::EventSource<UpdateHandler>& source, std::size_t index);
+  template <typename Handler, typename Invoke>
+  void Raise(const events::EventSource<Handler>& source, Invoke invoke);
+  void StopIfDue();
   bool IsRunning() const {
     return status_ == platform::DeviceWatcherStatus::Started ||
            status_ == platform::DeviceWatcherStatus::EnumerationCompleted;
@@ -50,6 +55,8 @@ class SimulatedWatcher final : public events::WatcherBase,
   // Guarded by the base's lock.
   platform::DeviceWatcherStatus status_ = platform::DeviceWatcherStatus::Created;
   std::uint32_t ignored_ = 0;   // calls of Start that had no effect since the last pass
+  bool stopDue_ = false;        // it has been stopping for as long as that takes
+  std::size_t underWay_ = 0;    // handlers that have not returned from an event, or not begun
   unsigned pass_ = 0;           // which pass this is, so that steps of an earlier one are dropped
   std::set<std::size_t> seen_;  // the devices that this pass has reported
 };

@@ -79,6 +79,8 @@ void Read(const JsonValue& value, Habits& habits) {
                      {"stop_elsewhere", Into(habits.stopElsewhere)},
                      {"handlers_overlap", Into(habits.handlersOverlap)},
                      {"stopped_reported", Into(habits.stoppedReported)},
+                     {"stop_waits_for_handlers", Into(habits.stopWaitsForHandlers)},
+                     {"aborted_reported", Into(habits.abortedReported)},
                      {"on_close", Into(habits.onClose)},
                      {"on_unpair", Into(habits.onUnpair)},
                      {"on_drop", Into(habits.onDrop)},
@@ -134,6 +136,7 @@ Scenario ParseScenario(const std::string& text, const std::string& file) {
   Scenario scenario;
   root.ReadMembers({{"seed", Into(scenario.seed)},
                     {"habits", Into(scenario.habits)},
+                    {"aborts_at_ms", Into(scenario.abortsAtMs)},
                     {"peers", Into(scenario.peers)}});
   CheckIds(root, scenario.peers);
   return scenario;
