@@ -141,7 +141,9 @@ simulated::Peer GeneratePeer(Dice& dice, std::size_t index) {
   }
   peer.remoteAddress = u"192.168.49.3" + Digit(index);
   peer.hasPairingObject = dice.Chance(0.9);
-  peer.hasEndpointPairs = dice.Chance(0.9);
+  if (!dice.Chance(0.9)) {
+    peer.endpointPairs.emplace();
+  }
   if (dice.Chance(0.1)) {
     peer.remoteAddress.reset();
   }

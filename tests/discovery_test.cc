@@ -310,6 +310,39 @@ TEST_F(Discovery, ADeviceSeenAgainIsNotNews) {
       << "but refreshed in memory";
 }
 
+TEST_F(Discovery, AReportThatIsLateOrWithoutANameCostsAPass) {
+  air.SetHabits({.findMs = 1000});
+  const PeerHandle cam = air.Add({.name = u"Cam", .present = false, .namelessReports = 1});
+  air.After(900, [&] { cam.Appear(); });
+  Open();
+  EXPECT_EQ(Ask("Cam", kAddress), 2 * 2030 + 1500);
+  EXPECT_TRUE(Logged("2-1 WatchDeviceAdded: id:" + cam.Id()));
+}
+
+TEST_F(Discovery, AnIdInCapitalsIsAnotherDeviceInTheTableAndTheSameInTheAir) {
+  air.SetHabits({.idsVary = true});
+  air.Add({.name = u"Cam", .id = u"p2p#02:11:22:33:44:aa"});
+  Connect("Cam");
+  lanvoss->DisConnect("");
+  EXPECT_EQ(Ask("Cam", kAddress), 700);
+  const std::string cache = ReadFile(CachePath());
+  EXPECT_NE(cache.find("1|P2P#02:11:22:33:44:AA|02:11:22:33:44:AA|Cam|"), std::string::npos);
+  EXPECT_NE(cache.find("2|p2p#02:11:22:33:44:aa|02:11:22:33:44:aa|Cam|"), std::string::npos);
+}
+
+TEST_F(Discovery, APairedDeviceMayBeReportedAlthoughItIsAbsent) {
+  air.SetHabits({.absentReported = true});
+  const PeerHandle cam = air.Add({.name = u"Cam", .present = false, .paired = true});
+  Open();
+  EXPECT_EQ(Ask("Cam", ""), 300 + 5 * 600) << "it does not answer";
+  lanvoss->StartWatch("\nCam");
+  Advance(10'000);
+  EXPECT_FALSE(LoggedStart("(watch) DeviceWatcher stopped. no Dev=")) << "it never seems gone";
+  cam.Appear();
+  lanvoss->DisConnect("");
+  EXPECT_NE(lanvoss->GetDeviceIp("Cam"), "");
+}
+
 TEST_F(Discovery, AnAbortedWatcherCanBeStartedAgain) {
   air.Add({.name = u"Cam"});
   Open();

@@ -118,7 +118,7 @@ def check_scenarios():
     fields = (folder / "peer.h").read_text()
     page = {}
     for heading, key, *cells in rows("docs/scenarios.md"):
-        if heading in ("The file", "Habits", "Peers", "Script") and re.fullmatch("`[a-z_]+`", key):
+        if heading in ("The file", "Habits", "Peers", "Endpoint pairs", "Script") and re.fullmatch("`[a-z_]+`", key):
             page[key.strip("`")] = cells[0]
     keys = set(re.findall(r'\{"(\w+)", (?:Into|read)', code))
     expect(keys == page.keys(), f"scenarios.md: not in both: {keys ^ page.keys()}")

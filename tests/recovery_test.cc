@@ -83,8 +83,10 @@ TEST_F(Recovery, ThereIsNothingToCheckWithoutARemoteAddress) {
   EXPECT_EQ(lanvoss->PingCheck(), "") << "its text has one field";
   EXPECT_EQ(Log(), Lines{});
   lanvoss->DisConnect("");
-  air.Add({.name = u"IPv6", .paired = true, .remoteAddress = u"fe80::1"});
-  lanvoss->GetDeviceIp("IPv6");
+  const std::vector<simulated::AddressPair> pairs = {{u"fe80::2", u"fe80::1"},
+                                                     {u"192.168.49.1", u"192.168.49.20"}};
+  air.Add({.name = u"IPv6", .paired = true, .endpointPairs = pairs});
+  EXPECT_EQ(lanvoss->GetDeviceIp("IPv6"), "fe80::2,fe80::1") << "the first pair, whatever it is";
   Advance(100);
   lanvoss->AbortConnect("");
   Printed();
@@ -124,6 +126,21 @@ TEST_F(Recovery, UnpairsPairsAndConnectsOnThisThread) {
   EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
   EXPECT_EQ(cam.Pairings(), 2U) << "a request does not unpair";
   EXPECT_EQ(lanvoss->PingCheck(), kAddress) << "and allows the next recovery";
+}
+
+TEST_F(Recovery, APairingThatIsSaidAsReportedIsMadeByTheNextFind) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .paired = true});
+  Connect("Cam");
+  air.SetHabits({.pairedAsReported = true,
+                 .onClose = LinkEnd::kSilent,
+                 .onUnpair = LinkEnd::kStaysUpReported});
+  cam.GoSilent();
+  EXPECT_EQ(lanvoss->PingCheck(), "") << "unpaired, and then taken for paired";
+  EXPECT_TRUE(Logged("(watch) wfdDevice is null,Re FromIdAsync:5 Cam"));
+  EXPECT_EQ(lanvoss->GetDeviceIp("\nCam"), "") << "nothing has been reported since";
+  EXPECT_EQ(cam.Pairings(), 0U);
+  EXPECT_EQ(lanvoss->GetDeviceIp("Cam"), kAddress);
+  EXPECT_EQ(cam.Pairings(), 1U);
 }
 
 // The loop that hosts run, check and then ask, on every kind of platform.

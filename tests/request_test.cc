@@ -237,13 +237,33 @@ TEST_F(Request, APlatformErrorLeavesTheRequestWaiting) {
 }
 
 TEST_F(Request, WithoutEndpointPairsThereIsNoAddress) {
-  const PeerHandle cam = air.Add({.name = u"Cam", .paired = true, .hasEndpointPairs = false});
+  const PeerHandle never = air.Add(
+      {.name = u"Never", .paired = true, .endpointPairs = std::vector<simulated::AddressPair>()});
+  const PeerHandle late = air.Add({.name = u"Late", .paired = true, .endpointPairsMs = 1});
   Open();
-  EXPECT_EQ(Ask("Cam", ""), 1050) << "the next find drops what this one opened";
+  for (const char* const name : {"Never", "Late"}) {
+    EXPECT_EQ(Ask(name, ""), 1050) << "the next find drops what this one opened";
+    Advance(100);
+  }
   EXPECT_TRUE(
       Logged("(watch) ConnDevice Err:The operation attempted to access data outside the "
              "valid range"));
-  EXPECT_EQ(cam.LinksUp(), 0U);
+  EXPECT_EQ(never.LinksUp() + late.LinksUp(), 0U);
+}
+
+TEST_F(Request, APairingThatTheDeviceHasForgottenIsMadeAgainAfterAnUnpairing) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .linksPerPairing = 1});
+  air.SetHabits({.pairedAsReported = true});
+  Connect("Cam");
+  lanvoss->DisConnect("");
+  EXPECT_EQ(Ask("\nCam", ""), 400 + 100'000);
+  EXPECT_TRUE(Logged("PairAsync Status: AlreadyPaired")) << "it was reported before its pairing";
+  EXPECT_TRUE(Logged("(watch) ConnDevice Err:Element not found."));
+  EXPECT_EQ(Ask("Cam", ""), 100'000);
+  EXPECT_EQ(cam.LinksOpened(), 1U);
+  lanvoss->Unpair("Cam");
+  Advance(100);
+  EXPECT_EQ(Ask("Cam", kAddress), 1500);
 }
 
 TEST_F(Request, AnEndpointWithoutAHostNameIsAnEmptySide) {

@@ -22,13 +22,16 @@ std::string PeerRefusal(const std::string& members) {
 TEST(Scenario, SetsEveryKindOfField) {
   const Scenario scenario = ParseScenario(R"({
     "seed": 18446744073709551615,
+    "aborts_at_ms": [5, 70],
     "habits": {"enumeration_ms": "never", "stop_elsewhere": "refused", "handlers_overlap": true,
                "on_close": "stays_up_reported", "ignored_starts": 3, "simulates_echo": false},
     "peers": [{"name": "Büro", "id": "x", "paired": true, "local_address": null, "open_ms": 7,
                "openings": ["none", "hangs"], "pairing_status": "AuthenticationTimeout",
                "ceremony": "DisplayPin", "echo_share": 0.5,
-               "echoes": [[], ["reply", "late_reply"]],
-               "script": [{"at_ms": 5, "do": "rename", "to": "Büro 2"}]}]})",
+               "echoes": [[], ["reply", "late_reply"]], "open_error": "0x80004005",
+               "script": [{"at_ms": 5, "do": "rename", "to": "Büro 2"}]},
+              {"name": "B", "endpoint_pairs": [{"local": "a", "remote": "b"}, {}]},
+              {"name": "C", "endpoint_pairs": []}]})",
                                           "home.json");
   EXPECT_EQ(scenario.seed, 18446744073709551615U);
   EXPECT_EQ(scenario.habits.enumerationMs, kNever);
@@ -45,6 +48,13 @@ TEST(Scenario, SetsEveryKindOfField) {
   EXPECT_EQ(peer.echoes.at(1).at(1), Echo::kLateReply);
   EXPECT_FALSE(scenario.habits.simulatesEcho);
   EXPECT_EQ(peer.script.at(0).newName, u"Büro 2");
+  EXPECT_EQ(peer.openError, 0x80004005U);
+  EXPECT_EQ(scenario.abortsAtMs, (std::vector<std::uint32_t>{5, 70}));
+  EXPECT_EQ(EndpointPairsOf(peer).at(0).remote, u"192.168.49.20");
+  const auto pairs = EndpointPairsOf(scenario.peers.at(1));
+  EXPECT_EQ(pairs.at(0).local, u"a");
+  EXPECT_EQ(pairs.at(1).remote, std::nullopt);
+  EXPECT_TRUE(EndpointPairsOf(scenario.peers.at(2)).empty());
 }
 
 TEST(Scenario, NamesTheLineOrTheKeyThatIsWrong) {
@@ -62,8 +72,15 @@ TEST(Scenario, NamesTheLineOrTheKeyThatIsWrong) {
                   .starts_with("home.json: peers[1].openings[0]: expected one of \"succeeds\""));
   EXPECT_TRUE(PeerRefusal(R"("script": [{"at_ms": 1, "do": "rename"}])")
                   .starts_with("home.json: peers[1].script[0].to: "));
-  EXPECT_TRUE(Refusal(R"({"peers": [{"name": "A", "id": "x"}, {"name": "B", "id": "x"}]})")
+  EXPECT_TRUE(Refusal(R"({"peers": [{"name": "A", "id": "x"}, {"name": "B", "id": "X"}]})")
                   .starts_with("home.json: peers[1].id: "));
+  EXPECT_TRUE(PeerRefusal(R"("endpoint_pairs": [], "local_address": "a")")
+                  .starts_with("home.json: peers[1].endpoint_pairs: takes the place of "));
+  for (const char* const wrong :
+       {"2147942405", R"("80070490")", R"("0x8007049G")", R"("0x800704900")", R"("0x-0070490")"}) {
+    EXPECT_EQ(PeerRefusal(std::string(R"("open_error": )") + wrong),
+              "home.json: peers[1].open_error: expected an error as \"0x80070490\"");
+  }
   EXPECT_THROW(LoadScenario("/nonexistent/home.json"), ScenarioError);
 }
 

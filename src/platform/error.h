@@ -16,6 +16,7 @@ inline constexpr std::uint32_t kErrorIllegalMethodCall = 0x8000000E;
 inline constexpr std::uint32_t kErrorBounds = 0x8000000B;
 inline constexpr std::uint32_t kErrorClosed = 0x80000013;
 inline constexpr std::uint32_t kErrorFail = 0x80004005;
+inline constexpr std::uint32_t kErrorNotFound = 0x80070490;
 inline constexpr std::uint32_t kErrorOutOfMemory = 0x8007000E;
 inline constexpr std::uint32_t kErrorInvalidArgument = 0x80070057;
 

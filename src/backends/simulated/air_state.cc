@@ -45,7 +45,7 @@ std::size_t AirState::Add(Peer peer) {
     index = peers_.size();
     if (peer.id.empty()) {
       char id[] = "WiFiDirect#02:00:00:00:00:00";
-      std::snprintf(id, sizeof id, "WiFiDirect#02:00:00:00:%02zx:%02zx", index / 256 % 256,
+      std::snprintf(id, sizeof id, "WiFiDirect#02:00:00:00:%02zX:%02zX", index / 256 % 256,
                     index % 256);
       peer.id = platform::Utf8ToUtf16(id);
     }
@@ -135,10 +135,32 @@ std::size_t AirState::PeerCount() const {
   return peers_.size();
 }
 
+bool AirState::IsReported(std::size_t index) const {
+  const std::lock_guard lock(mutex_);
+  const Peer& peer = peers_[index].peer;
+  return peer.present || (peer.paired && habits_.absentReported);
+}
+
+Peer AirState::NextReport(std::size_t index) {
+  const std::lock_guard lock(mutex_);
+  PeerState& state = peers_[index];
+  const unsigned reportsBefore = state.reports++;
+  Peer reported = state.peer;
+  if (reportsBefore < reported.namelessReports) {
+    reported.name.clear();
+  }
+  if (habits_.idsVary && reportsBefore % 2 == 1) {
+    reported.id = InCapitals(reported.id);
+  }
+  return reported;
+}
+
 std::size_t AirState::Find(const std::u16string& id) const {
   const std::lock_guard lock(mutex_);
-  const auto found = std::find_if(peers_.begin(), peers_.end(),
-                                  [&id](const PeerState& state) { return state.peer.id == id; });
+  const auto found =
+      std::find_if(peers_.begin(), peers_.end(), [same = InCapitals(id)](const PeerState& state) {
+        return InCapitals(state.peer.id) == same;
+      });
   return static_cast<std::size_t>(found - peers_.begin());
 }
 
@@ -177,11 +199,14 @@ void AirState::Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::s
 
 std::pair<std::vector<Echo>, std::uint32_t> AirState::EchoesFrom(
     const platform::Ipv4Address& address) {
+  const auto isRemote = [&](const AddressPair& pair) {
+    return pair.remote && system->ResolveHost(platform::Utf16ToUtf8(*pair.remote)) == address;
+  };
   for (std::size_t index = 0; index < PeerCount(); ++index) {
-    const auto remote = StateOf(index).peer.remoteAddress;
+    const auto pairs = EndpointPairsOf(StateOf(index).peer);
     const auto devices = LinksOf(index);
     const bool isUp = std::ranges::any_of(devices, [](const auto& each) { return each->IsUp(); });
-    if (!isUp || !remote || system->ResolveHost(platform::Utf16ToUtf8(*remote)) != address) {
+    if (!isUp || std::ranges::none_of(pairs, isRemote)) {
       continue;
     }
     const std::lock_guard lock(mutex_);

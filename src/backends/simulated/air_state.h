@@ -31,9 +31,11 @@ struct PeerState {
   Peer peer;  // with its current name, presence and pairing
   bool silent = false;
   bool pairing = false;  // a ceremony is under way
+  unsigned reports = 0;
   unsigned pairings = 0;
   unsigned openRequests = 0;
   unsigned linksOpened = 0;
+  unsigned linksOfPairing = 0;  // opened since it was paired
   unsigned echoRequests = 0;
   PairingRequest latestPairing = {};
 };
@@ -54,6 +56,10 @@ class AirState : public std::enable_shared_from_this<AirState> {
   Habits CurrentHabits() const;
   PeerState StateOf(std::size_t index) const;
   std::size_t PeerCount() const;
+  // Whether a pass reports the device now.
+  bool IsReported(std::size_t index) const;
+  // The device as its next report has it.
+  Peer NextReport(std::size_t index);
   // The index of the device with this id, or PeerCount().
   std::size_t Find(const std::u16string& id) const;
 

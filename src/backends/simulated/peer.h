@@ -14,6 +14,9 @@ namespace lanvoss::simulated {
 // As a duration: it does not happen.
 using events::kNever;
 
+// As a count: it is never reached.
+inline constexpr std::uint32_t kUnlimited = 0xFFFFFFFF;
+
 // Longer than anybody waits for an echo.
 inline constexpr std::uint32_t kLateMs = 3'100;
 
@@ -56,6 +59,12 @@ struct ScriptStep {
   std::u16string newName = {};  // of kRename
 };
 
+// The addresses of an endpoint pair; none: that endpoint has no host name.
+struct AddressPair {
+  std::optional<std::u16string> local = {};
+  std::optional<std::u16string> remote = {};
+};
+
 struct Peer {
   std::u16string name;
   // Unique; ends in the hardware address. Empty: the air makes one.
@@ -63,16 +72,19 @@ struct Peer {
   bool present = true;
   bool paired = false;
   bool hasPairingObject = true;
+  std::uint32_t namelessReports = 0;  // so many come without its name
 
-  // Addresses of a link to it; none: that endpoint has no host name.
+  // The addresses of a link to it.
   std::optional<std::u16string> localAddress = u"192.168.49.1";
   std::optional<std::u16string> remoteAddress = u"192.168.49.20";
-  bool hasEndpointPairs = true;
+  // Instead of this one pair, all that a link has, the first one first.
+  std::optional<std::vector<AddressPair>> endpointPairs = {};
 
   // Latencies in milliseconds.
   std::uint32_t appearMs = 300;  // from the start of a pass, or its appearing, to its report
   std::uint32_t pairMs = 800;
   std::uint32_t openMs = 400;
+  std::uint32_t endpointPairsMs = 0;  // from the opening until the link has its pairs
   std::uint32_t closeMs = 40;
   std::uint32_t unpairMs = 60;
 
@@ -80,6 +92,10 @@ struct Peer {
   // open request to a device that is absent or not paired always gives none.
   std::vector<Outcome> pairings = {};
   std::vector<Outcome> openings = {};
+  // After so many links it has forgotten the pairing: an open request raises this error until the
+  // device is unpaired and paired again.
+  std::uint32_t linksPerPairing = kUnlimited;
+  std::uint32_t openError = platform::kErrorNotFound;
   // What a pairing that succeeds reports, and the ceremony that the device asks for.
   platform::DevicePairingResultStatus pairingStatus = platform::DevicePairingResultStatus::Paired;
   platform::DevicePairingKinds ceremony = platform::DevicePairingKinds::ConfirmOnly;
@@ -92,6 +108,21 @@ struct Peer {
 
   std::vector<ScriptStep> script = {};
 };
+
+// The endpoint pairs of a link to it.
+inline std::vector<AddressPair> EndpointPairsOf(const Peer& peer) {
+  return peer.endpointPairs.value_or(
+      std::vector<AddressPair>{{peer.localAddress, peer.remoteAddress}});
+}
+
+// Ids that are the same in capitals are of the same device.
+inline std::u16string InCapitals(std::u16string id) {
+  for (char16_t& letter : id) {
+    letter =
+        letter >= u'a' && letter <= u'z' ? static_cast<char16_t>(letter - u'a' + u'A') : letter;
+  }
+  return id;
+}
 
 // What becomes of an open link that is closed, unpaired or dropped.
 enum class LinkEnd {
@@ -108,6 +139,7 @@ enum class StopElsewhere { kIgnored, kRefused };
 struct Habits {
   std::uint32_t ignoredStarts = 0;     // calls of Start without effect before one has it
   std::uint32_t enumerationMs = 2000;  // from Started to EnumerationCompleted
+  std::uint32_t findMs = kNever;       // from Started to the last report of a device in the pass
   std::uint32_t stopMs = 30;           // from Stop to the status Stopped
   std::uint32_t statusReportMs = 10;   // from a link's change to the event that reports it
   // What Stop does in any status but Started and EnumerationCompleted.
@@ -119,6 +151,12 @@ struct Habits {
   bool stopWaitsForHandlers = true;
   // Stopped is raised for a watcher that ends as Aborted.
   bool abortedReported = false;
+  // A device that is paired is reported although it is not present.
+  bool absentReported = false;
+  // Every second report of a device has its id in capitals.
+  bool idsVary = false;
+  // Whether a device is paired is said as it was when the device was reported.
+  bool pairedAsReported = false;
   LinkEnd onClose = LinkEnd::kReported;
   LinkEnd onUnpair = LinkEnd::kReported;
   LinkEnd onDrop = LinkEnd::kReported;

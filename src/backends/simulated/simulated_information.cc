@@ -90,7 +90,7 @@ std::shared_ptr<platform::DeviceInformationPairing> SimulatedInformation::Pairin
       !air->StateOf(index_).peer.hasPairingObject) {
     return nullptr;
   }
-  return std::make_shared<SimulatedPairing>(air, index_);
+  return std::make_shared<SimulatedPairing>(air, index_, wasPaired_);
 }
 
 std::u16string SimulatedInformationUpdate::Id() {
@@ -100,7 +100,7 @@ std::u16string SimulatedInformationUpdate::Id() {
 
 bool SimulatedPairing::IsPaired() {
   air->faults.Enter(Call::kIsPaired);
-  return air->StateOf(index_).peer.paired;
+  return air->CurrentHabits().pairedAsReported ? wasPaired_ : air->StateOf(index_).peer.paired;
 }
 
 std::shared_ptr<platform::DeviceInformationCustomPairing> SimulatedPairing::Custom() {
@@ -176,7 +176,10 @@ DevicePairingResultStatus SimulatedCustomPairing::RunCeremony() {
   }
   const bool paired = state.peer.pairingStatus == DevicePairingResultStatus::Paired ||
                       state.peer.pairingStatus == DevicePairingResultStatus::AlreadyPaired;
-  air->Update(index_, [paired](PeerState& now) { now.peer.paired = paired; });
+  air->Update(index_, [paired](PeerState& now) {
+    now.peer.paired = paired;
+    now.linksOfPairing = 0;
+  });
   return state.peer.pairingStatus;
 }
 

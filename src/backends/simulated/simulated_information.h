@@ -12,11 +12,15 @@
 
 namespace lanvoss::simulated {
 
-// A device as it was when it was reported; its pairing is as it is now.
+// A device as it was when it was reported. Whether it is paired is said as of then or of now.
 class SimulatedInformation final : public platform::DeviceInformation, public Counted {
  public:
   SimulatedInformation(std::shared_ptr<AirState> owner, std::size_t index, const Peer& peer)
-      : Counted(std::move(owner)), index_(index), id_(peer.id), name_(peer.name) {}
+      : Counted(std::move(owner)),
+        index_(index),
+        id_(peer.id),
+        name_(peer.name),
+        wasPaired_(peer.paired) {}
 
   std::u16string Id() override;
   std::u16string Name() override;
@@ -26,6 +30,7 @@ class SimulatedInformation final : public platform::DeviceInformation, public Co
   const std::size_t index_;
   const std::u16string id_;
   const std::u16string name_;
+  const bool wasPaired_;
 };
 
 class SimulatedInformationUpdate final : public platform::DeviceInformationUpdate, public Counted {
@@ -41,8 +46,8 @@ class SimulatedInformationUpdate final : public platform::DeviceInformationUpdat
 
 class SimulatedPairing final : public platform::DeviceInformationPairing, public Counted {
  public:
-  SimulatedPairing(std::shared_ptr<AirState> owner, std::size_t index)
-      : Counted(std::move(owner)), index_(index) {}
+  SimulatedPairing(std::shared_ptr<AirState> owner, std::size_t index, bool wasPaired)
+      : Counted(std::move(owner)), index_(index), wasPaired_(wasPaired) {}
 
   bool IsPaired() override;
   std::shared_ptr<platform::DeviceInformationCustomPairing> Custom() override;
@@ -50,6 +55,7 @@ class SimulatedPairing final : public platform::DeviceInformationPairing, public
 
  private:
   const std::size_t index_;
+  const bool wasPaired_;
 };
 
 class SimulatedCustomPairing final : public platform::DeviceInformationCustomPairing,

@@ -1,5 +1,6 @@
 #include "backends/simulated/simulated_link.h"
 
+#include <cstdio>
 #include <optional>
 #include <utility>
 
@@ -25,11 +26,13 @@ class SimulatedHostName final : public platform::HostName, public Counted {
 
 class SimulatedEndpointPair final : public platform::EndpointPair, public Counted {
  public:
-  SimulatedEndpointPair(std::shared_ptr<AirState> owner, const Peer& peer)
-      : Counted(std::move(owner)), local_(peer.localAddress), remote_(peer.remoteAddress) {}
+  SimulatedEndpointPair(std::shared_ptr<AirState> owner, AddressPair addresses)
+      : Counted(std::move(owner)), addresses_(std::move(addresses)) {}
 
-  std::shared_ptr<platform::HostName> LocalHostName() override { return NameOf(local_); }
-  std::shared_ptr<platform::HostName> RemoteHostName() override { return NameOf(remote_); }
+  std::shared_ptr<platform::HostName> LocalHostName() override { return NameOf(addresses_.local); }
+  std::shared_ptr<platform::HostName> RemoteHostName() override {
+    return NameOf(addresses_.remote);
+  }
 
  private:
   std::shared_ptr<platform::HostName> NameOf(const std::optional<std::u16string>& address) {
@@ -39,27 +42,35 @@ class SimulatedEndpointPair final : public platform::EndpointPair, public Counte
     return std::make_shared<SimulatedHostName>(air, *address);
   }
 
-  const std::optional<std::u16string> local_;
-  const std::optional<std::u16string> remote_;
+  const AddressPair addresses_;
 };
 
 class SimulatedEndpointPairView final : public platform::EndpointPairView, public Counted {
  public:
-  SimulatedEndpointPairView(std::shared_ptr<AirState> owner, Peer peer)
-      : Counted(std::move(owner)), peer_(std::move(peer)) {}
+  SimulatedEndpointPairView(std::shared_ptr<AirState> owner, std::vector<AddressPair> pairs)
+      : Counted(std::move(owner)), pairs_(std::move(pairs)) {}
 
   std::shared_ptr<platform::EndpointPair> GetAt(std::uint32_t index) override {
     air->faults.Enter(Call::kEndpointPairAt);
-    if (index > 0 || !peer_.hasEndpointPairs) {
+    if (index >= pairs_.size()) {
       throw platform::Error(platform::kErrorBounds,
                             u"The operation attempted to access data outside the valid range");
     }
-    return std::make_shared<SimulatedEndpointPair>(air, peer_);
+    return std::make_shared<SimulatedEndpointPair>(air, pairs_[index]);
   }
 
  private:
-  const Peer peer_;
+  const std::vector<AddressPair> pairs_;
 };
+
+std::u16string MessageOf(std::uint32_t hresult) {
+  if (hresult == platform::kErrorNotFound) {
+    return u"Element not found.";
+  }
+  char text[] = "Error 0x00000000";
+  std::snprintf(text, sizeof text, "Error 0x%08X", hresult);
+  return hresult == platform::kErrorFail ? u"Unspecified error" : platform::Utf8ToUtf16(text);
+}
 
 }  // namespace
 
@@ -81,7 +92,11 @@ platform::EventToken SimulatedLink::ConnectionStatusChanged(
 
 std::shared_ptr<platform::EndpointPairView> SimulatedLink::GetConnectionEndpointPairs() {
   air->faults.Enter(Call::kGetConnectionEndpointPairs);
-  return std::make_shared<SimulatedEndpointPairView>(air, air->StateOf(index_).peer);
+  const Peer peer = air->StateOf(index_).peer;
+  const auto ageMs =
+      static_cast<std::uint32_t>(air->system->Clock()) - static_cast<std::uint32_t>(openedAt_);
+  return std::make_shared<SimulatedEndpointPairView>(
+      air, ageMs < peer.endpointPairsMs ? std::vector<AddressPair>() : EndpointPairsOf(peer));
 }
 
 void SimulatedLink::Close() {
@@ -151,12 +166,18 @@ std::shared_ptr<platform::WiFiDirectDevice> Open(const std::shared_ptr<AirState>
     return nullptr;
   }
   // The device has had time to go, or to be unpaired.
-  const Peer now = air->StateOf(index).peer;
-  if (!now.present || !now.paired) {
+  const PeerState now = air->StateOf(index);
+  if (!now.peer.present || !now.peer.paired) {
     return nullptr;
   }
+  if (now.linksOfPairing >= now.peer.linksPerPairing) {
+    throw platform::Error(now.peer.openError, MessageOf(now.peer.openError));
+  }
   auto device = std::make_shared<SimulatedLink>(air, index);
-  air->Update(index, [](PeerState& state) { ++state.linksOpened; });
+  air->Update(index, [](PeerState& state) {
+    ++state.linksOpened;
+    ++state.linksOfPairing;
+  });
   air->Register(device);
   return device;
 }

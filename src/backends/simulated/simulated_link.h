@@ -16,7 +16,10 @@ class SimulatedLink final : public platform::WiFiDirectDevice,
                             public std::enable_shared_from_this<SimulatedLink> {
  public:
   SimulatedLink(std::shared_ptr<AirState> owner, std::size_t index)
-      : Counted(std::move(owner)), index_(index), queue_(air->dispatcher.NewQueue()) {}
+      : Counted(std::move(owner)),
+        index_(index),
+        openedAt_(air->system->Clock()),
+        queue_(air->dispatcher.NewQueue()) {}
 
   platform::WiFiDirectConnectionStatus ConnectionStatus() override;
   platform::EventToken ConnectionStatusChanged(
@@ -34,6 +37,7 @@ class SimulatedLink final : public platform::WiFiDirectDevice,
   void RaiseStatus();
 
   const std::size_t index_;
+  const std::int32_t openedAt_;
   const std::shared_ptr<events::EventQueue> queue_;
 
   std::mutex mutex_;  // guards everything below

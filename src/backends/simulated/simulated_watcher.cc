@@ -40,11 +40,12 @@ void SimulatedWatcher::Start() {
     ignored_ = 0;
     ++pass_;
     status_ = Status::Started;
+    startedAt_ = air->system->Clock();
     seen_.clear();
   }
   const std::size_t peers = air->PeerCount();
   for (std::size_t index = 0; index < peers; ++index) {
-    if (air->StateOf(index).peer.present) {
+    if (air->IsReported(index)) {
       PeerAppeared(index);
     }
   }
@@ -140,7 +141,7 @@ void SimulatedWatcher::PeerAppeared(std::size_t index) {
 
 void SimulatedWatcher::PeerDisappeared(std::size_t index) {
   const std::lock_guard lock(mutex_);
-  if (IsRunning() && seen_.erase(index) == 1) {
+  if (IsRunning() && !air->IsReported(index) && seen_.erase(index) == 1) {
     RaiseUpdate(removed_, index);
   }
 }
@@ -152,14 +153,16 @@ void SimulatedWatcher::PeerRenamed(std::size_t index) {
   }
 }
 
-// The device's report in this pass, if it is still there and has not been reported.
+// The device's report in this pass, if it is still due and has not been made.
 void SimulatedWatcher::Report(std::size_t index) {
-  const Peer peer = air->StateOf(index).peer;
   const std::lock_guard lock(mutex_);
-  if (!peer.present || !IsRunning() || !seen_.insert(index).second) {
+  const auto passMs =
+      static_cast<std::uint32_t>(air->system->Clock()) - static_cast<std::uint32_t>(startedAt_);
+  if (!IsRunning() || passMs > air->CurrentHabits().findMs || !air->IsReported(index) ||
+      !seen_.insert(index).second) {
     return;
   }
-  const auto info = std::make_shared<SimulatedInformation>(air, index, peer);
+  const auto info = std::make_shared<SimulatedInformation>(air, index, air->NextReport(index));
   Raise(added_, [this, info](const AddedHandler& handler) { handler(*this, info); });
 }
 

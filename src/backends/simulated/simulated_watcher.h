@@ -57,6 +57,7 @@ class SimulatedWatcher final : public events::WatcherBase,
   std::uint32_t ignored_ = 0;   // calls of Start that had no effect since the last pass
   bool stopDue_ = false;        // it has been stopping for as long as that takes
   std::size_t underWay_ = 0;    // handlers that have not returned from an event, or not begun
+  std::int32_t startedAt_ = 0;  // the clock at the start of the pass
   unsigned pass_ = 0;           // which pass this is, so that steps of an earlier one are dropped
   std::set<std::size_t> seen_;  // the devices that this pass has reported
 };

@@ -20,6 +20,8 @@ using nlohmann::json;
 void Read(const JsonValue& value, Habits& habits);
 void Read(const JsonValue& value, Peer& peer);
 void Read(const JsonValue& value, ScriptStep& step);
+void Read(const JsonValue& value, AddressPair& pair);
+void Read(const JsonValue& value, std::optional<std::vector<AddressPair>>& out);
 
 template <typename Element>
 void Read(const JsonValue& value, std::vector<Element>& out) {
@@ -30,6 +32,22 @@ void Read(const JsonValue& value, std::vector<Element>& out) {
 template <typename Field>
 JsonValue::Reader Into(Field& field) {
   return [&field](const JsonValue& value) { Read(value, field); };
+}
+
+JsonValue::Reader IntoCount(std::uint32_t& field) {
+  return [&field](const JsonValue& value) { ReadCount(value, field); };
+}
+
+JsonValue::Reader IntoHresult(std::uint32_t& field) {
+  return [&field](const JsonValue& value) { ReadHresult(value, field); };
+}
+
+void Read(const JsonValue& value, AddressPair& pair) {
+  value.ReadMembers({{"local", Into(pair.local)}, {"remote", Into(pair.remote)}});
+}
+
+void Read(const JsonValue& value, std::optional<std::vector<AddressPair>>& out) {
+  Read(value, out.emplace());
 }
 
 void Read(const JsonValue& value, ScriptStep& step) {
@@ -49,16 +67,20 @@ void Read(const JsonValue& value, Peer& peer) {
                      {"present", Into(peer.present)},
                      {"paired", Into(peer.paired)},
                      {"has_pairing_object", Into(peer.hasPairingObject)},
+                     {"nameless_reports", IntoCount(peer.namelessReports)},
                      {"local_address", Into(peer.localAddress)},
                      {"remote_address", Into(peer.remoteAddress)},
-                     {"has_endpoint_pairs", Into(peer.hasEndpointPairs)},
+                     {"endpoint_pairs", Into(peer.endpointPairs)},
                      {"appear_ms", Into(peer.appearMs)},
                      {"pair_ms", Into(peer.pairMs)},
                      {"open_ms", Into(peer.openMs)},
+                     {"endpoint_pairs_ms", Into(peer.endpointPairsMs)},
                      {"close_ms", Into(peer.closeMs)},
                      {"unpair_ms", Into(peer.unpairMs)},
                      {"pairings", Into(peer.pairings)},
                      {"openings", Into(peer.openings)},
+                     {"links_per_pairing", IntoCount(peer.linksPerPairing)},
+                     {"open_error", IntoHresult(peer.openError)},
                      {"pairing_status", Into(peer.pairingStatus)},
                      {"ceremony", Into(peer.ceremony)},
                      {"echoes", Into(peer.echoes)},
@@ -66,14 +88,15 @@ void Read(const JsonValue& value, Peer& peer) {
                      {"echo_ms", Into(peer.echoMs)},
                      {"script", Into(peer.script)}});
   value.Require("name");
+  if (value.Has("endpoint_pairs") && (value.Has("local_address") || value.Has("remote_address"))) {
+    value.RefuseMember("endpoint_pairs", "takes the place of local_address and remote_address");
+  }
 }
 
 void Read(const JsonValue& value, Habits& habits) {
-  const auto readIgnoredStarts = [&habits](const JsonValue& count) {
-    ReadCount(count, habits.ignoredStarts);
-  };
-  value.ReadMembers({{"ignored_starts", readIgnoredStarts},
+  value.ReadMembers({{"ignored_starts", IntoCount(habits.ignoredStarts)},
                      {"enumeration_ms", Into(habits.enumerationMs)},
+                     {"find_ms", Into(habits.findMs)},
                      {"stop_ms", Into(habits.stopMs)},
                      {"status_report_ms", Into(habits.statusReportMs)},
                      {"stop_elsewhere", Into(habits.stopElsewhere)},
@@ -81,6 +104,9 @@ void Read(const JsonValue& value, Habits& habits) {
                      {"stopped_reported", Into(habits.stoppedReported)},
                      {"stop_waits_for_handlers", Into(habits.stopWaitsForHandlers)},
                      {"aborted_reported", Into(habits.abortedReported)},
+                     {"absent_reported", Into(habits.absentReported)},
+                     {"ids_vary", Into(habits.idsVary)},
+                     {"paired_as_reported", Into(habits.pairedAsReported)},
                      {"on_close", Into(habits.onClose)},
                      {"on_unpair", Into(habits.onUnpair)},
                      {"on_drop", Into(habits.onDrop)},
@@ -91,7 +117,8 @@ void Read(const JsonValue& value, Habits& habits) {
 
 void CheckIds(const JsonValue& document, const std::vector<Peer>& peers) {
   for (std::size_t i = 0; i < peers.size(); ++i) {
-    const auto same = std::ranges::find(peers, peers[i].id, &Peer::id) - peers.begin();
+    const auto idOf = [](const Peer& peer) { return InCapitals(peer.id); };
+    const auto same = std::ranges::find(peers, idOf(peers[i]), idOf) - peers.begin();
     if (!peers[i].id.empty() && static_cast<std::size_t>(same) != i) {
       document.RefuseMember("peers[" + std::to_string(i) + "].id",
                             "peers[" + std::to_string(same) + "] has the same");

@@ -1,5 +1,6 @@
 #include "backends/simulated/scenario_file/scenario_values.h"
 
+#include <charconv>
 #include <initializer_list>
 #include <limits>
 #include <utility>
@@ -47,6 +48,16 @@ void ReadCount(const JsonValue& value, std::uint32_t& out) {
     value.Refuse("expected a whole number below 2^32");
   }
   out = static_cast<std::uint32_t>(count);
+}
+
+void ReadHresult(const JsonValue& value, std::uint32_t& out) {
+  constexpr std::size_t kLength = 10;
+  const std::string text = value.Json().is_string() ? value.Json().get<std::string>() : "";
+  const char* const end = text.data() + text.size();
+  if (text.size() != kLength || !text.starts_with("0x") ||
+      std::from_chars(text.data() + 2, end, out, 16).ptr != end) {
+    value.Refuse("expected an error as \"0x80070490\"");
+  }
 }
 
 void Read(const JsonValue& value, std::uint32_t& out) {

@@ -15,9 +15,11 @@ namespace lanvoss::simulated {
 
 void Read(const JsonValue& value, bool& out);
 void Read(const JsonValue& value, std::uint64_t& out);
-// A duration, which every 32-bit number is but those that ReadCount is for.
+// A duration. All 32-bit fields are durations, except those for the two functions after it.
 void Read(const JsonValue& value, std::uint32_t& out);
 void ReadCount(const JsonValue& value, std::uint32_t& out);
+// As "0x80070490".
+void ReadHresult(const JsonValue& value, std::uint32_t& out);
 // A share, from 0 to 1: the only fraction there is.
 void Read(const JsonValue& value, double& out);
 void Read(const JsonValue& value, std::u16string& out);
