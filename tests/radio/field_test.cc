@@ -30,11 +30,12 @@ class Field : public Radio {
     return RunCommand("ip addr show dev " + interface + " | grep -q 'inet '");
   }
 
-  // Whether `doctor` says that something with this text is missing.
-  bool DoctorMisses(const std::string& text) const {
+  // Whether `doctor` says that something with this text is missing, and how to fix it.
+  bool DoctorMisses(const std::string& text, const std::string& remedy = "") const {
     RunCommand(ProgramCommand("", "doctor"));
-    return RunCommand("cat " + std::string(kProgramOutput) + "; grep -q 'missing .*" + text + "' " +
-                      kProgramOutput);
+    const std::string output = kProgramOutput;
+    return RunCommand("cat " + output + "; grep -A1 'missing .*" + text + "' " + output +
+                      " | grep -q 'fix: .*" + remedy + "'");
   }
 };
 
@@ -57,8 +58,10 @@ TEST_F(Field, UsesTheAdaptersOwnInterface) {
   lanvoss.reset();
   EXPECT_FALSE(HasAddress("wlan0"));
   KillTheProgramInALink();
-  EXPECT_TRUE(DoctorMisses("busy with the group wlan0"));
+  EXPECT_TRUE(DoctorMisses("busy with the group wlan0", "p2p-dev-wlan0 p2p_group_remove wlan0"));
   EXPECT_EQ(RunProgram("program: after a killed one", "ip " + kName), kAddresses);
+  KillTheProgramInALink();
+  EXPECT_EQ(RunProgram("program: after a killed one, by id", "ip --direct " + kName), kAddresses);
 }
 
 TEST_F(Field, ReachesADeviceThatAKilledProgramHasLeftInItsGroup) {
@@ -110,6 +113,24 @@ TEST_F(Field, SaysThatAnotherServerHasThePort) {
   EXPECT_TRUE(IsLoggedSoon("failed to bind DHCP server socket: Address already in use"));
   close(rival);
   EXPECT_NE(asked.get(), "");
+}
+
+TEST_F(Field, NamesTheProgramsThatTakeTheAdapterOrItsGroups) {
+  for (const std::string rival : {"/run/iwd", "/run/NetworkManager", "/run/dhcpcd"}) {
+    std::ofstream(rival) << "#!/bin/sh\nsleep 10\n";
+    RunCommand("chmod +x " + rival + "; " + rival + " &");
+  }
+  std::this_thread::sleep_for(1s);
+  std::filesystem::create_directories("/etc/NetworkManager/conf.d");
+  std::ofstream("/etc/NetworkManager/conf.d/a.conf") << "#unmanaged-devices=interface-name:p2p*\n";
+  EXPECT_TRUE(DoctorMisses("iwd runs", "disable --now iwd"));
+  EXPECT_TRUE(DoctorMisses("NetworkManager leaves", "interface-name:wlan0 into /etc/Network"));
+  EXPECT_TRUE(DoctorMisses("dhcpcd leaves", "into /etc/dhcpcd.conf"));
+  std::ofstream("/etc/NetworkManager/conf.d/b.conf") << "unmanaged-devices=interface-name:p2p*\n";
+  std::ofstream("/etc/dhcpcd.conf") << "denyinterfaces eth0 p2p*\n";
+  EXPECT_FALSE(DoctorMisses("NetworkManager"));
+  EXPECT_FALSE(DoctorMisses("dhcpcd"));
+  std::this_thread::sleep_for(10s);
 }
 
 TEST_F(Field, RefusesTheAddressesOfAnotherNetwork) {

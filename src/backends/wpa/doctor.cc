@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <grp.h>
+#include <iterator>
 #include <linux/capability.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -11,10 +13,13 @@
 
 #include "backends/wpa/adapter.h"
 #include "backends/wpa/child_process.h"
-#include "backends/wpa/credentials.h"
+#include "backends/wpa/control_socket.h"
+#include "backends/wpa/given_addresses.h"
 #include "backends/wpa/groups.h"
+#include "backends/wpa/limits.h"
 #include "backends/wpa/machine.h"
 #include "backends/wpa/supplicant.h"
+#include "backends/wpa/supplicant_examination.h"
 
 namespace lanvoss::wpa {
 namespace {
@@ -53,31 +58,85 @@ void ExamineProgram(Findings& findings, const std::string& program, const std::s
 
 // ---- The adapter
 
-// The network interface that this is about: the one that was asked for, or the machine's first.
-std::string InterfaceToUse(const std::string& interface) {
+// The network interface that this is about: the one that was asked for, else that of the adapter,
+// else the machine's first.
+std::string InterfaceToUse(const std::string& interface, const Adapter& adapter) {
   const std::vector<std::string> all = WirelessInterfaces();
-  return !interface.empty() ? interface : all.empty() ? "wlan0" : all.front();
-}
-
-// Of an interface whose commands are taken at the adapter's socket.
-std::string InterfaceOf(const Adapter& adapter) {
-  for (const std::string& interface : WirelessInterfaces()) {
-    if (IsSocketOf(adapter.name, interface)) {
-      return interface;
-    }
+  if (!interface.empty() || all.empty()) {
+    return interface.empty() ? "wlan0" : interface;
   }
-  return adapter.name;
+  const auto found = std::ranges::find_if(
+      all, [&](const std::string& each) { return IsSocketOf(adapter.name, each); });
+  return found == all.end() ? all.front() : *found;
 }
 
+// The group that may speak to wpa_supplicant; empty when only root may.
 std::string GroupOfControlDirectory() {
   struct stat status {};
   group entry{};
   group* found = nullptr;
   std::array<char, 1024> texts;
-  if (stat(kControlDirectory, &status) == 0) {
+  if (stat(kControlDirectory, &status) == 0 && status.st_gid != 0) {
     getgrgid_r(status.st_gid, &entry, texts.data(), texts.size(), &found);
   }
-  return found == nullptr ? "netdev" : found->gr_name;
+  return found == nullptr ? std::string() : found->gr_name;
+}
+
+std::string RemedyForRight(const std::string& interface) {
+  const auto join = [](const std::string& group) {
+    return "sudo usermod --append --groups " + group + " \"$USER\", and log in again";
+  };
+  if (const std::string group = GroupOfControlDirectory(); !group.empty()) {
+    return join(group);
+  }
+  const std::string file = ConfigurationOf(interface);
+  return "put the line " + std::string(kControlSetting) + " into " +
+         (file.empty() ? ServiceFile(interface) : file) + kAndStartAgain + "; " + join("netdev");
+}
+
+std::string RemedyForName(const std::string& interface) {
+  const std::vector<std::string> all = WirelessInterfaces();
+  std::string name = "wlan0";
+  for (int number = 1; std::ranges::count(all, name) > 0; ++number) {
+    name = "wlan" + std::to_string(number);
+  }
+  return "sudo ip link set " + interface + " down; sudo ip link set " + interface + " name " + name;
+}
+
+std::string RemedyForControl(const std::string& interface) {
+  const std::vector<std::string> all = WirelessInterfaces();
+  if (all.empty()) {
+    return "connect an adapter for Wi-Fi: the system knows none";
+  }
+  if (std::ranges::count(all, interface) == 0) {
+    return "name an adapter that there is, --radio wpa:" + all.front();
+  }
+  if (const std::string file = ConfigurationOf(interface); !file.empty()) {
+    return "put the line " + std::string(kControlSetting) + " into " + file + kAndStartAgain;
+  }
+  return HowToStartService(interface);
+}
+
+// wpa_supplicant makes no interface for peer-to-peer whose name would be too long, before the
+// version that cuts it.
+bool IsNameTooLong(const std::string& interface, const std::string& version) {
+  constexpr char kMajor[] = "2.";
+  constexpr int kFirstThatCuts = 10;
+  return DeviceInterface(interface) != kDevicePrefix + interface && version.starts_with(kMajor) &&
+         std::atoi(version.c_str() + sizeof kMajor - 1) < kFirstThatCuts;
+}
+
+std::string RemedyForPeerToPeer(const Adapter& adapter, const std::string& interface) {
+  const std::string version = Ask(adapter.socketPath, "GET version");
+  if (IsNameTooLong(interface, version)) {
+    return "wpa_supplicant " + version +
+           " needs a name of at most 7 letters: " + RemedyForName(interface);
+  }
+  const std::string file = ConfigurationOf(interface);
+  if (AnySets({file}, "p2p_disabled", "1")) {
+    return "take the line p2p_disabled=1 out of " + file + kAndStartAgain;
+  }
+  return "use another adapter, unless iw list shows P2P-client and P2P-GO for that of " + interface;
 }
 
 std::string RemedyFor(const Adapter& adapter, const std::string& interface) {
@@ -86,133 +145,84 @@ std::string RemedyFor(const Adapter& adapter, const std::string& interface) {
       return {};
     case AdapterProblem::kControl:
     case AdapterProblem::kInterface:
-      return "sudo systemctl enable --now wpa_supplicant-nl80211@" + interface +
-             ", with a configuration in /etc/wpa_supplicant/wpa_supplicant-nl80211-" + interface +
-             ".conf";
+      return RemedyForControl(interface);
     case AdapterProblem::kRight:
-      return "sudo usermod --append --groups " + GroupOfControlDirectory() +
-             " \"$USER\", and log in again";
+      return RemedyForRight(interface);
     case AdapterProblem::kPeerToPeer:
-      return "iw list | grep P2P, which tells whether the adapter can; before version 2.10 "
-             "wpa_supplicant cannot use an interface whose name has more than 7 letters";
+      return RemedyForPeerToPeer(adapter, interface);
     case AdapterProblem::kSwitchedOn:
       return "sudo rfkill unblock wifi";
   }
   return {};
 }
 
-Finding SameNames(const std::string& interface, const std::string& other) {
-  return {
-      .isFine = false,
-      .what = interface + " and " + other + " begin alike, so that both are " +
-              DeviceInterface(interface) + " for wpa_supplicant",
-      .remedy = "sudo ip link set " + other + " down; sudo ip link set " + other + " name wlan1"};
-}
-
-// wpa_supplicant cuts the name of the interface for peer-to-peer, so two can be the same.
-void ExamineNames(Findings& findings, const std::string& interface) {
+// wpa_supplicant cuts the name of the interface for peer-to-peer, so two adapters can have the same
+// one. The other one of them; empty without one.
+std::string SharerOfName(const std::string& interface) {
   for (const std::string& other : WirelessInterfaces()) {
     if (other != interface && DeviceInterface(other) == DeviceInterface(interface)) {
-      findings.push_back(SameNames(interface, other));
+      return other;
     }
   }
+  return {};
 }
 
-// A group takes the adapter's time, and on most adapters the only place that there is for one.
-void ExamineGroups(Findings& findings, const Supplicant& supplicant) {
-  const std::vector<Group> groups = GroupsOf(supplicant);
-  if (groups.empty()) {
-    findings.push_back({.what = "the adapter is free"});
+void ExamineAdapter(Findings& findings, const Adapter& adapter, const std::string& interface) {
+  if (const std::string other = SharerOfName(interface); !other.empty()) {
+    findings.push_back(
+        {.isFine = false,
+         .what = interface + " and " + other + " begin alike, so that both are " +
+                 DeviceInterface(interface) + " for wpa_supplicant",
+         .remedy = RemedyForName(other) + "; and start the wpa_supplicants of both again"});
+    return;
   }
-  for (const Group& group : groups) {
-    findings.push_back({.isFine = false,
-                        .what = "the adapter is busy with the group " + group.interface,
-                        .remedy = "sudo wpa_cli -i " + supplicant.SocketName() +
-                                  " p2p_group_remove " + group.interface});
+  findings.push_back({.isFine = adapter.problem == AdapterProblem::kNothing,
+                      .what = Explain(adapter),
+                      .remedy = RemedyFor(adapter, interface)});
+  if (adapter.problem == AdapterProblem::kNothing) {
+    const Supplicant supplicant(adapter.socketPath, [](const Message&) {});
+    std::ranges::move(ExamineSupplicant(supplicant, interface, ConfigurationOf(interface)),
+                      std::back_inserter(findings));
   }
-}
-
-// The wpa_supplicant that NetworkManager uses has no file to keep pairings in.
-void ExamineMemory(Findings& findings, const Supplicant& supplicant, const std::string& interface) {
-  const std::string file = ConfigurationOf(interface);
-  findings.push_back(
-      {.isFine = supplicant.Ask("GET update_config").starts_with('1'),
-       .what = "wpa_supplicant keeps pairings when it ends",
-       .remedy = file.empty() ? "sudo nmcli device set " + interface +
-                                    " managed no, and start a wpa_supplicant with a configuration "
-                                    "for it: sudo systemctl enable --now wpa_supplicant-nl80211@" +
-                                    interface
-                              : "put the line update_config=1 into " + file});
-}
-
-// The stored groups of this machine carry its own address, which some drivers change at each start.
-void ExamineStoredGroups(Findings& findings, const Supplicant& supplicant) {
-  constexpr char kOwnerMode[] = "3";
-  const std::string own = LineOf(supplicant.Ask("STATUS"), "p2p_device_address");
-  for (const StoredGroup& group : StoredGroups(supplicant)) {
-    const std::string mode = supplicant.Ask("GET_NETWORK " + group.id + " mode");
-    if (mode == kOwnerMode && group.owner != own) {
-      findings.push_back({.isFine = false,
-                          .what = "the pairing " + group.id + " (" + group.ssid +
-                                  ") was made with another address of this adapter",
-                          .remedy = "sudo wpa_cli -i " + supplicant.SocketName() +
-                                    " remove_network " + group.id + ", and pair again"});
-    }
-  }
-}
-
-// Whether a group may be formed there, by the rules of the country.
-bool IsAllowed(const std::string& channels, const std::string& frequency) {
-  const std::vector<std::string> lines = Lines(channels);
-  return std::ranges::any_of(lines, [&](const std::string& line) {
-    return line.find(" = " + frequency + " MHz") != std::string::npos &&
-           line.find('(') == std::string::npos;  // what is forbidden there
-  });
-}
-
-// A group is formed where devices listen, or on the channel of the network that the adapter is in.
-void ExamineChannels(Findings& findings, const Supplicant& supplicant,
-                     const std::string& interface) {
-  const std::string channels = supplicant.Ask("GET_CAPABILITY freq");
-  const std::string status = supplicant.AskAbout(interface, "STATUS");
-  std::vector<std::string> wanted = {"2412", "2437", "2462"};
-  if (const auto frequency = LineOf(status, "freq"); !frequency.empty()) {
-    wanted = {frequency};
-  }
-  findings.push_back(
-      {.isFine = std::ranges::any_of(
-           wanted, [&](const std::string& frequency) { return IsAllowed(channels, frequency); }),
-       .what = "a channel on which a group may be formed, " + wanted.front() + " MHz",
-       .remedy = "set the country, for example country=DE in the configuration, " +
-                 ConfigurationOf(interface) + "; or move the access point of " + interface +
-                 " to another channel"});
 }
 
 // ---- What else runs on the machine
 
+void ExamineNetwork(Findings& findings, const std::string& interface) {
+  const std::string other = OtherUserOfNetwork(kOwnerAddress, interface);
+  findings.push_back({.isFine = other.empty() || other.starts_with(kGroupPrefix),
+                      .what = "the network of " + std::string(kOwnerAddress) + ", for links",
+                      .remedy = "give " + other + " another network"});
+}
+
 void ExamineRivals(Findings& findings, const std::string& interface) {
-  findings.push_back({.isFine = IsServerPortFree(),
-                      .what = "port 67, for a DHCP server",
-                      .remedy = "sudo ss -lunp 'sport = :67', and stop the program that it names"});
+  if (HasCapability(CAP_NET_BIND_SERVICE)) {  // without it this cannot be told
+    findings.push_back(
+        {.isFine = IsServerPortFree(),
+         .what = "port 67, for a DHCP server",
+         .remedy = "sudo ss -lunp 'sport = :67', and stop the program that it names"});
+  }
   if (IsRunning("iwd")) {
     findings.push_back({.isFine = false,
                         .what = "iwd runs, which takes the adapter for itself",
                         .remedy = "sudo systemctl disable --now iwd"});
   }
-  const std::string leavesAlone = "NetworkManager leaves the interfaces of groups alone";
   if (IsRunning("NetworkManager")) {
     findings.push_back(
-        {.isFine = AnyContains({"/etc/NetworkManager/NetworkManager.conf",
-                                "/etc/NetworkManager/conf.d", "/usr/lib/NetworkManager/conf.d"},
-                               "interface-name:p2p"),
-         .what = leavesAlone,
+        {.isFine = AnySets({"/etc/NetworkManager/NetworkManager.conf", "/etc/NetworkManager/conf.d",
+                            "/run/NetworkManager/conf.d", "/usr/lib/NetworkManager/conf.d"},
+                           "unmanaged-devices", "interface-name:p2p"),
+         .what = "NetworkManager leaves the interfaces of groups alone",
          .remedy = "write [keyfile] and unmanaged-devices=interface-name:p2p*;interface-name:" +
-                   interface + " into /etc/NetworkManager/conf.d/lanvoss.conf"});
+                   interface +
+                   " into /etc/NetworkManager/conf.d/lanvoss.conf, and sudo systemctl "
+                   "reload NetworkManager"});
   }
   if (IsRunning("dhcpcd")) {
-    findings.push_back({.isFine = AnyContains({"/etc/dhcpcd.conf"}, "denyinterfaces p2p"),
+    findings.push_back({.isFine = AnySets({"/etc/dhcpcd.conf"}, "denyinterfaces", "p2p"),
                         .what = "dhcpcd leaves the interfaces of groups alone",
-                        .remedy = "write denyinterfaces p2p* into /etc/dhcpcd.conf"});
+                        .remedy = "write denyinterfaces p2p* into /etc/dhcpcd.conf, and sudo "
+                                  "systemctl restart dhcpcd"});
   }
 }
 
@@ -225,19 +235,9 @@ std::vector<platform::Finding> Examine(const std::string& interface) {
   ExamineProgram(findings, "dnsmasq", "dnsmasq-base", "for devices that ask for addresses by DHCP");
   ExamineProgram(findings, "udhcpc", "udhcpc", "for devices that give addresses by DHCP");
   const Adapter adapter = LookForAdapter(interface);
-  const std::string used = adapter.problem == AdapterProblem::kNothing ? InterfaceOf(adapter)
-                                                                       : InterfaceToUse(interface);
-  findings.push_back({.isFine = adapter.problem == AdapterProblem::kNothing,
-                      .what = Explain(adapter),
-                      .remedy = RemedyFor(adapter, used)});
-  ExamineNames(findings, used);
-  if (adapter.problem == AdapterProblem::kNothing) {
-    const Supplicant supplicant(adapter.socketPath, [](const Message&) {});
-    ExamineGroups(findings, supplicant);
-    ExamineMemory(findings, supplicant, used);
-    ExamineStoredGroups(findings, supplicant);
-    ExamineChannels(findings, supplicant, used);
-  }
+  const std::string used = InterfaceToUse(interface, adapter);
+  ExamineAdapter(findings, adapter, used);
+  ExamineNetwork(findings, used);
   ExamineRivals(findings, used);
   return findings;
 }

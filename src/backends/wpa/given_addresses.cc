@@ -88,9 +88,13 @@ void CheckGivenAddresses(const std::string& local, const std::string& remote,
   if (peer == link.address || !link.Contains(peer)) {
     Fail("the device gives addresses that cannot reach each other: " + local + ", " + remote);
   }
-  if (const std::string other = InterfaceAddresses().OtherUserOf(link, interface); !other.empty()) {
+  if (const std::string other = OtherUserOfNetwork(local, interface); !other.empty()) {
     Fail("the device gives an address of the network of " + other + ": " + local);
   }
+}
+
+std::string OtherUserOfNetwork(const std::string& address, const std::string& interface) {
+  return InterfaceAddresses().OtherUserOf({HostAddress(address), kLinkMask}, interface);
 }
 
 }  // namespace lanvoss::wpa

@@ -10,4 +10,8 @@ namespace lanvoss::wpa {
 void CheckGivenAddresses(const std::string& local, const std::string& remote,
                          const std::string& interface);
 
+// An interface, other than this one, that is in the network of a link with this address; empty
+// without one.
+std::string OtherUserOfNetwork(const std::string& address, const std::string& interface);
+
 }  // namespace lanvoss::wpa

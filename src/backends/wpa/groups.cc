@@ -8,9 +8,6 @@
 namespace lanvoss::wpa {
 namespace {
 
-// The names of groups' interfaces; kDevicePrefix begins with it too.
-constexpr char kGroupPrefix[] = "p2p-";
-
 // The network name of every group begins with this. The mode in STATUS is no help: it is that of
 // any network where the device owns the group.
 constexpr char kSsidPrefix[] = "DIRECT-";

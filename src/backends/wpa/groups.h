@@ -8,6 +8,9 @@
 
 namespace lanvoss::wpa {
 
+// The names of groups' interfaces; kDevicePrefix begins with it too.
+inline constexpr char kGroupPrefix[] = "p2p-";
+
 struct Group {
   std::string interface;
   std::string ssid;      // as wpa_supplicant prints it

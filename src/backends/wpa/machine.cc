@@ -18,7 +18,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Empty where nothing can be read.
 std::string ReadFile(const fs::path& path) {
+  std::error_code none;
+  if (fs::is_directory(path, none)) {
+    return {};  // to read one would raise an error
+  }
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
@@ -75,14 +80,29 @@ std::string ConfigurationOf(const std::string& interface) {
   return {};
 }
 
-bool AnyContains(const std::vector<std::string>& paths, const std::string& text) {
+std::string ServiceFile(const std::string& interface) {
+  return "/etc/wpa_supplicant/wpa_supplicant-nl80211-" + interface + ".conf";
+}
+
+std::string HowToStartService(const std::string& interface) {
+  return "write the configuration " + ServiceFile(interface) + " with the lines " +
+         kControlSetting + " and update_config=1, and " +
+         "sudo systemctl enable --now wpa_supplicant-nl80211@" + interface;
+}
+
+bool AnySets(const std::vector<std::string>& paths, const std::string& key,
+             const std::string& text) {
   for (const fs::path path : paths) {
     std::vector<std::string> inside;
     std::error_code none;
     for (const auto& entry : fs::directory_iterator(path, none)) {
       inside.push_back(entry.path());
     }
-    if (ReadFile(path).find(text) != std::string::npos || AnyContains(inside, text)) {
+    const std::vector<std::string> lines = Lines(ReadFile(path));
+    const bool isSet = std::ranges::any_of(lines, [&](const std::string& line) {
+      return line.starts_with(key) && line.find(text) != std::string::npos;
+    });
+    if (isSet || AnySets(inside, key, text)) {
       return true;
     }
   }
