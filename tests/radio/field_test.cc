@@ -47,6 +47,24 @@ TEST_F(Field, ReachesADeviceOverALongInterfaceName) {
   EXPECT_EQ(RunProgram("program: and by id", "ip --direct " + kName), kAddresses);
 }
 
+// Another adapter has the same wpa_supplicant, and then a name that is cut to the same.
+TEST_F(Field, SaysThatAnotherAdapterIsInTheWay) {
+  EXPECT_TRUE(RunCommand("nsenter --net=/run/netns/camera iw phy#2 set netns 1"));
+  supplicant.Kill();
+  EXPECT_TRUE(
+      RunCommand("wpa_supplicant -B -i wlan2 -c /lab/host.conf -N -i wlan0 "
+                 "-c /lab/host.conf -P /run/host.pid >/dev/null"));
+  EXPECT_TRUE(DoctorMisses("another adapter than wlan0", "wpa_supplicant-nl80211-wlan0.conf"));
+  RunCommand(ProgramCommand("", "ip " + kName));
+  EXPECT_TRUE(RunCommand(std::string("grep 'another adapter' ") + kProgramOutput));
+  supplicant.Kill();
+  RunCommand("ip link set wlan2 down; ip link set wlan2 name wlx001122334466");
+  supplicant.Rename("wlx001122334455");
+  supplicant.Start();
+  EXPECT_TRUE(DoctorMisses("begin alike", "wlx001122334466 name wlan0"));
+  RunCommand("ip link set wlx001122334466 name wlan2; iw phy phy2 set netns name camera");
+}
+
 TEST_F(Field, UsesTheAdaptersOwnInterface) {
   supplicant.Kill();
   supplicant.Start("p2p_no_group_iface=1\n");

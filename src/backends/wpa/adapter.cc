@@ -1,5 +1,6 @@
 #include "backends/wpa/adapter.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <net/if.h>
 #include <set>
@@ -35,16 +36,31 @@ bool MayLook() {
   return access(kControlDirectory, F_OK) != 0 || access(kControlDirectory, R_OK | X_OK) == 0;
 }
 
+// One wpa_supplicant uses one adapter for Wi-Fi Direct, the first, and sends the events to that
+// one's socket alone, but takes commands at the sockets of all.
+bool UsesAnother(const std::string& interfaces, const std::string& socketName) {
+  const std::vector<std::string> all = Lines(interfaces);
+  return !socketName.starts_with(kDevicePrefix) &&
+         std::any_of(all.begin(), all.end(), [&](const std::string& interface) {
+           return interface.starts_with(kDevicePrefix) && interface != DeviceInterface(socketName);
+         });
+}
+
 AdapterProblem ProblemOf(const std::string& socketPath) {
   std::string status;
+  std::string interfaces;
   try {
     status = Ask(socketPath, "STATUS");
+    interfaces = Ask(socketPath, "INTERFACES");
   } catch (const platform::Error&) {
     return access(socketPath.c_str(), W_OK) == 0 ? AdapterProblem::kControl
                                                  : AdapterProblem::kRight;
   }
   if (LineOf(status, "p2p_device_address").empty()) {
     return AdapterProblem::kPeerToPeer;
+  }
+  if (UsesAnother(interfaces, fs::path(socketPath).filename())) {
+    return AdapterProblem::kOtherAdapter;
   }
   return LineOf(status, "wpa_state") == "INTERFACE_DISABLED" ? AdapterProblem::kSwitchedOn
                                                              : AdapterProblem::kNothing;
@@ -93,6 +109,8 @@ std::string Explain(const Adapter& adapter) {
       return "the wpa_supplicant in " + directory + " has no interface " + adapter.name;
     case AdapterProblem::kPeerToPeer:
       return adapter.name + " has no Wi-Fi Direct, or it is disabled";
+    case AdapterProblem::kOtherAdapter:
+      return "wpa_supplicant uses another adapter than " + adapter.name + " for Wi-Fi Direct";
     case AdapterProblem::kSwitchedOn:
       return "the radio of " + adapter.name + " is switched off";
   }

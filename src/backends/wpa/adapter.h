@@ -19,11 +19,12 @@ bool IsSocketOf(const std::string& socketName, const std::string& interface);
 // What can be in the way of using an adapter.
 enum class AdapterProblem {
   kNothing,
-  kControl,     // there is no control socket in the directory
-  kRight,       // this user may not speak to it
-  kInterface,   // wpa_supplicant does not look after an interface of that name
-  kPeerToPeer,  // the adapter has no Wi-Fi Direct
-  kSwitchedOn,  // the radio is switched off
+  kControl,       // there is no control socket in the directory
+  kRight,         // this user may not speak to it
+  kInterface,     // wpa_supplicant does not look after an interface of that name
+  kPeerToPeer,    // the adapter has no Wi-Fi Direct
+  kOtherAdapter,  // wpa_supplicant looks after several, and uses another one for Wi-Fi Direct
+  kSwitchedOn,    // the radio is switched off
 };
 
 struct Adapter {

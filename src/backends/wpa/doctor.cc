@@ -150,6 +150,10 @@ std::string RemedyFor(const Adapter& adapter, const std::string& interface) {
       return RemedyForRight(interface);
     case AdapterProblem::kPeerToPeer:
       return RemedyForPeerToPeer(adapter, interface);
+    case AdapterProblem::kOtherAdapter:
+      return (IsRunning("NetworkManager") ? "sudo nmcli device set " + interface + " managed no, "
+                                          : std::string()) +
+             HowToStartService(interface);
     case AdapterProblem::kSwitchedOn:
       return "sudo rfkill unblock wifi";
   }
