@@ -20,4 +20,10 @@ inline bool IsDeadAndKept(const std::vector<std::string>& log) {
   return HasLine(log, "(watch) ping done ret:0 ") && !HasLine(log, "Re Pair... ");
 }
 
+// Whether the platform failed in the request that logged this and gave no address. The device may
+// have forgotten its pairing, so the host unpairs it before it asks again.
+inline bool IsPlatformFailing(const std::vector<std::string>& log) {
+  return HasLine(log, "ConnDevice Err:");
+}
+
 }  // namespace lanvoss

@@ -102,8 +102,9 @@ std::string CheckAddress(const std::string& address, const std::vector<simulated
   const bool isKnown =
       address.empty() || std::any_of(opened.begin(), opened.end(), [&](const auto& peer) {
         // The local side is empty where the platform did not give it.
-        return (local.empty() || IsSide(local, peer.localAddress)) &&
-               IsSide(remote, peer.remoteAddress);
+        const auto pairs = EndpointPairsOf(peer);
+        return !pairs.empty() && (local.empty() || IsSide(local, pairs.front().local)) &&
+               IsSide(remote, pairs.front().remote);
       });
   return isKnown ? std::string() : "no link was opened that has the addresses " + address;
 }
@@ -197,6 +198,7 @@ std::string CheckCache(const std::string& file, const std::map<std::string, std:
 }
 
 std::string ReasonOfFailure(const Lines& log, std::int64_t tookMs) {
+  constexpr char kHostMeanwhile[] = "the host disconnected, or stopped the watcher, meanwhile";
   if (HasLine(log, "abort DisConnect:1")) {
     return "the end of a held link was reported and read as giving up";
   }
@@ -215,14 +217,17 @@ std::string ReasonOfFailure(const Lines& log, std::int64_t tookMs) {
   if (HasLine(log, "Re FromIdAsync:5")) {
     return "every open request gave none";
   }
+  if (tookMs < kDoneWaitMs && HasLine(log, "WatchDeviceAdded: id:")) {
+    return "the device was reported without its name";
+  }
   if (HasLine(log, "DoDisConnect ...")) {
-    return "the host disconnected meanwhile";
+    return kHostMeanwhile;
   }
   if (HasLine(log, "wfdDevice is null, return")) {
     return "an attempt from before ended and woke the request";
   }
   if (tookMs < kDoneWaitMs && HasLine(log, "(watch) Stop Watcher...")) {
-    return "the host stopped the watcher meanwhile";
+    return kHostMeanwhile;
   }
   if (!HasLine(log, "watch start...")) {
     return "the running pass had reported the device before";

@@ -125,6 +125,9 @@ class Player {
     for (const simulated::Peer& peer : case_.peers) {
       peers_.push_back(air_.Add(peer));
     }
+    for (const std::uint32_t atMs : case_.abortsAtMs) {
+      air_.AbortWatchersAfter(atMs);
+    }
     Plant();
     Make();
     air_.After(kScriptsEndMs, [this] { air_.ReleaseHangs(); });
@@ -171,7 +174,7 @@ class Player {
       time_->Sleep(static_cast<std::uint32_t>(left));
     }
     air_.faults().Clear();
-    air_.SetHabits({.handlersOverlap = case_.habits.handlersOverlap});
+    air_.SetHabits(WithoutHindrance(case_.habits));
     for (const simulated::PeerHandle& peer : peers_) {
       peer.Disappear();
     }
@@ -199,6 +202,21 @@ class Player {
     witness_.Violate(Do({.operation = Operation::kGetDeviceIp, .argument = kWanted}) == address
                          ? ""
                          : "the link did not last");
+  }
+
+  // The platform's habits that may cost time and requests, and prevent no link.
+  static simulated::Habits WithoutHindrance(const simulated::Habits& habits) {
+    simulated::Habits rest;
+    if (habits.findMs != simulated::kNever) {
+      rest.enumerationMs = kLongPassMs;
+    }
+    rest.findMs = habits.findMs;
+    rest.handlersOverlap = habits.handlersOverlap;
+    rest.stopWaitsForHandlers = habits.stopWaitsForHandlers;
+    rest.abortedReported = habits.abortedReported;
+    rest.idsVary = habits.idsVary;
+    rest.pairedAsReported = habits.pairedAsReported;
+    return rest;
   }
 
   // Whether the address is that of a device of the wanted name whose link is up. A link that went
@@ -231,15 +249,30 @@ class Player {
     const bool hadOthers = running_ > 0;
     const std::string address = Do({.operation = Operation::kGetDeviceIp, .argument = kWanted});
     ++report_.requests;
-    if (address.empty()) {
-      std::string reason = ReasonOfFailure(host_.Log(before), time_->Clock() - begun);
-      if (reason.empty() && hadOthers) {
-        reason = "one of the host's callbacks was under way";
-      }
-      witness_.Violate(reason.empty() ? "no link, and for no known reason" : "");
-      CountReason(reason);
+    if (!address.empty()) {
+      return address;
+    }
+    const Lines log = host_.Log(before);
+    std::string reason = ReasonOfFailure(log, time_->Clock() - begun);
+    if (reason.empty() && IsAnyAbortSince(begun)) {
+      reason = "the platform ended the watcher and reported nothing";
+    }
+    if (reason.empty() && hadOthers) {
+      reason = "one of the host's callbacks was under way";
+    }
+    witness_.Violate(reason.empty() ? "no link, and for no known reason" : "");
+    CountReason(reason);
+    if (IsPlatformFailing(log)) {
+      Do({.operation = Operation::kUnpair, .argument = kWanted});
     }
     return address;
+  }
+
+  bool IsAnyAbortSince(std::int32_t begun) const {
+    const auto now = static_cast<std::uint32_t>(time_->Clock());
+    return std::ranges::any_of(case_.abortsAtMs, [&](std::uint32_t atMs) {
+      return atMs >= static_cast<std::uint32_t>(begun) && atMs <= now;
+    });
   }
 
   void CountReason(const std::string& reason) {
@@ -427,9 +460,12 @@ class Player {
                        [call](const PlannedFault& fault) { return fault.call == call; });
   }
 
-  // Whether something in the case raises exceptions. The wanted device fails in nothing by itself.
+  // Whether something in the case raises exceptions. The wanted device fails in nothing by itself,
+  // but may forget a pairing.
   bool MayThrow() const {
-    const bool refuses = case_.habits.stopElsewhere == simulated::StopElsewhere::kRefused;
+    const bool refuses = case_.habits.stopElsewhere == simulated::StopElsewhere::kRefused ||
+                         case_.habits.closedStatusRaises ||
+                         case_.peers.front().linksPerPairing != simulated::kUnlimited;
     return refuses || !case_.faults.empty() || !case_.reactions.empty() || case_.peers.size() > 1;
   }
 

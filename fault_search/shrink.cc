@@ -28,6 +28,47 @@ bool ShrinkPart(TestCase& testCase, bool free, std::size_t kept, Part part) {
   return shrunk;
 }
 
+// Tries the case with a usual value in one of its fields.
+template <typename Field, typename Value>
+bool Reset(TestCase& testCase, bool free, Field field, const Value& usual) {
+  TestCase plainer = testCase;
+  field(plainer) = usual;
+  if (Describe(plainer) == Describe(testCase) || !StillFails(plainer, free)) {
+    return false;
+  }
+  testCase = std::move(plainer);
+  return true;
+}
+
+// The same with each of these members of a part.
+template <typename Whole, typename Part, typename... Members>
+bool ResetMembers(TestCase& testCase, bool free, Part part, Members Whole::*... members) {
+  const Whole usual{};
+  return (Reset(
+              testCase, free, [&](TestCase & each) -> auto& { return part(each).*members; },
+              usual.*members) |
+          ...);
+}
+
+bool ResetHabits(TestCase& testCase, bool free) {
+  using simulated::Habits;
+  using simulated::Peer;
+  const auto habits = [](TestCase & each) -> auto& { return each.habits; };
+  bool shrunk = Reset(testCase, free, habits, Habits());
+  shrunk |= ResetMembers(
+      testCase, free, habits, &Habits::ignoredStarts, &Habits::enumerationMs, &Habits::findMs,
+      &Habits::stopMs, &Habits::statusReportMs, &Habits::stopElsewhere, &Habits::handlersOverlap,
+      &Habits::stoppedReported, &Habits::stopWaitsForHandlers, &Habits::abortedReported,
+      &Habits::absentReported, &Habits::idsVary, &Habits::pairedAsReported,
+      &Habits::closedStatusRaises, &Habits::onClose, &Habits::onUnpair, &Habits::onDrop);
+  for (std::size_t i = 0; i < testCase.peers.size(); ++i) {
+    const auto peer = [i](TestCase & each) -> auto& { return each.peers[i]; };
+    shrunk |= ResetMembers(testCase, free, peer, &Peer::namelessReports, &Peer::endpointPairs,
+                           &Peer::endpointPairsMs, &Peer::linksPerPairing);
+  }
+  return shrunk;
+}
+
 bool ShrinkOnce(TestCase& testCase, bool free) {
   bool shrunk = false;
   const auto shrink = [&](std::size_t kept, auto part) {
@@ -53,13 +94,9 @@ bool ShrinkOnce(TestCase& testCase, bool free) {
     shrink(
         0, [peer](TestCase & each) -> auto& { return each.peers[peer].pairings; });
   }
-  TestCase ordinary = testCase;
-  ordinary.habits = {};
-  if (Describe(ordinary) != Describe(testCase) && StillFails(ordinary, free)) {
-    testCase = std::move(ordinary);
-    shrunk = true;
-  }
-  return shrunk;
+  shrink(
+      0, [](TestCase & each) -> auto& { return each.abortsAtMs; });
+  return ResetHabits(testCase, free) || shrunk;
 }
 
 }  // namespace

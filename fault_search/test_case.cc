@@ -1,11 +1,8 @@
 #include "test_case.h"
 
 #include <algorithm>
-#include <array>
 #include <initializer_list>
-#include <iterator>
 #include <random>
-#include <string_view>
 
 namespace lanvoss::search {
 namespace {
@@ -16,40 +13,8 @@ using simulated::Failure;
 using simulated::LinkEnd;
 using simulated::Outcome;
 
-constexpr std::array kCallNames = {"GetDeviceSelector",
-                                   "CreateWatcher",
-                                   "CreateConnectionParameters",
-                                   "FromIdAsync",
-                                   "watcher Status",
-                                   "watcher Start",
-                                   "watcher Stop",
-                                   "watcher subscribe",
-                                   "watcher revoke",
-                                   "information Id",
-                                   "information Name",
-                                   "information Pairing",
-                                   "update Id",
-                                   "IsPaired",
-                                   "Custom",
-                                   "UnpairAsync",
-                                   "GroupOwnerIntent",
-                                   "PreferredPairingProcedure",
-                                   "PairingRequested subscribe",
-                                   "PairAsync",
-                                   "pairing Status",
-                                   "PairingKind",
-                                   "GetDeferral",
-                                   "Accept",
-                                   "ConnectionStatus",
-                                   "ConnectionStatusChanged subscribe",
-                                   "GetConnectionEndpointPairs",
-                                   "endpoint pair GetAt",
-                                   "LocalHostName or RemoteHostName",
-                                   "DisplayName",
-                                   "device Close",
-                                   "opening of an ICMP socket",
-                                   "opening of a file"};
-static_assert(kCallNames.size() == simulated::kCalls);
+// Some come when nothing fails any more, and cost a request.
+constexpr std::uint32_t kLastAbortMs = kScriptsEndMs + 20'000;
 
 // What is thrown for a case, in a fixed order.
 class Dice {
@@ -207,88 +172,44 @@ Reaction GenerateReaction(Dice& dice) {
           .step = GenerateStep(dice)};
 }
 
-std::string Quoted(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char byte : text) {
-    quoted += byte == '\n' ? std::string("\\n") : std::string(1, byte);
+void AddFieldHabits(Dice& dice, simulated::Peer& peer, bool isWanted) {
+  peer.namelessReports = dice.Pick<std::uint32_t>({0, 0, 1, 2});
+  if (dice.Chance(0.3) && !peer.endpointPairs) {
+    peer.endpointPairs = {{u"fe80::1", u"fe80::2"}, {peer.localAddress, peer.remoteAddress}};
   }
-  return quoted + "\"";
-}
-
-std::string KindName(Failure::Kind kind) {
-  switch (kind) {
-    case Failure::Kind::kError:
-      return "raises the platform's error";
-    case Failure::Kind::kCancelled:
-      return "raises the platform's cancellation";
-    case Failure::Kind::kOther:
-      return "raises another exception";
-    case Failure::Kind::kNone:
-      return "gives none";
+  if (dice.Chance(0.3)) {
+    peer.linksPerPairing = dice.Between(1, 2);
+    peer.openError = dice.Pick({platform::kErrorNotFound, platform::kErrorFail});
   }
-  return {};
-}
-
-std::string Describe(const PlannedFault& fault) {
-  return std::string("fault: ") + kCallNames[static_cast<std::size_t>(fault.call)] + " " +
-         (fault.delayMs > 0 ? "is " + std::to_string(fault.delayMs) + " ms late"
-                            : KindName(fault.failure.kind)) +
-         ", share " + std::to_string(fault.share);
-}
-
-std::string Describe(const std::vector<Outcome>& outcomes, const std::string& what) {
-  constexpr std::array kNames = {"succeeds", "gives none", "fails", "is cancelled", "hangs"};
-  std::string text;
-  for (const Outcome outcome : outcomes) {
-    text += ", " + what + " " + kNames[static_cast<std::size_t>(outcome)];
+  // No request gets the addresses of such a device.
+  if (dice.Chance(0.3) && !isWanted) {
+    peer.endpointPairsMs = dice.Between(1, 3'000);
   }
-  return text;
 }
 
-std::string Describe(const simulated::ScriptStep& step) {
-  constexpr std::array kActs = {"appears",     "disappears",    "is renamed",
-                                "goes silent", "answers again", "drops its links"};
-  return "; at " + std::to_string(step.atMs) + " ms " + kActs[static_cast<std::size_t>(step.act)] +
-         (step.act == Act::kRename ? " " + platform::Utf16ToUtf8(step.newName) : "");
-}
-
-std::string Describe(const simulated::Peer& peer) {
-  std::string text =
-      "device " + platform::Utf16ToUtf8(peer.name) + " " + platform::Utf16ToUtf8(peer.id) +
-      (peer.present ? "" : ", absent") + (peer.paired ? ", paired" : "") + ", appears " +
-      std::to_string(peer.appearMs) + " pairs " + std::to_string(peer.pairMs) + " opens " +
-      std::to_string(peer.openMs) + " ms, answers a share of " + std::to_string(peer.echoShare) +
-      Describe(peer.pairings, "a pairing") + Describe(peer.openings, "an opening");
-  for (const simulated::ScriptStep& step : peer.script) {
-    text += Describe(step);
+// What platforms in the field do besides. It is added last, so that the rest of a case stays what
+// its seed has always given.
+void AddFieldHabits(Dice& dice, TestCase& testCase) {
+  simulated::Habits& habits = testCase.habits;
+  habits.stopWaitsForHandlers = dice.Chance(0.8);
+  if (dice.Chance(0.4)) {
+    return;
   }
-  return text;
-}
-
-std::string Describe(const Reaction& reaction) {
-  const std::string at = "at notification " + std::to_string(reaction.nth) + " the host ";
-  switch (reaction.kind) {
-    case Reaction::Kind::kOperation:
-      return at + "calls " + Describe(reaction.step);
-    case Reaction::Kind::kLetGo:
-      return at + "lets go";
-    case Reaction::Kind::kThrow:
-      return at + "throws";
-    case Reaction::Kind::kLetGoAndThrow:
-      return at + "lets go and throws";
+  habits.abortedReported = dice.Chance(0.3);
+  habits.absentReported = dice.Chance(0.3);
+  habits.idsVary = dice.Chance(0.3);
+  habits.pairedAsReported = dice.Chance(0.3);
+  habits.closedStatusRaises = dice.Chance(0.15);
+  if (dice.Chance(0.3)) {
+    habits.findMs = dice.Between(2'000, 6'000);
+    habits.enumerationMs = kLongPassMs;
   }
-  return {};
-}
-
-std::string Describe(const simulated::Habits& habits) {
-  const auto number = [](auto value) { return std::to_string(static_cast<std::uint32_t>(value)); };
-  return "platform: ignored starts " + number(habits.ignoredStarts) + ", enumeration " +
-         number(habits.enumerationMs) + " ms, stop " + number(habits.stopMs) +
-         " ms, status report " + number(habits.statusReportMs) + " ms, stop elsewhere " +
-         number(habits.stopElsewhere) + ", overlap " + number(habits.handlersOverlap) +
-         ", stopped reported " + number(habits.stoppedReported) + ", link ends close " +
-         number(habits.onClose) + " unpair " + number(habits.onUnpair) + " drop " +
-         number(habits.onDrop);
+  for (std::uint32_t i = dice.Pick<std::uint32_t>({0, 0, 1, 3}); i > 0; --i) {
+    testCase.abortsAtMs.push_back(dice.Between(0, kLastAbortMs));
+  }
+  for (simulated::Peer& peer : testCase.peers) {
+    AddFieldHabits(dice, peer, &peer == &testCase.peers.front());
+  }
 }
 
 }  // namespace
@@ -301,7 +222,7 @@ TestCase GenerateCase(std::uint64_t seed) {
     testCase.peers.push_back(GeneratePeer(dice, i));
   }
   if (dice.Chance(0.8)) {
-    for (std::size_t call = 0; call < kCallNames.size(); ++call) {
+    for (std::size_t call = 0; call < simulated::kCalls; ++call) {
       if (dice.Chance(0.1)) {
         testCase.faults.push_back(GenerateFault(dice, static_cast<Call>(call)));
       }
@@ -320,6 +241,7 @@ TestCase GenerateCase(std::uint64_t seed) {
     testCase.cache = "1|P2P#02:00:00:00:00:00|02:00:00:00:00:00|Cam|2024-03-01 08:00:00.000\n";
   }
   testCase.bare = dice.Chance(0.5);
+  AddFieldHabits(dice, testCase);
   return testCase;
 }
 
@@ -330,37 +252,6 @@ bool Hangs(const TestCase& testCase) {
   return std::any_of(
       testCase.peers.begin(), testCase.peers.end(),
       [&](const simulated::Peer& peer) { return hangs(peer.openings) || hangs(peer.pairings); });
-}
-
-std::string Describe(const Step& step) {
-  constexpr std::array kNames = {"StartWatch", "StopWatch", "GetDeviceIp", "AbortConnect",
-                                 "DisConnect", "Unpair",    "PingCheck"};
-  return std::string(kNames[static_cast<std::size_t>(step.operation)]) + "(" +
-         Quoted(step.argument) + ")";
-}
-
-std::vector<std::string> Describe(const TestCase& testCase) {
-  std::vector<std::string> lines = {Describe(testCase.habits)};
-  const auto tellAll = [&lines](const auto& parts) {
-    std::transform(parts.begin(), parts.end(), std::back_inserter(lines),
-                   [](const auto& part) { return Describe(part); });
-  };
-  tellAll(testCase.peers);
-  tellAll(testCase.faults);
-  for (std::size_t host = 0; host < testCase.hosts.size(); ++host) {
-    for (const Step& step : testCase.hosts[host]) {
-      lines.push_back("host " + std::to_string(host + 1) + " after " +
-                      std::to_string(step.pauseMs) + " ms: " + Describe(step));
-    }
-  }
-  tellAll(testCase.reactions);
-  if (!testCase.cache.empty()) {
-    lines.push_back("the cache knows Cam");
-  }
-  if (testCase.bare) {
-    lines.push_back("operations run on the bare object");
-  }
-  return lines;
 }
 
 }  // namespace lanvoss::search

@@ -14,6 +14,8 @@ namespace lanvoss::search {
 inline constexpr std::uint32_t kScriptsEndMs = 90'000;
 // The longest that one pairing, opening, closing or unpairing takes that does not hang.
 inline constexpr std::uint32_t kLongestLatencyMs = 2'000;
+// A pass of a platform that looks for devices at its beginning alone.
+inline constexpr std::uint32_t kLongPassMs = 30'000;
 // The longest that a late platform call is late.
 inline constexpr std::uint32_t kLongestDelayMs = 3'000;
 
@@ -52,6 +54,7 @@ struct PlannedFault {
 struct TestCase {
   std::uint64_t seed = 0;
   simulated::Habits habits = {};
+  std::vector<std::uint32_t> abortsAtMs = {};  // when a watcher that runs is aborted
   // The host wants the first one in the end, so that one can be reached when nothing fails.
   std::vector<simulated::Peer> peers = {};
   std::vector<PlannedFault> faults = {};

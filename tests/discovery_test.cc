@@ -237,6 +237,27 @@ TEST_F(Discovery, AHandlerThatThePlatformRefusesEndsThere) {
   expectedEscapes = 1;
 }
 
+TEST_F(Discovery, AStopInsideAHandlerThatThePlatformWaitsForEnds) {
+  air.Add({.name = u"A"});
+  air.Add({.name = u"B"});
+  Open();
+  Duration took;
+  At("2 WatchDeviceAdded", [&] { took = TimeOf([&] { EXPECT_EQ(lanvoss->StopWatch(), 0); }); });
+  lanvoss->StartWatch("");
+  Advance(20'000);
+  EXPECT_EQ(took, 5 * 3000);
+  EXPECT_TRUE(Logged("(watch) DeviceWatcher stopped."));
+  Open();
+  At("watchdone", [&] { took = TimeOf([&] { lanvoss->StopWatch(); }); });
+  lanvoss->StartWatch("");
+  Advance(20'000);
+  EXPECT_EQ(took, 0) << "it does not count as running";
+  At("1 WatchDeviceAdded", [&] { took = TimeOf([&] { lanvoss.reset(); }); });
+  lanvoss->StartWatch("");
+  Advance(20'000);
+  EXPECT_EQ(took, 5 * 3000) << "the end of the object";
+}
+
 TEST_F(Discovery, StopWatchOfANamedWatchMeetsTheNextPass) {
   Open();
   lanvoss->StartWatch("Nobody");

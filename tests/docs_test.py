@@ -132,6 +132,17 @@ def check_scenarios():
         expect(f'`"{word}"`' in text, f"scenarios.md does not have {word}")
 
 
+def check_reasons():
+    """Why a request can be without a link, as the fault search counts it."""
+    code = [(ROOT / "fault_search" / file).read_text() for file in ("invariants.cc", "player.cc")]
+    reasons = re.findall(r'"(.*?)"', "".join(re.findall(
+        r'(?<!void )CountReason\([^;]*;|\breason = [^;]*;', code[1]))) + re.findall(
+        r'(?:return|char kHostMeanwhile\[\] =) "(.*?)";', code[0].split("ReasonOfFailure")[1])
+    cases = {case.lower() for _, case, *_ in rows("docs/behaviour.md")}
+    for reason in reasons:
+        expect(reason in cases, f"behaviour.md does not have: {reason}")
+
+
 def check_links():
     for page in [*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")]:
         for target in re.findall(r"\]\((?!https?:)([^)#]+)", page.read_text()):
@@ -141,5 +152,6 @@ def check_links():
 check_limits()
 check_notifications(sys.argv[1])
 check_scenarios()
+check_reasons()
 check_links()
 sys.exit("\n".join(faults) or 0)

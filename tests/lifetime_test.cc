@@ -303,25 +303,6 @@ TEST_F(Lifetime, TheEndIsNotHeldUpByAWaitOfTheLibrary) {
   EXPECT_EQ(rest, 0) << "nobody waits for the end of the attempt meanwhile";
 }
 
-TEST_F(Lifetime, AStopInsideAHandlerThatThePlatformWaitsForEnds) {
-  Open();
-  Duration took;
-  At("2 WatchDeviceAdded", [&] { took = TimeOf([&] { EXPECT_EQ(lanvoss->StopWatch(), 0); }); });
-  lanvoss->StartWatch("");
-  Advance(20'000);
-  EXPECT_EQ(took, 5 * 3000);
-  EXPECT_TRUE(Logged("(watch) DeviceWatcher stopped."));
-  Open();
-  At("watchdone", [&] { took = TimeOf([&] { lanvoss->StopWatch(); }); });
-  lanvoss->StartWatch("");
-  Advance(20'000);
-  EXPECT_EQ(took, 0) << "it does not count as running";
-  At("1 WatchDeviceAdded", [&] { took = TimeOf([&] { lanvoss.reset(); }); });
-  lanvoss->StartWatch("");
-  Advance(20'000);
-  EXPECT_EQ(took, 5 * 3000) << "the end of the object";
-}
-
 TEST_F(Lifetime, ACeremonyThatComesLateFindsTheGateClosed) {
   Open();
   const auto host = Host([object = lanvoss.get()] { object->GetDeviceIp("Cam"); });

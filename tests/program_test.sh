@@ -76,6 +76,11 @@ expect 2 '' 1 "${program[@]}" ip Cam --scenario "$work/none.json"
 expect 130 '*' 1 interrupted "${program[@]}" ip Nobody "${common[@]}"
 expect 130 '*' 1 interrupted "${program[@]}" watch Nobody "${common[@]}"
 
+app=$(dirname "$0")/../apps/lanvoss
+for scenario in "$app"/scenarios/*.json; do
+  expect 0 '*' 0 "${program[@]}" run 'sleep 1' --dir "$work" --scenario "$scenario"
+done
+
 expect 0 "Refuses*-*-* *:*:* *WiFiDirect#*" 0 "${program[@]}" devices --dir "$work"
 expect 1 '' 1 "${program[@]}" devices --dir "$work/none"
 expect 130 '*up 192.168.49.1,*' 1 interrupted "${program[@]}" keep Cam --log "$work/log" "${common[@]}"
@@ -84,7 +89,6 @@ expect 0 "192.168.49.1,$remote" 1 fed 'fly\nip Cam\nexit\nfly' "${program[@]}" s
   "${common[@]}"
 
 # The manual and the completions know every command and option.
-app=$(dirname "$0")/../apps/lanvoss
 for word in $("${program[@]}" --help | sed -nE 's/^  (-h,)?((--)?[a-z]+) .*/\2/p'); do
   for file in manual/lanvoss.1 completions/{lanvoss.bash,_lanvoss,lanvoss.fish}; do
     if ! grep -qE -- "(^|[^a-z-])-{0,2}${word#--}([^a-z-]|$)" "$app/$file"; then

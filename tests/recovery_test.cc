@@ -184,6 +184,37 @@ TEST_F(Recovery, CheckAndThenAskEndsWithAWorkingLink) {
   }
 }
 
+// The same, and an unpairing after an answer that is empty.
+TEST_F(Recovery, TheLoopEndsWithALinkOnAPlatformAsSeenInTheField) {
+  air.SetHabits({.enumerationMs = 30'000,
+                 .findMs = 5000,
+                 .absentReported = true,
+                 .idsVary = true,
+                 .pairedAsReported = true});
+  air.Add({.name = u"Gone", .present = false, .paired = true, .appearMs = 100});
+  const std::vector<simulated::AddressPair> pairs = {{u"fe80::2", u"fe80::1"},
+                                                     {u"192.168.49.1", u"192.168.49.20"}};
+  const PeerHandle cam =
+      air.Add({.name = u"Cam", .namelessReports = 1, .endpointPairs = pairs, .linksPerPairing = 1});
+  Open();
+  for (int links = 0; links < 3; ++links) {
+    std::string address;
+    for (int requests = 0; address.empty() && requests < 4; ++requests) {
+      lanvoss->PingCheck();
+      air.AbortWatchersAfter(requests == 0 ? 200 : simulated::kNever);
+      address = lanvoss->GetDeviceIp("Cam");
+      if (address.empty()) {
+        lanvoss->Unpair("Cam");
+        Advance(1000);
+      }
+    }
+    EXPECT_EQ(address, "fe80::2,fe80::1");
+    EXPECT_EQ(cam.LinksUp(), 1U);
+    cam.DropLink();
+    Advance(1000);
+  }
+}
+
 TEST_F(Recovery, AnUnpairingThatNothingReportsIsWaitedFor100Seconds) {
   const PeerHandle cam = air.Add({.name = u"Cam"});
   Connect("Cam");
