@@ -307,7 +307,8 @@ class Player {
       witness_.Violate("an exception left a handler, although nothing raised one");
     }
     if (case_.reactions.empty() && !MayLackWatcher()) {
-      witness_.Violate(CheckCounts(host_.Log(), CallCounts(), MayThrow()));
+      const bool forgets = case_.peers.front().linksPerPairing != simulated::kUnlimited;
+      witness_.Violate(CheckCounts(host_.Log(), CallCounts(), MayThrow() || forgets));
     }
     witness_.Violate(CheckOutput(TheOutput().Take(), host_.Log(), !free_));
     // A load or a write that was refused is not made up for.
@@ -460,12 +461,11 @@ class Player {
                        [call](const PlannedFault& fault) { return fault.call == call; });
   }
 
-  // Whether something in the case raises exceptions. The wanted device fails in nothing by itself,
-  // but may forget a pairing.
+  // Whether something in the case raises exceptions into handlers or the host. The wanted device
+  // alone does not.
   bool MayThrow() const {
     const bool refuses = case_.habits.stopElsewhere == simulated::StopElsewhere::kRefused ||
-                         case_.habits.closedStatusRaises ||
-                         case_.peers.front().linksPerPairing != simulated::kUnlimited;
+                         case_.habits.closedStatusRaises;
     return refuses || !case_.faults.empty() || !case_.reactions.empty() || case_.peers.size() > 1;
   }
 

@@ -66,6 +66,21 @@ TEST_F(Connection, ADeviceWithoutAPairingObjectIsOpenedAsItIs) {
   EXPECT_TRUE(Logged("(watch) Watch again,try..."));
 }
 
+TEST_F(Connection, APairingThatTheDeviceHasForgottenIsMadeAgainAfterAnUnpairing) {
+  const PeerHandle cam = air.Add({.name = u"Cam", .linksPerPairing = 1});
+  air.SetHabits({.pairedAsReported = true});
+  Connect("Cam");
+  lanvoss->DisConnect("");
+  EXPECT_EQ(Ask("\nCam", ""), 400 + 100'000);
+  EXPECT_TRUE(Logged("PairAsync Status: AlreadyPaired")) << "it was reported before its pairing";
+  EXPECT_TRUE(Logged("(watch) ConnDevice Err:Element not found."));
+  EXPECT_EQ(Ask("Cam", ""), 100'000);
+  EXPECT_EQ(cam.LinksOpened(), 1U);
+  lanvoss->Unpair("Cam");
+  Advance(100);
+  EXPECT_EQ(Ask("Cam", kAddress), 1500);
+}
+
 TEST_F(Connection, TheLinkThatGoesDownIsForgotten) {
   const PeerHandle cam = air.Add({.name = u"Cam"});
   Connect("Cam");

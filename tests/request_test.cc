@@ -97,6 +97,15 @@ TEST_F(Request, TheNextOneContinuesWhenTheHandlerReturns) {
   EXPECT_EQ(cam.OpenRequests(), 1U);
 }
 
+TEST_F(Request, AWatcherThatIsAbortedIsStartedByTheNextOne) {
+  air.Add({.name = u"Cam"});
+  Open();
+  air.AbortWatchersAfter(100);
+  EXPECT_EQ(Ask("Cam", ""), 100'000) << "nothing is heard of it";
+  EXPECT_EQ(air.faults().Count(Call::kWatcherStop), 0U) << "it is at rest";
+  EXPECT_EQ(Ask("Cam", kAddress), 1500);
+}
+
 TEST_F(Request, AnOpenThatHangsIsCounted) {
   air.Add({.name = u"Cam", .paired = true, .openings = {Outcome::kHangs}});
   Open();
@@ -249,21 +258,6 @@ TEST_F(Request, WithoutEndpointPairsThereIsNoAddress) {
       Logged("(watch) ConnDevice Err:The operation attempted to access data outside the "
              "valid range"));
   EXPECT_EQ(never.LinksUp() + late.LinksUp(), 0U);
-}
-
-TEST_F(Request, APairingThatTheDeviceHasForgottenIsMadeAgainAfterAnUnpairing) {
-  const PeerHandle cam = air.Add({.name = u"Cam", .linksPerPairing = 1});
-  air.SetHabits({.pairedAsReported = true});
-  Connect("Cam");
-  lanvoss->DisConnect("");
-  EXPECT_EQ(Ask("\nCam", ""), 400 + 100'000);
-  EXPECT_TRUE(Logged("PairAsync Status: AlreadyPaired")) << "it was reported before its pairing";
-  EXPECT_TRUE(Logged("(watch) ConnDevice Err:Element not found."));
-  EXPECT_EQ(Ask("Cam", ""), 100'000);
-  EXPECT_EQ(cam.LinksOpened(), 1U);
-  lanvoss->Unpair("Cam");
-  Advance(100);
-  EXPECT_EQ(Ask("Cam", kAddress), 1500);
 }
 
 TEST_F(Request, AnEndpointWithoutAHostNameIsAnEmptySide) {
