@@ -17,7 +17,7 @@ class Cache : public ScenarioTest {
   Lines LogOfLoading(const std::string& bytes) {
     WriteFile(CachePath(), bytes);
     lanvoss.reset();
-    Log();
+    ForgetOutput();
     Open();
     return Log();
   }
@@ -57,12 +57,12 @@ TEST_F(Cache, BrokenFilesLoadWhatTheyHold) {
   EXPECT_EQ(LogOfLoading("\n\n\n"), Lines{});
   EXPECT_EQ(LogOfLoading(line + std::string("2|B|m|x\0|y", 10) + line),
             (Lines{"1 Device:Cam id:A"}))
-      << "nothing behind a zero byte counts";
+      << "nothing after a zero byte counts";
   for (std::size_t length = 0; length < line.size(); ++length) {
     EXPECT_LE(LogOfLoading(line.substr(0, length)).size(), 1U);
   }
   fs::resize_file(CachePath(), 0x80000000);  // sparse; a size of more than 31 bits
-  Notified();
+  ForgetOutput();
   Open();
   EXPECT_EQ(Notified(), Lines{});
   std::mt19937 random(7);
@@ -108,7 +108,7 @@ TEST_F(Cache, ThePathIsTheHostsTextAsItIs) {
   };
   fs::create_directory(directory.path / "sub");
   WriteFile(directory.path / "sub" / "deviceinfo.bin", "1|A|m|Cam|2024\n");
-  Printed();
+  ForgetOutput();
   EXPECT_TRUE(cacheIn((directory.path / "sub" / "").string()));
   EXPECT_NE(Printed().find("1 Device:Cam id:A"), std::string::npos) << "ends in a separator";
   time->SetCurrentDirectory((directory.path / "sub").string());
@@ -136,7 +136,7 @@ TEST_F(Cache, ACurrentDirectoryThatIsTooLongIsNoPlace) {
     fs::create_directory(deep);
     WriteFile(deep + "/deviceinfo.bin", "1|A|m|Cam|2024\n");
     time->SetCurrentDirectory(deep);
-    Printed();
+    ForgetOutput();
     lanvoss = MakeOnStage(air, nullptr, "");
     EXPECT_EQ(Printed().find("1 Device:Cam id:A") != std::string::npos, length == 259);
   }

@@ -83,8 +83,8 @@ TEST(ChildProcess, LeavesTheReasonOfItsEnd) {
                platform::Error);
 }
 
-// Where the host lets the system forget children, the number of one that has ended may be
-// another's.
+// If the host lets the system forget children, the number of one that has ended may already mean
+// another process.
 TEST(ChildProcess, EndsWhereItIsForgotten) {
   const auto before = std::signal(SIGCHLD, SIG_IGN);
   EXPECT_EQ(Printed(Shell("echo short")), "short\n");
@@ -111,7 +111,7 @@ TEST(ChildProcess, EndsWithAKilledHost) {
     std::ifstream status("/proc/" + std::string(number.data()) + "/stat");
     std::string process;
     std::string name;
-    std::string state = "Z";  // ended, as the one who inherits it may not notice
+    std::string state = "Z";  // ended; its new parent may not notice that
     status >> process >> name >> state;
     return state == "Z";
   };

@@ -48,7 +48,7 @@ TEST_F(Connection, OnlyCeremoniesWithoutInputAreAccepted) {
     air.Add({.name = platform::Utf8ToUtf16(name), .openMs = 10, .ceremony = kind});
     EXPECT_EQ(lanvoss->GetDeviceIp(name), "");
     EXPECT_NE(Printed().find("OnPairingRequested:" + number + "\n "), std::string::npos);
-    Log();
+    ForgetOutput();
     lanvoss->AbortConnect("");
     Advance(5000);
   }
@@ -105,10 +105,10 @@ TEST_F(Connection, AnEndIsTakenInBeforeItsWaitersAreReleased) {
     Advance(500);
   });
   EXPECT_EQ(lanvoss->GetDeviceIp("Other"), "");
-  EXPECT_EQ(other.OpenRequests(), 0U) << "it reads as a wish to give up";
+  EXPECT_EQ(other.OpenRequests(), 0U) << "it counts as giving up";
 }
 
-TEST_F(Connection, AChangeToConnectedOnlyTellsTheLog) {
+TEST_F(Connection, AChangeToConnectedIsOnlyLogged) {
   const PeerHandle cam = air.Add({.name = u"Cam"});
   Connect("Cam");
   air.SetHabits({.onDrop = LinkEnd::kStaysUpReported});
@@ -124,7 +124,7 @@ TEST_F(Connection, AskingForAnotherDeviceWhileOneIsHeld) {
   const PeerHandle other =
       air.Add({.name = u"Other", .paired = true, .remoteAddress = u"10.0.0.2"});
   Connect("Cam");
-  // Closing the held one is reported as Disconnected, which reads as a wish to give up.
+  // Closing the held one is reported as Disconnected, which counts as giving up.
   EXPECT_EQ(lanvoss->GetDeviceIp("Other"), "");
   EXPECT_TRUE(Logged("(watch) wfdDevice is null, return"));
   EXPECT_EQ(other.OpenRequests(), 0U);
@@ -148,7 +148,7 @@ TEST_F(Connection, ADeviceThatCannotBeClosedIsReportedAndFollowedAgain) {
   EXPECT_EQ(lanvoss->GetDeviceIp("Other"), kAddress) << "of the held one, reported again";
   EXPECT_EQ(other.OpenRequests(), 0U);
   Advance(100);
-  Log();
+  ForgetOutput();
   cam.DropLink();
   Advance(100);
   EXPECT_EQ(Log(), Lines(2, "(watch) Connection status changed: Disconnected"));

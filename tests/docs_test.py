@@ -18,7 +18,7 @@ def expect(holds, complaint):
 
 
 def rows(page):
-    """The cells of each table row of a page, behind the heading above it."""
+    """The cells of each table row of a page, after the heading above it."""
     heading = ""
     for line in (ROOT / page).read_text().splitlines():
         if line.startswith("#"):
@@ -51,8 +51,8 @@ def check_limits():
                f"limits.md: {name} is {page.get(name)}, in the code {code.get(name)}")
 
 
-def heard_by_hosts(program):
-    """What the scenarios tell their hosts: (inside which operation, kind, message)."""
+def notifications_of(program):
+    """The notifications of the scenarios: (inside which operation, kind, message)."""
     reader, writer = os.pipe()
     with subprocess.Popen([program, "--gtest_brief=1"], stdout=subprocess.DEVNULL,
                           pass_fds=[writer], env=os.environ | {
@@ -73,25 +73,25 @@ def check_notifications(program):
              if line.startswith("`")]
     stamped = [(section, line, pattern_of(line)) for section, line in lines
                if section != "Bare lines"]
-    seen, heard_inside = set(), collections.defaultdict(set)
-    for inside, kind, message in heard_by_hosts(program):
+    seen, notified_inside = set(), collections.defaultdict(set)
+    for inside, kind, message in notifications_of(program):
         if kind != "info":
-            heard_inside[f'"{kind}"'].add(inside)
+            notified_inside[f'"{kind}"'].add(inside)
             continue
         matches = [(section, line) for section, line, pattern in stamped
                    if pattern.fullmatch(message)]
         expect(matches, f"log.md does not have {message!r}")
         seen.update(line for _, line in matches)
         for section, _ in matches:
-            heard_inside[section].add(inside)
+            notified_inside[section].add(inside)
     expect(all(line in seen for _, line, _ in stamped),
            f"log.md: never logged: {[line for _, line, _ in stamped if line not in seen]}")
     table = {re.sub(r"`|\[(.*)\].*", r"\1", what): set(where.replace("`", "").split(", "))
              for heading, what, where in rows("docs/threads.md")
              if heading == "Where it is called" and what not in ("What", "---")}
-    for what in table.keys() | heard_inside.keys():
-        expect(table.get(what) == heard_inside.get(what), f"threads.md: {what} is heard inside "
-               f"{heard_inside.get(what)}, the table says {table.get(what)}")
+    for what in table.keys() | notified_inside.keys():
+        expect(table.get(what) == notified_inside.get(what), f"threads.md: {what} is notified inside "
+               f"{notified_inside.get(what)}, the table says {table.get(what)}")
     check_lines_of_the_code(lines)
 
 

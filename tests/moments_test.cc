@@ -73,7 +73,7 @@ TEST_F(Moments, AWatchHasFoundWhomANewOneFoundInItsLastLine) {
   EXPECT_EQ(address, kAddress) << "not released by the end of the watch before";
 }
 
-TEST_F(Moments, WhetherAReportIsAFindIsDecidedAfterTheHostHasHeardOfIt) {
+TEST_F(Moments, WhetherAReportIsAFindIsDecidedAfterTheHostIsNotified) {
   air.Add({.name = u"Cam"});
   Open();
   lanvoss->StartWatch("");

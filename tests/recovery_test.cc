@@ -50,7 +50,7 @@ TEST_F(Recovery, CountsOnlyTheDevicesOwnRepliesToEachTry) {
                      {kTimeExceededCut, kTruncated, kUnrelated, kTimeExceededSelf},
                      {kOtherSequence}},
                     true),
-            // 8 ms, a time-out, 8 ms, and a time-out that the late reply has put off to 3100 ms.
+            // 8 ms, a time-out, 8 ms, and a time-out that the late reply has delayed to 3100 ms.
             "(watch) ping done ret:2 dt:6116ms DisConnect:1");
   const std::string printed = Printed();
   EXPECT_NE(printed.find("ping ...\n" + kTimedOut + kTimedOut + "["), std::string::npos);
@@ -79,7 +79,7 @@ TEST_F(Recovery, ThereIsNothingToCheckWithoutARemoteAddress) {
   air.Add({.name = u"NoLocal", .paired = true, .localAddress = std::nullopt});
   lanvoss->GetDeviceIp("NoLocal");
   Advance(100);
-  Log();
+  ForgetOutput();
   EXPECT_EQ(lanvoss->PingCheck(), "") << "its text has one field";
   EXPECT_EQ(Log(), Lines{});
   lanvoss->DisConnect("");
@@ -89,7 +89,7 @@ TEST_F(Recovery, ThereIsNothingToCheckWithoutARemoteAddress) {
   EXPECT_EQ(lanvoss->GetDeviceIp("IPv6"), "fe80::2,fe80::1") << "the first pair, whatever it is";
   Advance(100);
   lanvoss->AbortConnect("");
-  Printed();
+  ForgetOutput();
   lanvoss->PingCheck();
   EXPECT_NE(Printed().find("\xCA\xE4\xC8\xEB\xB5\xC4IP\xB5\xD8\xD6\xB7\xBB\xF2\xD3\xF2\xC3\xFB\xCE"
                            "\xDE\xD0\xA7\n"),
@@ -161,7 +161,7 @@ TEST_F(Recovery, CheckAndThenAskEndsWithAWorkingLink) {
         const std::int32_t begun = time->Clock();
         const std::string recovered = lanvoss->PingCheck();
         EXPECT_LE(time->Clock() - begun, 12'000 + 100'000 + 15'000);
-        // It opens the link itself only in time, and when nothing reads as a wish to give up.
+        // It opens the link itself only in time, and when nothing counts as giving up.
         const bool opens =
             ageMs == 0 && onUnpair == LinkEnd::kStaysUpReported && onClose == LinkEnd::kSilent;
         EXPECT_EQ(recovered, opens ? kAddress : "");
@@ -173,7 +173,7 @@ TEST_F(Recovery, CheckAndThenAskEndsWithAWorkingLink) {
         }
         EXPECT_LE(requests, 1);
         Advance(100);
-        Log();
+        ForgetOutput();
         EXPECT_EQ(lanvoss->PingCheck(), "");
         EXPECT_EQ(Log().back(), "(watch) ping done ret:4 dt:32ms DisConnect:0");
         lanvoss->DisConnect("");
@@ -238,7 +238,7 @@ TEST_F(Recovery, ADeviceThatWasNotReportedIsLookedFor) {
   const PeerHandle cam = ConnectUnreported();
   cam.GoSilent();
   air.SetHabits({.onClose = LinkEnd::kSilent, .onUnpair = LinkEnd::kStaysUpReported});
-  Log();
+  ForgetOutput();
   EXPECT_EQ(lanvoss->PingCheck(), kAddress);
   const Lines log = Log();
   EXPECT_EQ(log.at(2), "(watch) Ping Failed,Watch,Unpair,Re Pair... Cam");

@@ -47,7 +47,7 @@ TEST_F(Request, FindsPairsOpensAndReturnsBothAddresses) {
   EXPECT_EQ(cam.LinksUp(), 1U);
 
   for (const char* again : {"Cam-7F21", "\nCam-7F21", "500\nCam-7F21"}) {
-    Log();
+    ForgetOutput();
     EXPECT_EQ(Ask(again, kAddress), 0);
     EXPECT_EQ(Log(), Lines{"(watch) Dev Cam-7F21 is Connected,return ip=" + kAddress});
   }
@@ -120,7 +120,7 @@ TEST_F(Request, ConnectsDirectlyToARememberedId) {
   WriteFile(CachePath(), "1|P2P#02:11:22:33:7f:21|x|Cam|2020-01-01 00:00:00.000\n");
   air.Add({.name = u"Cam", .id = u"P2P#02:11:22:33:7f:21", .paired = true});
   Open();
-  Log();
+  ForgetOutput();
   EXPECT_EQ(Ask("\nCam", kAddress), 400);
   EXPECT_EQ(Log(), (Lines{"(watch) Connect Dev for id,name=Cam id=P2P#02:11:22:33:7f:21",
                           "(watch) ConnDevice... name=Cam id=P2P#02:11:22:33:7f:21",
@@ -272,7 +272,7 @@ TEST_F(Request, AnEndpointWithoutAHostNameIsAnEmptySide) {
              "name(NoLocal),time:700ms(700),watch:300ms(1),fromid:400ms(1) IPAddress: loc: "
              "remote:192.168.49.20"));
   lanvoss->DisConnect("");
-  Notified();
+  ForgetOutput();
   EXPECT_EQ(Ask("NoRemote", ""), 500) << "nobody could be reached";
   EXPECT_TRUE(
       Logged("(watch) Devices connected on L2 layer, connecting to "
@@ -289,7 +289,7 @@ TEST_F(Request, TheGapIsKeptFromTheLastDisconnect) {
   EXPECT_EQ(Ask("5000\nCam", kAddress), 700) << "no disconnect yet";
   lanvoss->DisConnect("");
   Advance(500);
-  Log();
+  ForgetOutput();
   EXPECT_EQ(Ask("1500\nCam", kAddress), 1000 + 700);
   EXPECT_EQ(Log()[0], "(watch) Con Dev name=Cam,Sleep=1000ms");
   lanvoss->DisConnect("");
@@ -306,7 +306,7 @@ TEST_F(Request, TheGapIsKeptFromTheLastDisconnect) {
     EXPECT_LE(Ask(none, kAddress), 700) << none;
   }
   lanvoss->DisConnect("");
-  Log();
+  ForgetOutput();
   EXPECT_EQ(Ask(" +120s\nCam", kAddress), 120 + 700) << "what begins like a number is one";
   lanvoss->DisConnect("");
   lanvoss->AbortConnect("");
@@ -329,7 +329,7 @@ TEST_F(Request, AGapBeyond32BitsIsTheLongestOne) {
   Open();
   Advance(1);
   lanvoss->DisConnect("");
-  Log();
+  ForgetOutput();
   const auto host = Host([&] { lanvoss->GetDeviceIp("99999999999999999999\nCam"); });
   Advance(10);
   EXPECT_EQ(Log(), Lines{"(watch) Con Dev name=Cam,Sleep=2147483647ms"});

@@ -17,7 +17,7 @@
 namespace lanvoss::test {
 namespace {
 
-// Without the durations where they cannot be foretold.
+// Without the durations where they are not exact.
 std::string Timeless(const std::string& line) {
   static const std::regex durations("[0-9]+ms|dt:[0-9]+");
   return kIsTimeExact ? line : std::regex_replace(line, durations, "#");
@@ -158,9 +158,7 @@ void ScenarioTest::Connect(const std::string& name) {
   }
   ASSERT_EQ(lanvoss->GetDeviceIp(name), kAddress);
   Advance(100);
-  Log();
-  Notified();
-  Printed();
+  ForgetOutput();
 }
 
 void ScenarioTest::At(const std::string& start, std::function<void()> act) {

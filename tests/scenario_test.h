@@ -27,7 +27,7 @@ using simulated::LinkEnd;
 using simulated::Outcome;
 using simulated::PeerHandle;
 
-// Lines of the log. Durations in them count only on a stage where they can be foretold.
+// Lines of the log. Durations in them count only on a stage where they are exact.
 class Lines : public std::vector<std::string> {
  public:
   using std::vector<std::string>::vector;

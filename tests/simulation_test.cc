@@ -141,16 +141,16 @@ TEST_F(Simulation, AStopEndsWhenTheHandlersHaveReturned) {
 TEST_F(Simulation, EventsThatAreOnTheirWayOutliveTheirSubscription) {
   air.Add({.name = u"A", .appearMs = 100});
   air.Add({.name = u"B", .appearMs = 200});
-  Lines heard;
+  Lines reported;
   const auto token = watcher->Added([&](auto&, auto info) {
-    heard.push_back(platform::Utf16ToUtf8(info->Name()));
+    reported.push_back(platform::Utf16ToUtf8(info->Name()));
     Advance(500);
   });
   watcher->Start();
   Advance(300);
   watcher->RevokeAdded(token);
   Advance(1000);
-  EXPECT_EQ(heard, (Lines{"A", "B"}));
+  EXPECT_EQ(reported, (Lines{"A", "B"}));
 }
 
 TEST_F(Simulation, ScriptsAndFaultsHappenWhenTheyShould) {

@@ -29,16 +29,16 @@ Timeline TimelineOf(const std::vector<Line>& lines) {
 // The headline, and "LANE ROW: LABEL BEGIN-END" of every span, with "!" when it ended badly and "?"
 // when it did not end.
 std::string TextOf(const Timeline& timeline) {
-  std::string told = timeline.headline;
+  std::string text = timeline.headline;
   for (const Span& span : timeline.spans) {
-    told += "\n" + timeline.lanes.at(span.lane).label + " " + std::to_string(span.row) + ": " +
+    text += "\n" + timeline.lanes.at(span.lane).label + " " + std::to_string(span.row) + ": " +
             span.label + " " + std::to_string(span.beginUs / 1000) + "-" +
             std::to_string(span.endUs / 1000) +
             (span.ending == Ending::kBad          ? "!"
              : span.ending == Ending::kUnfinished ? "?"
                                                   : "");
   }
-  return told;
+  return text;
 }
 
 bool IsXml(const std::string& text) {

@@ -1,5 +1,5 @@
 // How long a link takes from the request to the address, beside the same link made by hand; and
-// what many links leave behind.
+// what many links leave in the process.
 //   lanvoss_radio_bench ROUNDS   of every way
 //   lanvoss_radio_bench --links COUNT
 #include <algorithm>
@@ -32,7 +32,7 @@ const std::string kName = "Cam-7F21";
 const std::string kDevice = "42:00:00:00:01:00";
 constexpr char kFolder[] = "/tmp/bench";
 constexpr auto kRest = 1s;  // the same before and after each, on both sides
-// As somebody writes it who has read no more than the command's name.
+// As somebody would write it who has read only the name of the command.
 constexpr char kPlainFind[] = "P2P_FIND";
 
 class Bench {
@@ -48,7 +48,7 @@ class Bench {
       supplicant_.Ask(command);
     }
     camera_.ForgetCredentials();
-    camera_.Pardon();
+    camera_.EndRejection();
   }
 
   double Ours(const std::string& request, double start) {

@@ -151,7 +151,7 @@ void Camera::Reject() {
   Do("P2P_LISTEN");
 }
 
-void Camera::Pardon() {
+void Camera::EndRejection() {
   Do("P2P_FLUSH");
   Do("P2P_LISTEN");
 }

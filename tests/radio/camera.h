@@ -25,19 +25,19 @@ class Camera {
   Camera& operator=(const Camera&) = delete;
 
   void SwitchOn();
-  void Kill();  // without a farewell
+  void Kill();  // without leaving its groups first
 
   // ---- What it does when it is asked to pair. By default the host owns the group.
   void Answer();
   void KeepSilent();
   void Reject();  // the host, which must notice it within seconds
-  void Pardon();
+  void EndRejection();
   void OwnTheGroup();
 
   void Rename(const std::string& name);
   void ForgetCredentials();
   void ServeAddresses();  // in the groups that it owns, by DHCP and not in the handshake
-  void GiveAddressesOf(const std::string& network);  // likewise, in the handshake; three numbers
+  void GiveAddressesOf(const std::string& network);  // the same in the handshake; three numbers
   void InviteTheHost();                              // into the group of the first pairing
   void DropEchoes();                                 // until there is a new link
 

@@ -1,4 +1,4 @@
-// What a test of the radio plays with: a host, with the library in it, and a camera. Tells how
+// What a test of the radio plays with: a host, with the library in it, and a camera. Prints how
 // long everything takes, in milliseconds.
 #pragma once
 

@@ -83,7 +83,7 @@ TEST_F(Radio, ReportsARejection) {
   EXPECT_TRUE(IsLoggedSoon("(watch) DeviceWatcher stopped."));
   EXPECT_EQ(Ask("connect, rejected", kName), "");
   EXPECT_EQ(Logged("PairAsync Status: ConnectionRejected"), 1);
-  camera->Pardon();
+  camera->EndRejection();
   Connect("connect, pardoned", kName);
 }
 

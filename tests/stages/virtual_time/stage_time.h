@@ -13,7 +13,7 @@ using StageTime = simulated::VirtualTime;
 std::shared_ptr<StageTime> NewTime();
 // Whether threads run side by side, so that the order of what they do is open.
 bool IsTimeFree();
-// Whether it can be foretold how long something takes.
+// Whether it is known in advance how long something takes.
 inline constexpr bool kIsTimeExact = true;
 
 }  // namespace lanvoss::test
