@@ -64,8 +64,8 @@ class NotingRadio final : public platform::WiFiDirect {
   const std::shared_ptr<platform::WiFiDirect> radio_;
 };
 
-// The device appears when the watcher runs. Found any earlier, it would make the library take the
-// watcher that it stops for one that has not started, and pause before it tries again.
+// The device appears when the watcher runs. If it was found earlier, the library would stop the
+// watcher while it starts it, count that as a start without effect, and pause before the next try.
 struct AttemptRig {
   void OnNotify(const std::string& message) const {
     if (message == kStartedLine) {
@@ -104,7 +104,7 @@ class ByLibrary {
   std::shared_ptr<LanvossInterface> lanvoss_;
 };
 
-// The same calls to the platform in the same order, but those that only stamp log lines.
+// The same calls to the platform in the same order, except those that only stamp log lines.
 class ByHand {
  public:
   ByHand() {

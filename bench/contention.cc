@@ -13,7 +13,7 @@
 namespace lanvoss::bench {
 namespace {
 
-constexpr int kMostUnheard = 16;  // events on their way, so that they do not pile up
+constexpr int kMostUndelivered = 16;  // events on their way, so that they do not pile up
 
 // An object whose watcher runs, and a device that keeps changing.
 class Busy {
@@ -23,9 +23,9 @@ class Busy {
     seen_.wait(false);
     events_ = std::jthread([this](const std::stop_token& stop) {
       while (!stop.stop_requested()) {
-        ++unheard_;
+        ++undelivered_;
         camera_.Rename(u"Cam");
-        unheard_.wait(kMostUnheard);
+        undelivered_.wait(kMostUndelivered);
       }
     });
   }
@@ -33,15 +33,15 @@ class Busy {
  private:
   void OnNotify(const std::string& kind, const std::string& message) {
     if (message.starts_with("(watch) OnDeviceUpdated")) {
-      --unheard_;
-      unheard_.notify_one();
+      --undelivered_;
+      undelivered_.notify_one();
     } else if (kind == "watch") {
       seen_ = true;
       seen_.notify_one();
     }
   }
 
-  std::atomic<int> unheard_ = 0;
+  std::atomic<int> undelivered_ = 0;
   std::atomic<bool> seen_ = false;
   RecordingHost host_{
       [this](const std::string& kind, const std::string& message) { OnNotify(kind, message); },

@@ -1,8 +1,8 @@
 """Runs the benchmarks and prints one table of ratios: what the library takes beside its peer.
 
-A row's ratio is the median of the repetitions' ratios, both sides of which are interleaved, but for
-different sizes, which have a process each; behind it are the quartiles. Where one thread does all
-the work its processor time counts, else the time passed.
+A row's ratio is the median of the ratios of the repetitions; the quartiles follow it. The two sides
+are repeated in turn, except different sizes, which have a process each. Where one thread does all
+the work, its processor time counts, otherwise the elapsed time.
 """
 
 import argparse
@@ -167,7 +167,7 @@ def own_name(entry):
 @dataclasses.dataclass(frozen=True)
 class Group:
     """What is run in one process. Each subject, and each number of lines, has its own: everything
-    takes longer in the heap that a million records leave behind, and beside their log."""
+    takes longer in the heap that a million records have left, and beside their log."""
     place: str
     namespaces: bool
     big: bool

@@ -61,7 +61,7 @@ void CheckLink(LanvossInterface& lanvoss) {
   if (silent) {
     Announce("silent");
     if (!recovered) {
-      // A link is recovered once; a request would return the address of the dead one on and on.
+      // A link is recovered once; then a request returns the address of the dead link every time.
       lanvoss.DisConnect("");
     }
   }
@@ -74,11 +74,11 @@ std::string KeepLink(const std::stop_token& stop, LanvossInterface& lanvoss,
     CheckLink(lanvoss);
     std::string addresses = lanvoss.GetDeviceIp(name);
     if (addresses.empty() && !stop.stop_requested()) {
-      addresses = lanvoss.GetDeviceIp(name);  // the first may have closed what was left
+      addresses = lanvoss.GetDeviceIp(name);  // the first may have closed an old link
     }
     return addresses;
   } catch (const std::exception& error) {
-    Announce(error.what());  // the platform's; it may be better later
+    Announce(error.what());  // of the platform; it may work later
     return {};
   }
 }

@@ -55,7 +55,7 @@ HRESULT WINAPI DllGetActivationFactory(HSTRING className, IActivationFactory** f
   }
   *factory = nullptr;
   lanvoss::fake_winrt::StayLoaded();
-  // Not every runtime sees to this itself.
+  // Not every runtime checks this itself.
   return lanvoss::fake_winrt::HasApartment() ? lanvoss::fake_winrt::GetFactory(className, factory)
                                              : CO_E_NOTINITIALIZED;
 }

@@ -1,4 +1,4 @@
-// What every object that the library hands in has to answer.
+// Checks of the objects that the library passes in.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace lanvoss::fake_winrt {
 
-// Finds fault with an object that does not answer for itself as the platform expects it to.
+// Reports an object whose interfaces are not what the platform expects.
 void CheckIdentity(Session& session, const std::string& name, IUnknown& object, REFIID iid);
 
 // For a null pointer where an object belongs.

@@ -1,4 +1,4 @@
-// A list of texts that the library hands in.
+// A list of texts that the library passes in.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace lanvoss::fake_winrt {
 
-// Reads the list item by item, and finds fault with it when it reads differently in batches.
+// Reads the list item by item, and reports it when it reads differently in batches.
 std::vector<std::u16string> ReadProperties(Session& session, abi::IIterable<HSTRING>* list);
 
 }  // namespace lanvoss::fake_winrt

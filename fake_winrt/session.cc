@@ -16,7 +16,7 @@ simulated::Scenario OwnScenario() {
   return file == nullptr ? simulated::DemoScenario() : simulated::LoadScenario(file);
 }
 
-std::unique_ptr<Session> OwnNeighbourhood() {
+std::unique_ptr<Session> OwnSession() {
   const simulated::Scenario scenario = OwnScenario();
   const auto platform = simulated::CreatePlatform(windows::CreateSystem(), scenario);
   auto session = std::make_unique<Session>(platform.wifiDirect, events::RealThreads());
@@ -128,7 +128,7 @@ Session& CurrentSession() {
   if (!stage.sessions.empty()) {
     throw platform::Error(platform::kErrorIllegalMethodCall, u"The fake has no radio any more");
   }
-  return Enter(stage, OwnNeighbourhood());
+  return Enter(stage, OwnSession());
 }
 
 Ledger EndSession() {

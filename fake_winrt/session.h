@@ -34,7 +34,7 @@ class Session {
     return windows::ComPointer<Object>::Adopt(object);
   }
 
-  // The same for what the contract may give none of.
+  // The same for a target that may be none.
   template <typename Object, typename Target>
   windows::ComPointer<Object> Wrap(std::shared_ptr<Target> target) {
     return target == nullptr ? windows::ComPointer<Object>() : Make<Object>(std::move(target));

@@ -15,7 +15,7 @@ inline bool HasLine(const std::vector<std::string>& log, std::string_view part) 
 }
 
 // Whether the check that logged this found the link dead and did not recover it. Such a link would
-// be handed out on and on, so the host closes it before it asks.
+// be returned again and again, so the host closes it before it asks.
 inline bool IsDeadAndKept(const std::vector<std::string>& log) {
   return HasLine(log, "(watch) ping done ret:0 ") && !HasLine(log, "Re Pair... ");
 }

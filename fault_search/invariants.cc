@@ -91,7 +91,7 @@ std::string CheckWait(const Step& step, const std::string& address, std::int64_t
                          step.argument.find('\n') == std::string::npos && tookMs >= kDoneWaitMs &&
                          tookMs - excusedMs < 2 * kDoneWaitMs;
   return waitedOut && excusedMs == 0 && !address.empty()
-             ? Describe(step) + " waited out its time and was not told of " + address
+             ? Describe(step) + " waited out its time and was not notified of " + address
              : std::string();
 }
 
@@ -147,7 +147,7 @@ std::string CheckOutput(const std::string& printed, Lines infos, bool inOrder) {
     return {};
   }
   return "printed \"" + (line == lines.end() ? std::string("nothing more") : *line) +
-         "\" but told \"" + (info == infos.end() ? std::string("nothing more") : *info) + "\"";
+         "\" but notified \"" + (info == infos.end() ? std::string("nothing more") : *info) + "\"";
 }
 
 std::string CheckLine(const std::string& info) {
@@ -236,11 +236,11 @@ std::string ReasonOfFailure(const Lines& log, std::int64_t tookMs) {
 }
 
 std::string CheckCounts(const Lines& log, const Counts& counts, bool failed) {
-  const auto check = [failed](const char* what, std::size_t calls, std::size_t told) {
-    return calls == told || (failed && told < calls)
+  const auto check = [failed](const char* what, std::size_t calls, std::size_t logged) {
+    return calls == logged || (failed && logged < calls)
                ? std::string()
-               : std::to_string(calls) + " times " + what + ", but the log tells of " +
-                     std::to_string(told);
+               : std::to_string(calls) + " times " + what + ", but the log has " +
+                     std::to_string(logged);
   };
   const std::size_t stops =
       CountLines(log, "(watch) DeviceWatcher ok Dev=") +

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kExitViolation = 1;
 // In real time. A case that takes longer hangs.
-constexpr unsigned kStoryLimitS = 60;
+constexpr unsigned kCaseLimitS = 60;
 
 struct Options {
   std::uint64_t seeds = 0;
@@ -72,7 +72,7 @@ void Say(const Lines& lines) {
   }
 }
 
-void SayStory(const TestCase& testCase, const Report& report) {
+void SayCase(const TestCase& testCase, const Report& report) {
   search::Say("the case:");
   Say(Describe(testCase));
   search::Say("what happened:");
@@ -101,7 +101,7 @@ void SaySums(const Sums& sums, std::chrono::steady_clock::duration took) {
 
 Report PlaySeed(const TestCase& testCase, bool free) {
   playing = testCase.seed;
-  alarm(kStoryLimitS);
+  alarm(kCaseLimitS);
   const Report report = Play(testCase, free);
   alarm(0);
   return report;
@@ -120,7 +120,7 @@ int Search(const Options& options) {
       SaySums(sums, std::chrono::steady_clock::now() - begun);
       search::Say("seed " + std::to_string(seed) + " breaks a rule: " + report.violations.front());
       const TestCase shortest = Shrink(testCase, options.free);
-      SayStory(shortest, PlaySeed(shortest, options.free));
+      SayCase(shortest, PlaySeed(shortest, options.free));
       return kExitViolation;
     }
   }
@@ -131,14 +131,15 @@ int Search(const Options& options) {
 int PlayOne(const Options& options) {
   const TestCase testCase = GenerateCase(options.seed);
   const Report report = PlaySeed(testCase, options.free);
-  SayStory(testCase, report);
+  SayCase(testCase, report);
   return report.violations.empty() ? 0 : kExitViolation;
 }
 
 int Main(int argc, char** argv) {
   CLI::App app("Searches for cases in which the library breaks one of its rules.");
   Options options;
-  app.add_option("--seeds", options.seeds, "Play so many cases; without it one is played and told");
+  app.add_option("--seeds", options.seeds,
+                 "Play so many cases; without it one is played and shown");
   app.add_option("--seed", options.seed, "The first one");
   app.add_flag("--free", options.free, "Let the threads run side by side");
   CLI11_PARSE(app, argc, argv);

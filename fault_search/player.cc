@@ -280,7 +280,7 @@ class Player {
     ++report_.reasons[reason];
   }
 
-  // A dead link that is not recovered would be reported on and on.
+  // A dead link that is not recovered would be reported again and again.
   void Check() {
     const std::size_t before = host_.LogLength();
     Do({.operation = Operation::kPingCheck});
@@ -311,7 +311,7 @@ class Player {
       witness_.Violate(CheckCounts(host_.Log(), CallCounts(), MayThrow() || forgets));
     }
     witness_.Violate(CheckOutput(TheOutput().Take(), host_.Log(), !free_));
-    // A load or a write that was refused is not made up for.
+    // A load or a write that was refused is not repeated.
     if (case_.reactions.empty() && !free_ && !HasFault(simulated::Call::kOpenFile)) {
       witness_.Violate(CheckCache(CacheFile(), witness_.Devices()));
     }

@@ -5,7 +5,7 @@
 
 namespace lanvoss::search {
 
-// Leaves away one part of the case after the other as long as it still fails.
+// Leaves out one part of the case after the other as long as it still fails.
 TestCase Shrink(TestCase testCase, bool free);
 
 }  // namespace lanvoss::search

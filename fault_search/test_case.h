@@ -12,11 +12,11 @@ namespace lanvoss::search {
 
 // The scripts of the devices, and all hanging calls, have ended by then.
 inline constexpr std::uint32_t kScriptsEndMs = 90'000;
-// The longest that one pairing, opening, closing or unpairing takes that does not hang.
+// The longest time of a pairing, opening, closing or unpairing that does not hang.
 inline constexpr std::uint32_t kLongestLatencyMs = 2'000;
 // A pass of a platform that looks for devices at its beginning alone.
 inline constexpr std::uint32_t kLongPassMs = 30'000;
-// The longest that a late platform call is late.
+// The longest delay of a late platform call.
 inline constexpr std::uint32_t kLongestDelayMs = 3'000;
 
 enum class Operation {

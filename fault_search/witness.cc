@@ -11,7 +11,7 @@ std::optional<Reaction> Witness::OnNotify(const std::string& kind, const std::st
   Note("<" + kind + " " + message + ">");
   const std::lock_guard lock(mutex_);
   if (objects_ == 0) {
-    violations_.push_back("told after the object was gone: " + kind + " " + message);
+    violations_.push_back("notified after the object was gone: " + kind + " " + message);
   }
   if (kind == "info") {
     Learn(message);

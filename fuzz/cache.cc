@@ -58,9 +58,9 @@ bool HoldsAny(const std::string& characters, const std::string& id, const Device
   return holds(id) || holds(record.mac) || holds(record.name);
 }
 
-// Whether a line of the file says all that is to be known of the device. Texts are not escaped, and
+// Whether a line of the file can hold all that is known of the device. Texts are not escaped, and
 // the parts of a stamp have four digits, two, or three.
-bool CanBeCarried(const std::string& id, const DeviceRecord& record) {
+bool FitsIntoALine(const std::string& id, const DeviceRecord& record) {
   const lanvoss::platform::LocalTime& seen = record.seen;
   return !id.empty() && !record.name.empty() && !HoldsAny({'|', '\n', '\0'}, id, record) &&
          seen.year <= 9999 &&
@@ -86,9 +86,9 @@ void CheckNames(const DeviceTable& table) {
   }
 }
 
-// A record that can be carried comes back as it was, and nothing but records comes back.
-void CheckCarried(Records records) {
-  std::erase_if(records, [](const auto& each) { return !CanBeCarried(each.first, each.second); });
+// A record that a line can hold is loaded as it was, and nothing else is loaded.
+void CheckRecords(Records records) {
+  std::erase_if(records, [](const auto& each) { return !FitsIntoALine(each.first, each.second); });
   const DeviceTable loaded = Load(lanvoss::FormatCache(records));
   Require(loaded.AllRecords().size() == records.size(), "as many devices come back");
   for (const auto& [id, record] : records) {
@@ -97,15 +97,15 @@ void CheckCarried(Records records) {
   CheckNames(loaded);
 }
 
-// A record that cannot be carried spoils its own line alone. Only a line feed makes more lines of
-// it, which may say anything of any device.
+// A record that a line cannot hold spoils its own line alone. Only a line feed makes more lines of
+// it, which may say anything about any device.
 void CheckOthers(Records records) {
   std::erase_if(records, [](const auto& each) { return HoldsAny("\n", each.first, each.second); });
   const std::string content = lanvoss::FormatCache(records);
   Require(lanvoss::SplitText(content, "\n").size() == records.size(), "every record is one line");
   const Records loaded = Load(content).AllRecords();
   for (const auto& [id, record] : records) {
-    Require(!CanBeCarried(id, record) || Holds(loaded, id, record),
+    Require(!FitsIntoALine(id, record) || Holds(loaded, id, record),
             "the record comes back in spite of the others");
   }
 }
@@ -119,7 +119,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   while (!rest.empty()) {
     Report(Take(rest, kReportMark), records);
   }
-  CheckCarried(records);
+  CheckRecords(records);
   CheckOthers(records);
   return 0;
 }

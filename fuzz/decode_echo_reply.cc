@@ -1,5 +1,5 @@
 // Any bytes at all as a received datagram: the decoder reads none beyond them, and what it accepts
-// has the awaited numbers where the header lengths say.
+// has the expected numbers where the header lengths say.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

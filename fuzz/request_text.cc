@@ -23,7 +23,7 @@ using lanvoss::simulated::VirtualTime;
 
 constexpr char kName[] = "Cam";
 constexpr char kAddress[] = "192.168.49.1,192.168.49.20";
-// A place that no cache file can be in, so that no input leaves anything to the next.
+// A place where no cache file can be, so that no input has an effect on the next one.
 constexpr char kNoDirectory[] = "/dev/null";
 
 constexpr std::uint64_t kSeed = 1;

@@ -49,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(IsXml(DrawSvg(timeline)), "the picture is well-formed");
     Require(nlohmann::json::accept(WriteTraceEvents(timeline)), "the trace is JSON");
   } catch (const std::runtime_error& refusal) {
-    Require(std::string_view(refusal.what()) == "no log lines in it", "a refusal tells why");
+    Require(std::string_view(refusal.what()) == "no log lines in it", "a refusal says why");
   }
   return 0;
 }

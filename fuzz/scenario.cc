@@ -41,7 +41,7 @@ void CheckRefusal(std::string_view message, const std::string& text) {
     Require(line >= 1 && line <= 1 + std::ranges::count(text, '\n'), "the file has that line");
     message.remove_prefix(why);
   }
-  Require(message.starts_with(": ") && message.size() > 2, "a refusal tells why");
+  Require(message.starts_with(": ") && message.size() > 2, "a refusal says why");
 }
 
 }  // namespace

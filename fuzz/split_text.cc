@@ -15,7 +15,7 @@ namespace {
 
 using Fields = std::vector<std::string>;
 
-// Divides the digits from '0' on evenly: they count for themselves as far as '3'.
+// The remainders of the digits '0' to '3' are their values.
 constexpr std::size_t kDelimiterCounts = 4;
 
 Fields Expected(std::string_view text, std::string_view delimiters) {

@@ -1,4 +1,4 @@
-// The core's operator new. The linker leads every call of it here that is made in this module;
+// The core's operator new. The linker directs every call of it in this module to this one;
 // the core uses no other form.
 #include <cstddef>
 

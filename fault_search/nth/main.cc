@@ -30,7 +30,7 @@ constexpr struct {
 };
 
 // False when something did not hold.
-bool FailEach(const Child& child, const NamedStory& script, const Plan& plan,
+bool FailEach(const Child& child, const NamedScript& script, const Plan& plan,
               const std::string& failure) {
   const std::vector<Result> results = child.Play(script.play, plan);
   if (results.back().violated) {
@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
 
   const Child child;
   bool holds = true;
-  for (const NamedStory& script : Scripts()) {
+  for (const NamedScript& script : Scripts()) {
     for (const auto& [failure, name] : kFailures) {
       for (const bool lasts : {false, true}) {
         const Plan plan{.failure = failure, .lasts = lasts, .seed = seed};

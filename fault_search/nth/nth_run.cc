@@ -155,8 +155,8 @@ void NthRun::Close() {
           std::to_string(air_.LiveObjects()) + " platform objects are left");
 }
 
-// The host's loop. A dead link that the check does not recover is handed out on and on, until the
-// host closes it.
+// The host's loop. A dead link that the check does not recover is returned again and again, until
+// the host closes it.
 void NthRun::Recover() {
   while (result_.requests < kMostRequests) {
     ++result_.requests;

@@ -66,7 +66,7 @@ void KeepWatching(NthRun& run) {
   run.StopWatch();
 }
 
-constexpr NamedStory kStories[] = {
+constexpr NamedScript kScripts[] = {
     {"connect by name", ConnectByName},
     {"connect directly", ConnectDirectly},
     {"recover", Recover},
@@ -79,6 +79,6 @@ constexpr NamedStory kStories[] = {
 
 }  // namespace
 
-std::span<const NamedStory> Scripts() { return kStories; }
+std::span<const NamedScript> Scripts() { return kScripts; }
 
 }  // namespace lanvoss::nth

@@ -7,11 +7,11 @@
 
 namespace lanvoss::nth {
 
-struct NamedStory {
+struct NamedScript {
   const char* name;
   NthRun::Script play;
 };
 
-std::span<const NamedStory> Scripts();
+std::span<const NamedScript> Scripts();
 
 }  // namespace lanvoss::nth
