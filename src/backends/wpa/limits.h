@@ -17,11 +17,13 @@ inline constexpr std::uint32_t kReturnPauseMs = 1'000;
 inline constexpr std::uint32_t kPassMs = 10'000;
 // Its first part, which looks where devices listen.
 inline constexpr std::uint32_t kQuickFindMs = 2'000;
+static_assert(kQuickFindMs < kPassMs);
 // When a pass reports the devices that this machine has links with. Not at once: the pass must not
 // end before its caller has seen the status Started.
 inline constexpr std::uint32_t kLinkedMs = 100;
+static_assert(kLinkedMs < kPassMs);
 
-// There is one negotiation at a time. This is how long the next one waits: the longest time that
+// There is one negotiation at a time. This is how long the next one waits, which is longer than
 // another takes.
 inline constexpr std::uint32_t kTurnMs = 120'000;
 // Looking for a device that wpa_supplicant does not know, or has not seen for a minute.
@@ -45,6 +47,10 @@ inline constexpr int kNetworkReplies = 64;
 inline constexpr int kLargestGroup = 64;
 // Addresses by DHCP, when the handshake has allocated none.
 inline constexpr std::uint32_t kLeaseMs = 10'000;
+// A pairing, and an open request.
+static_assert(kQuickFindMs + kSeekMs + kNegotiationMs + kGroupMs + kLeaseMs < kTurnMs);
+static_assert(kQuickFindMs + kSeekMs + kInvitations * kInvitationMs + 2 * kGroupMs + kLeaseMs <
+              kTurnMs);
 // After this silence of a client the owner of a group asks whether it is there. In seconds, as the
 // command takes them. The end of the client is reported some 12 s later.
 inline constexpr char kClientInactivityS[] = "15";

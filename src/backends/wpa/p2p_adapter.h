@@ -46,15 +46,15 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
 
   // ---- Pairing with the device of this address
   bool IsPaired(const std::string& address) const;
-  // Blocks for kTurnMs, kSeekMs, kNegotiationMs, kGroupMs and kLeaseMs at most. The group that
-  // comes of it stays up for the open request that follows.
+  // Blocks; docs/limits.md has the longest time. The group that comes of it stays up for the open
+  // request that follows.
   platform::DevicePairingResultStatus Pair(const std::string& address, int ownerIntent);
   // Returns at once.
   void Unpair(const std::string& address);
 
   // ---- Links
-  // None: the device is not paired, or does not come. Blocks for kTurnMs, kSeekMs, kInvitationMs,
-  // kGroupMs and kLeaseMs at most.
+  // None: the device is not paired, or does not come. Blocks; docs/limits.md has the
+  // longest time.
   std::shared_ptr<WpaDevice> Open(const std::string& address);
   // Takes a link down. Returns at once. Its device object is notified.
   void Close(const std::string& interface);
