@@ -191,9 +191,9 @@ std::vector<std::shared_ptr<SimulatedLink>> AirState::LinksOf(std::size_t index)
   return devices;
 }
 
-void AirState::Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::size_t)) {
+void AirState::Announce(std::size_t index, void (SimulatedWatcher::*report)(std::size_t)) {
   for (const auto& watcher : Watchers()) {
-    (*watcher.*tell)(index);
+    (*watcher.*report)(index);
   }
 }
 

@@ -107,7 +107,7 @@ class AirState : public std::enable_shared_from_this<AirState> {
   std::atomic<unsigned> liveObjects = 0;        // platform objects that are held
 
  private:
-  void Announce(std::size_t index, void (SimulatedWatcher::*tell)(std::size_t));
+  void Announce(std::size_t index, void (SimulatedWatcher::*report)(std::size_t));
   std::vector<std::shared_ptr<SimulatedWatcher>> Watchers() const;
 
   const std::unique_ptr<platform::Event> hangsReleased_;

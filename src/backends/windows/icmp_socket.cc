@@ -4,7 +4,7 @@
 
 #include <cstring>
 #include <winsock2.h>
-// Behind winsock2.h.
+// After winsock2.h.
 #include <ws2tcpip.h>
 
 namespace lanvoss::windows {

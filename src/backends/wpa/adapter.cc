@@ -31,7 +31,7 @@ std::vector<std::string> SocketNames() {
   return names;
 }
 
-// The right to the directory is that to the sockets in it.
+// Whoever may use the directory may use the sockets in it.
 bool MayLook() {
   return access(kControlDirectory, F_OK) != 0 || access(kControlDirectory, R_OK | X_OK) == 0;
 }

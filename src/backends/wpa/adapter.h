@@ -21,9 +21,9 @@ enum class AdapterProblem {
   kNothing,
   kControl,       // there is no control socket in the directory
   kRight,         // this user may not speak to it
-  kInterface,     // wpa_supplicant does not look after an interface of that name
+  kInterface,     // wpa_supplicant manages no interface of that name
   kPeerToPeer,    // the adapter has no Wi-Fi Direct
-  kOtherAdapter,  // wpa_supplicant looks after several, and uses another one for Wi-Fi Direct
+  kOtherAdapter,  // wpa_supplicant manages several, and uses another one for Wi-Fi Direct
   kSwitchedOn,    // the radio is switched off
 };
 
@@ -33,7 +33,8 @@ struct Adapter {
   std::string socketPath = {};
 };
 
-// The adapter with this network interface; for an empty text, the first one that can.
+// The adapter with this network interface; for an empty text, the first one that supports Wi-Fi
+// Direct.
 Adapter LookForAdapter(const std::string& interface);
 
 // One sentence for people.

@@ -11,8 +11,8 @@
 namespace lanvoss::wpa {
 
 // Blocks until `descriptor` is ready for one of the `events`, its other side is gone, or `wake`
-// becomes readable (-1: there is none). A signal does not change how long. False: the time is up,
-// or `wake` is readable.
+// becomes readable (-1: there is none). A signal does not change how long it blocks. False: the
+// time is up, or `wake` is readable.
 inline bool WaitFor(int descriptor, short events, std::chrono::steady_clock::time_point deadline,
                     int wake = -1) {
   std::array<pollfd, 2> ready{pollfd{descriptor, events, 0}, pollfd{wake, POLLIN, 0}};

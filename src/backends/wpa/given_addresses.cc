@@ -20,14 +20,14 @@ struct Network {
   bool Contains(std::uint32_t host) const { return (host & mask) == (address & mask); }
 };
 
-// The networks that nobody but their owners gives a meaning to.
+// The networks of private addresses.
 constexpr Network kPrivate[] = {
     {0x0A000000, 0xFF000000}, {0xAC100000, 0xFFF00000}, {0xC0A80000, 0xFFFF0000}};
 
 // kNetworkMask as a number.
 constexpr std::uint32_t kLinkMask = 0xFFFFFF00;
 
-// Of 32 bits in the machine's order. Raises platform::Error for what is none of a host.
+// Of 32 bits in the machine's order. Raises platform::Error when it is no host's address.
 std::uint32_t HostAddress(const std::string& text) {
   in_addr parsed{};
   if (inet_pton(AF_INET, text.c_str(), &parsed) != 1) {

@@ -57,8 +57,8 @@ bool JoinOwner(const Message& started, Link& link) {
     link.dhcp = client;
   }
   CheckGivenAddresses(link.local, link.remote, link.interface);
-  // The mask that it gives is not taken: a wide one would draw what is meant for other networks
-  // into the link.
+  // The mask that it gives is not taken: a wide one would send the traffic of other networks into
+  // the link.
   SetInterfaceAddress(link.interface, link.local, kNetworkMask);
   return true;
 }

@@ -1,4 +1,4 @@
-// What runs on this machine, as far as the system tells every user.
+// What runs on this machine, as far as the system lets every user see it.
 #pragma once
 
 #include <string>

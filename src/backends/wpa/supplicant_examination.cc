@@ -12,7 +12,7 @@ namespace {
 
 using Findings = std::vector<platform::Finding>;
 
-// A group takes the adapter's time, and on most adapters the only place that there is for one.
+// A group uses the time of the adapter, and most adapters can have only one group.
 void ExamineGroups(Findings& findings, const Supplicant& supplicant) {
   const std::vector<Group> groups = GroupsOf(supplicant);
   if (groups.empty()) {
@@ -38,7 +38,8 @@ void ExamineMemory(Findings& findings, const Supplicant& supplicant, const std::
                      : "put the line update_config=1 into " + configuration + kAndStartAgain});
 }
 
-// The stored groups of this machine carry its own address, which some drivers change at each start.
+// The stored groups of this machine contain its own address, which some drivers change at each
+// start.
 void ExamineStoredGroups(Findings& findings, const Supplicant& supplicant) {
   constexpr char kOwnerMode[] = "3";
   const std::string own = LineOf(supplicant.Ask("STATUS"), "p2p_device_address");

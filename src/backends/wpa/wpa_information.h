@@ -69,7 +69,7 @@ class WpaConnectionParameters final : public platform::WiFiDirectConnectionParam
   std::atomic<int> intent_ = 0;
 };
 
-// The ceremony is the push button's: it is the handlers that push it.
+// The ceremony is the push button's. The handlers push the button.
 class WpaCustomPairing final : public platform::DeviceInformationCustomPairing,
                                public std::enable_shared_from_this<WpaCustomPairing> {
  public:

@@ -10,8 +10,8 @@
 namespace lanvoss::wpa {
 
 // `interface`: the adapter's network interface, for example wlan0; empty for the first adapter that
-// can. wpa_supplicant is first spoken to when the radio is first used; what is missing is raised as
-// platform::Error then.
+// supports Wi-Fi Direct. The first use of the radio is the first use of wpa_supplicant; what is
+// missing is raised as platform::Error then.
 std::shared_ptr<platform::WiFiDirect> CreateRadio(std::shared_ptr<platform::System> system,
                                                   std::string interface);
 

@@ -127,7 +127,7 @@ void CheckIds(const JsonValue& document, const std::vector<Peer>& peers) {
 }
 
 // The JSON library's message without the text before `mark`, its own codes and positions.
-std::string Behind(std::string_view mark, const std::string& message) {
+std::string TextAfter(std::string_view mark, const std::string& message) {
   const auto at = message.find(mark);
   return at == std::string::npos ? message : message.substr(at + mark.size());
 }
@@ -138,9 +138,9 @@ json ParseJson(const std::string& text, const std::string& file) {
   } catch (const json::parse_error& error) {
     const auto before = std::string_view(text).substr(0, error.byte - 1);
     const auto line = 1 + std::ranges::count(before, '\n');
-    throw ScenarioError(file + ":" + std::to_string(line) + ": " + Behind(": ", error.what()));
+    throw ScenarioError(file + ":" + std::to_string(line) + ": " + TextAfter(": ", error.what()));
   } catch (const json::exception& error) {  // a number that no number type can hold
-    throw ScenarioError(file + ": " + Behind("] ", error.what()));
+    throw ScenarioError(file + ": " + TextAfter("] ", error.what()));
   }
 }
 

@@ -15,7 +15,7 @@ namespace lanvoss::simulated {
 
 void Read(const JsonValue& value, bool& out);
 void Read(const JsonValue& value, std::uint64_t& out);
-// A duration. All 32-bit fields are durations, except those for the two functions after it.
+// A duration. All 32-bit fields are durations, except those read by ReadCount and ReadHresult.
 void Read(const JsonValue& value, std::uint32_t& out);
 void ReadCount(const JsonValue& value, std::uint32_t& out);
 // As "0x80070490".
