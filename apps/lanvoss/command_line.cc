@@ -53,6 +53,7 @@ void AddCommonOptions(CLI::App& app, CommandLine& line) {
 void AddCommand(CLI::App& app, const Command& command, CommandLine& line) {
   CLI::App& added = *app.add_subcommand(command.name, command.help);
   added.fallthrough();
+  added.group("Commands");
   added.footer(kCommandFooter);
   added.callback([&line, &command] { line.command = &command; });
   command.addOptions(added, line);
@@ -97,6 +98,8 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
   app.failure_message([](const CLI::App*, const CLI::Error& error) {
     return "lanvoss: " + std::string(error.what()) + "\nRun with --help for more information.\n";
   });
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("Positionals", "Arguments");
   AddCommonOptions(app, line);
   for (const Command& command : kCommands) {
     AddCommand(app, command, line);
