@@ -44,10 +44,13 @@ bool Reset(TestCase& testCase, bool free, Field field, const Value& usual) {
 template <typename Whole, typename Part, typename... Members>
 bool ResetMembers(TestCase& testCase, bool free, Part part, Members Whole::*... members) {
   const Whole usual{};
-  return (Reset(
-              testCase, free, [&](TestCase & each) -> auto& { return part(each).*members; },
-              usual.*members) |
-          ...);
+  bool shrunk = false;
+  const auto reset = [&](auto member) {
+    const auto field = [&](TestCase & each) -> auto& { return part(each).*member; };
+    shrunk = Reset(testCase, free, field, usual.*member) || shrunk;
+  };
+  (reset(members), ...);
+  return shrunk;
 }
 
 bool ResetHabits(TestCase& testCase, bool free) {
