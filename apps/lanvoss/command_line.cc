@@ -82,6 +82,15 @@ std::string ProblemOf(const CommandLine& line) {
   return {};
 }
 
+std::string ProblemOf(const CLI::App& app, const CLI::Error& error) {
+  const bool lacksCommand = error.get_name() == "RequiredError" && app.get_subcommands().empty();
+  if (!lacksCommand) {
+    return error.what();
+  }
+  const std::vector<std::string> unknown = app.remaining();
+  return unknown.empty() ? "a command is required" : "unknown command \"" + unknown.front() + "\"";
+}
+
 int Refuse(const std::string& problem) {
   std::fprintf(stderr, "lanvoss: %s\n", problem.c_str());
   return kExitUsage;
@@ -95,8 +104,8 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
   app.require_subcommand(1);
   app.set_version_flag("--version", "lanvoss " LANVOSS_VERSION);
   app.footer(kFooter);
-  app.failure_message([](const CLI::App*, const CLI::Error& error) {
-    return "lanvoss: " + std::string(error.what()) + "\nRun with --help for more information.\n";
+  app.failure_message([](const CLI::App* failed, const CLI::Error& error) {
+    return "lanvoss: " + ProblemOf(*failed, error) + "\nRun with --help for more information.\n";
   });
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.get_formatter()->label("Positionals", "Arguments");
