@@ -106,6 +106,29 @@ TEST_F(Windows, TheStatusOfAClosedDeviceIsDisconnected) {
   EXPECT_TRUE(Logged("(watch) Connection status changed: Disconnected"));
 }
 
+// Without a message of its own an error is described by the system. Its texts for statuses of the
+// kernel are in ntdll; Wine's has none, so that the number is left.
+TEST_F(Windows, AStatusOfTheKernelIsDescribedInWords) {
+  constexpr DWORD kNotFound = 0xC0000225;
+  wchar_t text[1024] = {};
+  const DWORD length = FormatMessageW(
+      FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+      GetModuleHandleW(L"ntdll.dll"), kNotFound, 0, text, 1024, nullptr);
+  std::u16string message(text, text + length);
+  message.erase(message.find_last_not_of(u' ') + 1);
+
+  AddCam();
+  air.faults().FailNth(Call::kPairAsync, 1,
+                       {.hresult = kNotFound | FACILITY_NT_BIT, .message = u""});
+  Open();
+  const auto host = Host([&] { lanvoss->GetDeviceIp("Cam"); });
+  Advance(500);
+  lanvoss->AbortConnect("");
+  lanvoss->StopWatch();
+  EXPECT_TRUE(Logged("(watch) ConnDevice Err:" +
+                     (message.empty() ? "0xD0000225" : time->WideToAnsi(message))));
+}
+
 // The echo requests go through Winsock, so the devices' addresses are real ones: that of this
 // machine, and one of a range that is never used.
 TEST_F(Windows, TheProbeGoesThroughWinsock) {

@@ -3,32 +3,17 @@
 #include <cstdio>
 #include <memory>
 #include <new>
-#include <oleauto.h>
 #include <string>
 #include <string_view>
 
 #include "backends/windows/com_pointer.h"
+#include "backends/windows/com_text.h"
 #include "backends/windows/wide_text.h"
 #include "backends/windows/winrt_abi.h"
 #include "platform/error.h"
 
 namespace lanvoss::windows {
 namespace {
-
-// A text that COM gave out.
-class ComText {
- public:
-  ComText() = default;
-  ~ComText() { SysFreeString(text_); }
-  ComText(const ComText&) = delete;
-  ComText& operator=(const ComText&) = delete;
-
-  BSTR* Out() { return &text_; }
-  std::u16string_view Text() const { return AsUtf16({text_, SysStringLen(text_)}); }
-
- private:
-  BSTR text_ = nullptr;
-};
 
 std::u16string Trimmed(std::u16string_view text) {
   const auto last = text.find_last_not_of(u" \t\r\n");
@@ -58,15 +43,26 @@ std::u16string MessageOfThread(HRESULT failure) {
   return Trimmed(details.Text().empty() ? description.Text() : details.Text());
 }
 
-std::u16string MessageOfSystem(HRESULT failure) {
+// `source` says where FormatMessage looks for the text, and how it writes it.
+std::u16string StoredMessage(DWORD source, HMODULE module, DWORD code) {
   constexpr DWORD kAnyLanguage = 0;
   wchar_t* text = nullptr;
-  const DWORD length = FormatMessageW(
-      FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
-      nullptr, static_cast<DWORD>(failure), kAnyLanguage, reinterpret_cast<wchar_t*>(&text), 0,
-      nullptr);
+  const DWORD length =
+      FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS | source,
+                     module, code, kAnyLanguage, reinterpret_cast<wchar_t*>(&text), 0, nullptr);
   const std::unique_ptr<wchar_t, decltype(&LocalFree)> owner(text, &LocalFree);
   return length == 0 ? std::u16string() : Trimmed(AsUtf16({text, length}));
+}
+
+std::u16string MessageOfSystem(HRESULT failure) {
+  const auto code = static_cast<DWORD>(failure);
+  if ((code & FACILITY_NT_BIT) != 0) {
+    // A status of the kernel. Its texts are in ntdll, many of them with a title on a line of its
+    // own.
+    return StoredMessage(FORMAT_MESSAGE_FROM_HMODULE | FORMAT_MESSAGE_MAX_WIDTH_MASK,
+                         GetModuleHandleW(L"ntdll.dll"), code & ~DWORD{FACILITY_NT_BIT});
+  }
+  return StoredMessage(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code);
 }
 
 std::u16string Number(HRESULT failure) {
