@@ -121,11 +121,52 @@ expect 130 '*' 1 interrupted "${program[@]}" run 'sleep 20000' "${common[@]}"
 expect 130 '*' 1 interrupted "${program[@]}" run "${common[@]}" < <(sleep 5)
 expect 0 '' 0 prompt 2 "${program[@]}" run 'sleep 4000' "${common[@]}"
 
+expect_doctor_to_read_devices() { # that are written into Wine's registry, and nothing else is there
+  local devices='HKEY_LOCAL_MACHINE\System\CurrentControlSet\Enum\LanvossTest'
+  local class='{4d36e972-e325-11ce-bfc1-08002be10318}'
+  local drivers="HKEY_LOCAL_MACHINE\\System\\CurrentControlSet\\Control\\Class\\$class"
+  local version='{A8B865DD-2E3D-4094-AD97-E593A70C75D6}'
+  cat >"$work/devices.reg" <<REG
+REGEDIT4
+[$devices\\Card\\1]
+"ClassGUID"="$class"
+"DeviceDesc"="Wi-Fi 6"
+"Driver"="$class\\\\9001"
+[$devices\\Card\\1\\Properties\\$version\\0002]
+@=hex(ffff0010):00,00,e0,0e,fd,df,d7,01
+[$devices\\Virtual\\1]
+"ClassGUID"="$class"
+"HardwareID"="{5d624f94-8850-40c3-a3fa-a4fd2080baf3}\\\\VWIFIMP_WFD"
+"Driver"="$class\\\\9001"
+[$devices\\Cable\\1]
+"ClassGUID"="$class"
+"DeviceDesc"="Ethernet"
+[$drivers\\9001]
+"*IfType"=dword:00000047
+"DriverVersion"="22.10.0.7"
+REG
+  "${program[0]}" reg import "Z:$work/devices.reg" 2>/dev/null
+  expect 3 '{*' 1 "${program[@]}" doctor --json
+  if ! jq -e 'def has($state; $text): any(.findings[]; .state == $state and (.what | contains($text)));
+      has("ok"; "the adapter Wi-Fi 6, driver 22.10.0.7 of 2021-11-23") and
+      has("ok"; "a Microsoft Wi-Fi Direct Virtual Adapter") and
+      has("missing"; "WLAN AutoConfig (WlanSvc) is not installed") and
+      has("missing"; "WFDOpenHandle") and has("ok"; "Mobile Hotspot is off") and
+      has("check"; "Firewall cannot be read") and ([.findings[].what] | tostring | contains("Ethernet") | not) and
+      all(.findings[]; .state == "ok" or .fix != "")' "$work/out" >/dev/null; then
+    echo "unexpected: what doctor finds"
+    jq -c '.findings[]' "$work/out"
+    failures=$((failures + 1))
+  fi
+  "${program[0]}" reg delete "$devices" /f >/dev/null
+  "${program[0]}" reg delete "$drivers\\9001" /f >/dev/null
+}
 raw=(--dir "$work" --scenario "$work/raw.json")
 unprivileged=() # takes the right to open raw sockets from a command that would have it
 [ "$(id -u)" -ne 0 ] || unprivileged=(setpriv --bounding-set -net_raw --inh-caps -net_raw)
 expect 0 "192.168.49.1,$remote" 0 "${program[@]}" ping Cam "${common[@]}"
 if [[ ${program[-1]} == *.exe ]]; then
+  expect_doctor_to_read_devices
   echo "skipped: missing the right to open raw sockets, which cannot be taken from it here"
 else
   expect 0 "192.168.49.1,$remote" 1 "${unprivileged[@]}" "${program[@]}" ping Cam "${raw[@]}"

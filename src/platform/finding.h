@@ -9,6 +9,8 @@ struct Finding {
   bool isFine = true;
   std::string what = {};
   std::string remedy = {};  // a command or an instruction, where something is to be fixed
+  // Of what is not fine: whether it hinders for certain. Otherwise the user has to look.
+  bool isCertain = true;
 };
 
 }  // namespace lanvoss::platform
