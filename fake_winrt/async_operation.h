@@ -65,7 +65,8 @@ class AsyncOperation final
     windows::ComPointer<Handler> handler;
     {
       const std::lock_guard lock(state->mutex);
-      state->status = StatusAfter(failure, !result && this->session().noResultIsError);
+      state->status =
+          StatusAfter(failure, !result && this->session().CurrentHabits().noResultIsError);
       state->failure = std::move(failure);
       state->result = std::move(result);
       handler = std::move(state->handler);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "listener.h"
+#include "platform/error.h"
 #include "session.h"
 #include "text.h"
 
@@ -78,7 +79,12 @@ Device::Device(Session& session, std::shared_ptr<platform::WiFiDirectDevice> dev
     : Facade(session, "WiFiDirectDevice", std::move(device)) {}
 
 HRESULT Device::get_ConnectionStatus(abi::WiFiDirectConnectionStatus* value) noexcept {
-  return Give(__func__, value, [](auto& device) { return device.ConnectionStatus(); });
+  return Give(__func__, value, [this](auto& device) {
+    if (session().CurrentHabits().closedStatusRaises && session().IsClosed(device)) {
+      throw platform::Error(platform::kErrorClosed, u"The object has been closed.");
+    }
+    return device.ConnectionStatus();
+  });
 }
 
 // The handler in the radio's link must not hold this object, so each event gets a new sender.
@@ -101,7 +107,10 @@ HRESULT Device::GetConnectionEndpointPairs(abi::IVectorView<abi::IEndpointPair*>
 }
 
 HRESULT Device::Close() noexcept {
-  return Do(__func__, [](auto& device) { device.Close(); });
+  return Do(__func__, [this](auto& device) {
+    session().NoteClosed(device);
+    device.Close();
+  });
 }
 
 }  // namespace lanvoss::fake_winrt

@@ -38,7 +38,7 @@ void Use(std::shared_ptr<platform::WiFiDirect> radio, std::shared_ptr<events::Th
   BeginSession(std::move(radio), std::move(threads));
 }
 
-void EndWithoutResultInError() { CurrentSession().noResultIsError = true; }
+void SetHabits(const simulated::Habits& habits) { CurrentSession().SetHabits(habits); }
 
 Ledger Finish() { return EndSession(); }
 

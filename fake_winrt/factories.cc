@@ -88,7 +88,9 @@ class DeviceFactory final
     return Give(__func__, operation, [&](auto&) {
       const auto open = [&session = session(), radio = Target(),
                          id = windows::WinrtString::TextOf(deviceId)] {
-        return session.Wrap<Device>(radio->FromIdAsync(id));
+        const auto device = radio->FromIdAsync(id);
+        session.NoteOpened(device.get());
+        return session.Wrap<Device>(device);
       };
       return StartOperation<IWiFiDirectDevice>(session(), "opening", open).Detach();
     });

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "backends/events/threads.h"
+#include "backends/simulated/peer.h"
 #include "platform/wifi_direct.h"
 
 #ifdef LANVOSS_FAKE_WINRT_BUILD
@@ -41,9 +42,8 @@ struct Ledger {
 LANVOSS_FAKE_WINRT_API void Use(std::shared_ptr<platform::WiFiDirect> radio,
                                 std::shared_ptr<events::Threads> threads);
 
-// From now on an operation without a result ends in Error whose code says S_OK, as some do in the
-// field, and not in Completed.
-LANVOSS_FAKE_WINRT_API void EndWithoutResultInError();
+// From now on the classes have those of these habits that only they can have.
+LANVOSS_FAKE_WINRT_API void SetHabits(const simulated::Habits& habits);
 
 // Waits for the asynchronous operations to end, drops the radio, and returns what was seen. The
 // library must have released everything: an object that is still referenced counts as leaked.

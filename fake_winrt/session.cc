@@ -20,7 +20,7 @@ std::unique_ptr<Session> OwnSession() {
   const simulated::Scenario scenario = OwnScenario();
   const auto platform = simulated::CreatePlatform(windows::CreateSystem(), scenario);
   auto session = std::make_unique<Session>(platform.wifiDirect, events::RealThreads());
-  session->noResultIsError = scenario.habits.noResultIsError;
+  session->SetHabits(scenario.habits);
   return session;
 }
 
@@ -73,6 +73,32 @@ void Session::StartThread(std::string name, std::function<void()> body) {
 void Session::AddFault(std::string fault) {
   const std::lock_guard lock(mutex_);
   faults_.push_back(std::move(fault));
+}
+
+void Session::SetHabits(const simulated::Habits& habits) {
+  const std::lock_guard lock(mutex_);
+  habits_ = habits;
+}
+
+simulated::Habits Session::CurrentHabits() {
+  const std::lock_guard lock(mutex_);
+  return habits_;
+}
+
+// It may lie where one lay that was closed.
+void Session::NoteOpened(const platform::WiFiDirectDevice* device) {
+  const std::lock_guard lock(mutex_);
+  closed_.erase(device);
+}
+
+void Session::NoteClosed(const platform::WiFiDirectDevice& device) {
+  const std::lock_guard lock(mutex_);
+  closed_.insert(&device);
+}
+
+bool Session::IsClosed(const platform::WiFiDirectDevice& device) {
+  const std::lock_guard lock(mutex_);
+  return closed_.contains(&device);
 }
 
 void Session::JoinThreads() {

@@ -5,11 +5,13 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "backends/events/threads.h"
+#include "backends/simulated/peer.h"
 #include "backends/windows/com_pointer.h"
 #include "fake_winrt.h"
 #include "object.h"
@@ -44,8 +46,12 @@ class Session {
   void AddFault(std::string fault);
   Ledger Finish();
 
-  // An operation without a result ends in Error, and nothing says what failed.
-  std::atomic<bool> noResultIsError = false;
+  void SetHabits(const simulated::Habits& habits);
+  simulated::Habits CurrentHabits();
+  // Which devices are closed.
+  void NoteOpened(const platform::WiFiDirectDevice* device);
+  void NoteClosed(const platform::WiFiDirectDevice& device);
+  bool IsClosed(const platform::WiFiDirectDevice& device);
 
   // How often it happened, for all objects.
   std::atomic<unsigned> created = 0;
@@ -64,6 +70,8 @@ class Session {
   std::vector<std::unique_ptr<events::Thread>> running_;
   std::vector<std::unique_ptr<FakeObject>> shells_;  // the dead among them wait for the end
   std::vector<std::string> faults_;
+  simulated::Habits habits_;
+  std::set<const platform::WiFiDirectDevice*> closed_;
 };
 
 // Starts a session, which is the current one from now on.

@@ -141,8 +141,7 @@ std::string Describe(const simulated::Habits& habits) {
          " after handlers " + number(habits.stopWaitsForHandlers) + ", aborted reported " +
          number(habits.abortedReported) + ", absent reported " + number(habits.absentReported) +
          ", ids vary " + number(habits.idsVary) + ", paired as reported " +
-         number(habits.pairedAsReported) + ", closed status raises " +
-         number(habits.closedStatusRaises) + ", link ends close " + number(habits.onClose) +
+         number(habits.pairedAsReported) + ", link ends close " + number(habits.onClose) +
          " unpair " + number(habits.onUnpair) + " drop " + number(habits.onDrop);
 }
 

@@ -464,8 +464,7 @@ class Player {
   // Whether something in the case raises exceptions into handlers or the host. The wanted device
   // alone does not.
   bool MayThrow() const {
-    const bool refuses = case_.habits.stopElsewhere == simulated::StopElsewhere::kRefused ||
-                         case_.habits.closedStatusRaises;
+    const bool refuses = case_.habits.stopElsewhere == simulated::StopElsewhere::kRefused;
     return refuses || !case_.faults.empty() || !case_.reactions.empty() || case_.peers.size() > 1;
   }
 

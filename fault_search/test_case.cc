@@ -199,7 +199,6 @@ void AddFieldHabits(Dice& dice, TestCase& testCase) {
   habits.absentReported = dice.Chance(0.3);
   habits.idsVary = dice.Chance(0.3);
   habits.pairedAsReported = dice.Chance(0.3);
-  habits.closedStatusRaises = dice.Chance(0.15);
   if (dice.Chance(0.3)) {
     habits.findMs = dice.Between(2'000, 6'000);
     habits.enumerationMs = kLongPassMs;

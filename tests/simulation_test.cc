@@ -180,21 +180,5 @@ TEST_F(Simulation, ScriptsAndFaultsHappenWhenTheyShould) {
   EXPECT_NEAR(failures, 500, 100);
 }
 
-// The Windows backend reads such a status as Disconnected; here the error goes into the library.
-TEST_F(Simulation, AStatusThatCannotBeReadAfterTheCloseIsSurvived) {
-  air.Add({.name = u"Cam"});
-  Connect("Cam");
-  air.SetHabits({.closedStatusRaises = true});
-  try {
-    lanvoss->DisConnect("");
-    ADD_FAILURE() << "the status was read";
-  } catch (const platform::Error& error) {
-    EXPECT_EQ(error.Hresult(), platform::kErrorClosed);
-  }
-  expectedEscapes = 1;  // of the handler of the link's end
-  air.SetHabits({});
-  EXPECT_EQ(lanvoss->DisConnect(""), 1) << "the link is down since the first one";
-}
-
 }  // namespace
 }  // namespace lanvoss::test

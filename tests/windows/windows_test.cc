@@ -90,7 +90,7 @@ TEST_F(Windows, ThePlatformsMessagesReachTheLog) {
 }
 
 TEST_F(Windows, AnOpenRequestThatEndsInErrorWithoutAFailureGivesNoDevice) {
-  fake_winrt::EndWithoutResultInError();
+  fake_winrt::SetHabits({.noResultIsError = true});
   air.Add(
       {.name = u"Cam", .appearMs = 20, .pairMs = 20, .openMs = 20, .openings = {Outcome::kNone}});
   Connect("Cam");
@@ -98,7 +98,7 @@ TEST_F(Windows, AnOpenRequestThatEndsInErrorWithoutAFailureGivesNoDevice) {
 }
 
 TEST_F(Windows, TheStatusOfAClosedDeviceIsDisconnected) {
-  air.SetHabits({.closedStatusRaises = true});
+  fake_winrt::SetHabits({.closedStatusRaises = true});
   AddCam();
   Connect("Cam");
   EXPECT_EQ(lanvoss->DisConnect(""), 1);

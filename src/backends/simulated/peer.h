@@ -160,10 +160,10 @@ struct Habits {
   LinkEnd onClose = LinkEnd::kReported;
   LinkEnd onUnpair = LinkEnd::kReported;
   LinkEnd onDrop = LinkEnd::kReported;
+  // Two that a backend hides from the library, so only the fake of the Windows Runtime has them.
   // The status of a link that was closed cannot be read; otherwise it says what became of the link.
   bool closedStatusRaises = false;
-  // An operation that gives none ends as an error without a code. Operations of the Windows Runtime
-  // alone have a status beside their result, so only the fake of it looks at this.
+  // An operation that gives none ends as an error without a code.
   bool noResultIsError = false;
   // Whether echo requests go to the simulated devices, or to the machine's network.
   bool simulatesEcho = true;

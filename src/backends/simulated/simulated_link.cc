@@ -76,9 +76,6 @@ std::u16string MessageOf(std::uint32_t hresult) {
 
 platform::WiFiDirectConnectionStatus SimulatedLink::ConnectionStatus() {
   air->faults.Enter(Call::kConnectionStatus);
-  if (IsClosed() && air->CurrentHabits().closedStatusRaises) {
-    throw platform::Error(platform::kErrorClosed, u"The object has been closed.");
-  }
   return IsUp() ? platform::WiFiDirectConnectionStatus::Connected
                 : platform::WiFiDirectConnectionStatus::Disconnected;
 }
@@ -101,21 +98,12 @@ std::shared_ptr<platform::EndpointPairView> SimulatedLink::GetConnectionEndpoint
 
 void SimulatedLink::Close() {
   air->faults.Enter(Call::kDeviceClose);
-  {
-    const std::lock_guard lock(mutex_);
-    closed_ = true;
-  }
   EndLink(air->CurrentHabits().onClose, air->StateOf(index_).peer.closeMs);
 }
 
 bool SimulatedLink::IsUp() {
   const std::lock_guard lock(mutex_);
   return up_;
-}
-
-bool SimulatedLink::IsClosed() {
-  const std::lock_guard lock(mutex_);
-  return closed_;
 }
 
 void SimulatedLink::EndLink(LinkEnd how, std::uint32_t delayMs) {

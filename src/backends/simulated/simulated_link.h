@@ -33,7 +33,6 @@ class SimulatedLink final : public platform::WiFiDirectDevice,
   void EndLink(LinkEnd how, std::uint32_t delayMs);
 
  private:
-  bool IsClosed();
   void RaiseStatus();
 
   const std::size_t index_;
@@ -42,7 +41,6 @@ class SimulatedLink final : public platform::WiFiDirectDevice,
 
   std::mutex mutex_;  // guards everything below
   bool up_ = true;
-  bool closed_ = false;  // Close was called
   events::EventSource<platform::PlainHandler<platform::WiFiDirectDevice>> statusChanged_;
 };
 
