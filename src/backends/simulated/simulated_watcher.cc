@@ -83,10 +83,19 @@ void SimulatedWatcher::FinishStop() {
   StopIfDue();
 }
 
+// Also while an exception leaves the handler, so another thread raises what may follow.
 void SimulatedWatcher::OnHandlerReturned() {
-  const std::lock_guard lock(mutex_);
-  --underWay_;
-  StopIfDue();
+  {
+    const std::lock_guard lock(mutex_);
+    --underWay_;
+    if (!stopDue_ || underWay_ > 0) {
+      return;
+    }
+  }
+  Later(0, [](SimulatedWatcher& watcher) {
+    const std::lock_guard lock(watcher.mutex_);
+    watcher.StopIfDue();
+  });
 }
 
 void SimulatedWatcher::StopIfDue() {
