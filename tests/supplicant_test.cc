@@ -62,7 +62,7 @@ class FakeSupplicant : public testing::Test {
   bool Send(const Client& to, const std::string& text) const { return Send(to, text, socket_); }
 
   const test::TemporaryDirectory directory;
-  const std::string path = (directory.path / "wlan0").string();
+  const std::string path = (directory.path / "wlan-fake").string();
   Client sender;
 
  private:
@@ -211,6 +211,21 @@ TEST_F(LyingSupplicant, TheGroupOfAnotherDeviceIsNotTaken) {
       "P2P-GO-NEG-FAILURE status=11"};
   Run();
   EXPECT_EQ(Pair().status, platform::DevicePairingResultStatus::ConnectionRejected);
+}
+
+// It was paired once too, and has chosen the same network name.
+TEST_F(LyingSupplicant, TheGroupOfAnotherDeviceIsNotTakenForAStoredOne) {
+  replies["LIST_NETWORKS"] =
+      "0\tDIRECT-a\t" + std::string(kDevice) + "\t[DISABLED][P2P-PERSISTENT]\n";
+  replies["LIST_NETWORKS LAST_ID=0"] = "\n";
+  replies["STATUS"] = "ssid=DIRECT-a\n";
+  events["P2P_INVITE"] = {
+      "P2P-INVITATION-RESULT status=0",
+      "P2P-GROUP-STARTED wlan-fake client ssid=\"DIRECT-a\" go_dev_addr=66:66:66:66:66:66 "
+      "ip_addr=192.168.233.10 go_ip_addr=192.168.233.1",
+      "P2P-GROUP-FORMATION-FAILURE"};
+  Run();
+  EXPECT_EQ(ErrorOf([this] { EXPECT_FALSE(Invite(*supplicant, *inbox, kDevice)); }), "");
 }
 
 TEST_F(LyingSupplicant, NoInterfaceButAGroupsGetsAnAddress) {

@@ -54,9 +54,10 @@ bool IsOwnedBy(const std::string& address, const Message& started) {
   return !IsOwnGroup(started) && started.Field("go_dev_addr") == address;
 }
 
-bool IsGroupOf(const Supplicant& supplicant, const StoredGroup& stored, const Message& started) {
-  const std::string status = supplicant.AskAbout(InterfaceOf(started), "STATUS");
-  return LineOf(status, "ssid") == stored.ssid;
+// Whether this machine owns the new group, and it is the stored one.
+bool IsOwn(const StoredGroup& stored, const Supplicant& supplicant, const Message& started) {
+  return IsOwnGroup(started) &&
+         LineOf(supplicant.AskAbout(InterfaceOf(started), "STATUS"), "ssid") == stored.ssid;
 }
 
 // wpa_supplicant pairs and links only with devices that it has seen within the last minute.
@@ -102,7 +103,7 @@ std::optional<Link> InviteOnce(Supplicant& supplicant, Inbox& inbox, const std::
     } else if (IsFailedFormation(*message) || message->name == kGoneEvent) {
       return std::nullopt;
     } else if (IsGroupStart(*message) &&
-               (IsOwnedBy(address, *message) || IsGroupOf(supplicant, group, *message))) {
+               (IsOwnedBy(address, *message) || IsOwn(group, supplicant, *message))) {
       return AwaitLink(supplicant, inbox, *message, address);
     }
   }
