@@ -49,11 +49,21 @@ TEST(ChildProcess, SeesNothingOfThisProcess) {
   unsetenv("LANVOSS_SECRET");
 }
 
+// Also where the host has closed its input, so that the file has that number.
 TEST(ChildProcess, ReceivesAFile) {
-  const NamelessFile script("#!/bin/sh\necho it runs\n");
-  EXPECT_EQ(
-      Printed({.arguments = {"sh", "-c", script.Path()}, .capabilities = {}, .file = &script}),
-      "it runs\n");
+  const int input = dup(STDIN_FILENO);
+  for (const bool hasInput : {true, false}) {
+    if (!hasInput) {
+      close(STDIN_FILENO);
+    }
+    const NamelessFile script("#!/bin/sh\necho it runs\n");
+    EXPECT_EQ(
+        Printed(
+            {.arguments = {"sh", "-c", NamelessFile::Path()}, .capabilities = {}, .file = &script}),
+        "it runs\n");
+  }
+  dup2(input, STDIN_FILENO);
+  close(input);
 }
 
 TEST(ChildProcess, HasNoRightsButThoseThatItNeeds) {
@@ -97,7 +107,7 @@ TEST(ChildProcess, EndsWithAKilledHost) {
   ASSERT_EQ(pipe(channel.data()), 0);
   const pid_t host = fork();
   if (host == 0) {
-    ChildProcess child(Shell("echo $$; exec sleep 1000"));
+    ChildProcess child(Shell("echo $$; exec sleep 1000", {CAP_NET_BIND_SERVICE}));
     const std::string number = child.NextLine(Soon()).value_or("");
     EXPECT_GT(write(channel[1], number.data(), number.size()), 0);
     kill(getpid(), SIGKILL);

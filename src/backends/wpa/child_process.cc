@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <linux/capability.h>
-#include <linux/close_range.h>
 #include <linux/sched.h>
 #include <memory>
+#include <string_view>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
@@ -26,6 +26,10 @@ namespace {
 // Where an administrator's programs are, which the path of a user may lack.
 constexpr const char* kFolders[] = {"/usr/sbin/", "/sbin/", "/usr/bin/", "/bin/"};
 constexpr char kPath[] = "PATH=/usr/sbin:/sbin:/usr/bin:/bin";
+
+// Where a program has the file that it receives. udhcpc takes the numbers after the streams for
+// itself, whatever is there.
+constexpr int kFileDescriptor = 10;
 
 // The user and the group nobody, which own no file.
 constexpr unsigned kNobody = 65534;
@@ -53,17 +57,17 @@ struct Start {
 };
 
 // The library's own functions for these would try to reach the other threads, which are not there.
-void BecomeNobody() {
-  if (geteuid() == 0) {
-    prctl(PR_SET_KEEPCAPS, 1, 0, 0, 0);
-    syscall(SYS_setgroups, 0, nullptr);
-    syscall(SYS_setresgid, kNobody, kNobody, kNobody);
-    syscall(SYS_setresuid, kNobody, kNobody, kNobody);
-  }
+// False: the system refuses it, for example where there is no such user.
+bool BecomeNobody() {
+  return geteuid() != 0 ||
+         (prctl(PR_SET_KEEPCAPS, 1, 0, 0, 0) == 0 && syscall(SYS_setgroups, 0, nullptr) == 0 &&
+          syscall(SYS_setresgid, kNobody, kNobody, kNobody) == 0 &&
+          syscall(SYS_setresuid, kNobody, kNobody, kNobody) == 0);
 }
 
-// Keeps of the rights those that are needed, also when it becomes the program.
-void KeepRights(const std::vector<unsigned>& capabilities) {
+// Keeps of the rights those that are needed, also when it becomes the program. False: it would have
+// others too.
+bool KeepRights(const std::vector<unsigned>& capabilities) {
   __user_cap_header_struct header{.version = _LINUX_CAPABILITY_VERSION_3, .pid = 0};
   __user_cap_data_struct had[_LINUX_CAPABILITY_U32S_3] = {};
   __user_cap_data_struct kept[_LINUX_CAPABILITY_U32S_3] = {};
@@ -74,11 +78,13 @@ void KeepRights(const std::vector<unsigned>& capabilities) {
     words.effective = words.permitted;
     words.inheritable = words.permitted;
   }
-  syscall(SYS_capset, &header, kept);
+  if (syscall(SYS_capset, &header, kept) != 0 || prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) {
+    return false;
+  }
   for (const unsigned capability : capabilities) {
     prctl(PR_CAP_AMBIENT, PR_CAP_AMBIENT_RAISE, capability, 0, 0);
   }
-  prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+  return true;
 }
 
 // No signal is blocked or ignored, whatever the host has done.
@@ -93,33 +99,47 @@ void ResetSignals() {
   pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
-void ReplaceStreams(const Start& start) {
-  constexpr int kAboveStreams = 10;
-  const int output = fcntl(start.output, F_DUPFD, kAboveStreams);
+// Leaves open the three streams and the file alone. A host may have closed its own streams, so that
+// what is needed here has their numbers. False: the process would have what the host has open.
+bool ReplaceStreams(const Start& start) {
+  constexpr unsigned kFirst = STDERR_FILENO + 1;
+  constexpr unsigned kAbove = kFileDescriptor + 1;
+  const int output = fcntl(start.output, F_DUPFD, kAbove);
+  const int file = start.file < 0 ? -1 : fcntl(start.file, F_DUPFD, kAbove);
   const int input = open("/dev/null", O_RDONLY);
-  dup2(input, STDIN_FILENO);
-  dup2(output, STDOUT_FILENO);
-  dup2(output, STDERR_FILENO);
-  close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
-  if (start.file >= 0) {
-    fcntl(start.file, F_SETFD, 0);
+  if (dup2(input, STDIN_FILENO) < 0 || dup2(output, STDOUT_FILENO) < 0 ||
+      dup2(output, STDERR_FILENO) < 0) {
+    return false;
   }
+  if (start.file < 0) {
+    return close_range(kFirst, ~0U, 0) == 0;
+  }
+  return dup2(file, kFileDescriptor) >= 0 && close_range(kFirst, kFileDescriptor - 1, 0) == 0 &&
+         close_range(kAbove, ~0U, 0) == 0;
+}
+
+[[noreturn]] void GiveUp(int output, std::string_view reason) {
+  const ssize_t written = write(output, reason.data(), reason.size());
+  _exit(written < 0 ? 2 : 1);
 }
 
 [[noreturn]] void Become(const Start& start) {
+  constexpr std::string_view kNotAlone = "it cannot give up the files and rights of its host\n";
+  constexpr std::string_view kNotStarted = "it cannot be started\n";
   ResetSignals();
-  ReplaceStreams(start);
-  BecomeNobody();
-  KeepRights(start.capabilities);
+  if (!ReplaceStreams(start)) {
+    GiveUp(start.output, kNotAlone);
+  }
+  if (!BecomeNobody() || !KeepRights(start.capabilities)) {
+    GiveUp(STDERR_FILENO, kNotAlone);
+  }
   // After the change of the user, which would undo it.
   prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
   if (getppid() == start.parent) {  // else it has died before that
     const char* const environment[] = {kPath, nullptr};
     execve(start.path, start.arguments, const_cast<char* const*>(environment));
   }
-  constexpr char kNotStarted[] = "it cannot be started\n";
-  const ssize_t written = write(STDERR_FILENO, kNotStarted, sizeof kNotStarted - 1);
-  _exit(written < 0 ? 2 : 1);
+  GiveUp(STDERR_FILENO, kNotStarted);
 }
 
 // A descriptor of the new process; -1 when there can be none. Unlike a number, it never means
@@ -132,20 +152,29 @@ int Spawn(const Start& start) {
   return process;
 }
 
+// The end of the calling thread ends it too, so where the system refuses this it is not waited for.
 void End(int process) {
-  syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0);
-  siginfo_t ended{};
-  while (waitid(P_PIDFD, static_cast<id_t>(process), &ended, WEXITED) != 0 && errno == EINTR) {
+  if (syscall(SYS_pidfd_send_signal, process, SIGKILL, nullptr, 0) == 0) {
+    siginfo_t ended{};
+    while (waitid(P_PIDFD, static_cast<id_t>(process), &ended, WEXITED) != 0 && errno == EINTR) {
+    }
   }
   close(process);
+}
+
+// A file that may be executed, also where newer systems want to be asked for that. Older ones do
+// not know the request.
+int OpenInMemory() {
+  constexpr unsigned kExecutable = 0x10;
+  const int file = memfd_create("lanvoss", MFD_CLOEXEC | kExecutable);
+  return file < 0 && errno == EINVAL ? memfd_create("lanvoss", MFD_CLOEXEC) : file;
 }
 
 }  // namespace
 
 bool IsInstalled(const std::string& program) { return !PathOf(program).empty(); }
 
-NamelessFile::NamelessFile(const std::string& content)
-    : descriptor_(memfd_create("lanvoss", MFD_CLOEXEC)) {
+NamelessFile::NamelessFile(const std::string& content) : descriptor_(OpenInMemory()) {
   if (write(descriptor_, content.data(), content.size()) != static_cast<ssize_t>(content.size())) {
     const int error = errno;
     close(descriptor_);
@@ -155,7 +184,7 @@ NamelessFile::NamelessFile(const std::string& content)
 
 NamelessFile::~NamelessFile() { close(descriptor_); }
 
-std::string NamelessFile::Path() const { return "/proc/self/fd/" + std::to_string(descriptor_); }
+std::string NamelessFile::Path() { return "/proc/self/fd/" + std::to_string(kFileDescriptor); }
 
 ChildProcess::ChildProcess(const Settings& settings) : name_(settings.arguments.front()) {
   const std::string path = PathOf(name_);

@@ -19,7 +19,7 @@ namespace lanvoss::wpa {
 // Whether there is a program of this name.
 bool IsInstalled(const std::string& program);
 
-// A file that is open and has no name. The program receives it under Path().
+// A file that is open and has no name. The program that receives it has it at Path().
 class NamelessFile {
  public:
   // Raises platform::Error when there can be none.
@@ -29,7 +29,7 @@ class NamelessFile {
   NamelessFile& operator=(const NamelessFile&) = delete;
 
   int Descriptor() const { return descriptor_; }
-  std::string Path() const;
+  static std::string Path();
 
  private:
   const int descriptor_;
