@@ -1,6 +1,7 @@
 // The events of wpa_supplicant: names come from other devices and may imitate anything.
 #include <gtest/gtest.h>
 
+#include "backends/wpa/dhcp.h"
 #include "backends/wpa/message.h"
 
 namespace lanvoss::wpa {
@@ -39,6 +40,18 @@ TEST(WpaMessage, IsNotMisledByAName) {
   EXPECT_EQ(message.Field("p2p_dev_addr"), "42:00:00:00:01:00");
   EXPECT_EQ(LineOf("42:00:00:00:01:00\ndevice_name=a device_name=b|'\nage=3\n", "device_name"),
             "a device_name=b|'");
+}
+
+TEST(WpaMessage, IsNotMisledByTheReasonOfADeclinedLease) {
+  const std::string device = "02:00:00:00:01:00";
+  const std::string ack = "DHCPACK(p2p-wlan0-0) 192.168.49.10 " + device;
+  const auto leased = [&](const std::string& line) {
+    return LeasedAddress("dnsmasq-dhcp[12]: " + line, "p2p-wlan0-0", device);
+  };
+  EXPECT_EQ(leased(ack + " its-name"), "192.168.49.10");
+  EXPECT_EQ(leased("DHCPDECLINE(p2p-wlan0-0) 192.168.49.11 " + device + " " + ack), "");
+  EXPECT_EQ(leased("DHCPACK(p2p-wlan0-0) 192.168.49.10 66:66:66:66:66:66"), "");
+  EXPECT_EQ(leased(""), "");
 }
 
 TEST(WpaMessage, TakesWhateverComes) {

@@ -3,6 +3,7 @@
 #include <linux/capability.h>
 #include <sstream>
 
+#include "backends/wpa/fail.h"
 #include "backends/wpa/limits.h"
 
 namespace lanvoss::wpa {
@@ -25,14 +26,14 @@ ChildProcess::Settings ServerSettings(const std::string& interface) {
           .capabilities = {CAP_NET_BIND_SERVICE, CAP_NET_ADMIN}};
 }
 
-// udhcpc runs it with the lease that it has got.
-constexpr char kScript[] = "#!/bin/sh\n[ -z \"$ip\" ] || echo \"lease $ip $serverid\"\n";
+// udhcpc runs it at its start, and with the lease that it has got.
+constexpr char kScript[] = "#!/bin/sh\necho \"lease $ip $serverid\"\n";
 
 ChildProcess::Settings ClientSettings(const std::string& interface, const NamelessFile& script) {
-  return {
-      .arguments = {"udhcpc", "-f", "-i", interface, "-s", script.Path(), "-t", "10", "-T", "1"},
-      .capabilities = {CAP_NET_BIND_SERVICE, CAP_NET_RAW},
-      .file = &script};
+  return {.arguments = {"udhcpc", "-f", "-i", interface, "-s", NamelessFile::Path(), "-t", "10",
+                        "-T", "1"},
+          .capabilities = {CAP_NET_BIND_SERVICE, CAP_NET_RAW},
+          .file = &script};
 }
 
 }  // namespace
@@ -40,36 +41,49 @@ ChildProcess::Settings ClientSettings(const std::string& interface, const Namele
 DhcpServer::DhcpServer(const std::string& interface)
     : interface_(interface), server_(ServerSettings(interface)) {}
 
-// dnsmasq prints, for example
-//   dnsmasq-dhcp: DHCPACK(p2p-wlan0-0) 192.168.49.10 02:00:00:00:01:00 name
 std::string DhcpServer::AwaitLease(const std::string& hardwareAddress, Clock::time_point deadline) {
-  const std::string mark = "DHCPACK(" + interface_ + ") ";
   while (const auto line = server_.NextLine(deadline)) {
-    const std::size_t at = line->find(mark);
-    if (at == std::string::npos) {
-      continue;
-    }
-    std::istringstream lease(line->substr(at + mark.size()));
-    std::string address;
-    std::string hardware;
-    if (lease >> address >> hardware && hardware == hardwareAddress) {
+    if (auto address = LeasedAddress(*line, interface_, hardwareAddress); !address.empty()) {
       return address;
     }
   }
   return {};
 }
 
+// dnsmasq prints, for example
+//   dnsmasq-dhcp[123]: DHCPACK(p2p-wlan0-0) 192.168.49.10 02:00:00:00:01:00 name
+//   dnsmasq-dhcp[123]: DHCPDECLINE(p2p-wlan0-0) 192.168.49.10 02:00:00:00:01:00 the device's reason
+std::string LeasedAddress(std::string_view line, const std::string& interface,
+                          const std::string& hardwareAddress) {
+  std::istringstream words{std::string(line)};
+  std::string program;
+  std::string report;
+  std::string address;
+  std::string hardware;
+  words >> program >> report >> address >> hardware;
+  return report == "DHCPACK(" + interface + ")" && hardware == hardwareAddress ? address
+                                                                               : std::string();
+}
+
 DhcpClient::DhcpClient(const std::string& interface)
     : script_(kScript), client_(ClientSettings(interface, script_)) {}
 
 std::optional<Lease> DhcpClient::AwaitLease(Clock::time_point deadline) {
+  bool hasScript = false;
   while (const auto line = client_.NextLine(deadline)) {
     std::istringstream words(*line);
     std::string word;
     Lease lease;
-    if (words >> word >> lease.address >> lease.server && word == "lease") {
-      return lease;
+    words >> word;
+    if (word == "lease") {
+      hasScript = true;
+      if (words >> lease.address >> lease.server) {
+        return lease;
+      }
     }
+  }
+  if (!hasScript) {
+    Fail("udhcpc cannot run its script");  // which it does not say
   }
   return std::nullopt;
 }

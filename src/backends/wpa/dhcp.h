@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "backends/wpa/child_process.h"
 #include "backends/wpa/supplicant.h"
@@ -25,6 +26,11 @@ class DhcpServer {
   ChildProcess server_;
 };
 
+// The address in a line of dnsmasq's that reports the lease of the device with this hardware
+// address; empty in any other line. Other lines may contain what the device chooses.
+std::string LeasedAddress(std::string_view line, const std::string& interface,
+                          const std::string& hardwareAddress);
+
 struct Lease {
   std::string address;
   std::string server;
@@ -36,7 +42,7 @@ class DhcpClient {
   explicit DhcpClient(const std::string& interface);
 
   // What the owner of the group gives; none when the time is up. Raises platform::Error when udhcpc
-  // has ended.
+  // has ended, or cannot report.
   std::optional<Lease> AwaitLease(Clock::time_point deadline);
 
  private:

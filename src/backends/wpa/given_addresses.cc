@@ -81,15 +81,17 @@ class InterfaceAddresses {
 
 }  // namespace
 
-void CheckGivenAddresses(const std::string& local, const std::string& remote,
-                         const std::string& interface) {
+void CheckGivenAddresses(const std::string& local, const std::string& remote) {
   const Network link{HostAddress(local), kLinkMask};
   const std::uint32_t peer = HostAddress(remote);
   if (peer == link.address || !link.Contains(peer)) {
     Fail("the device gives addresses that cannot reach each other: " + local + ", " + remote);
   }
-  if (const std::string other = OtherUserOfNetwork(local, interface); !other.empty()) {
-    Fail("the device gives an address of the network of " + other + ": " + local);
+}
+
+void CheckIsAlone(const std::string& interface, const std::string& address) {
+  if (const std::string other = OtherUserOfNetwork(address, interface); !other.empty()) {
+    Fail("the device gives an address of the network of " + other + ": " + address);
   }
 }
 

@@ -5,10 +5,12 @@
 
 namespace lanvoss::wpa {
 
-// Both must be addresses of hosts in one private network of 254, differ, and the network must be in
-// use on no other interface of this machine. Raises platform::Error otherwise, with the reason.
-void CheckGivenAddresses(const std::string& local, const std::string& remote,
-                         const std::string& interface);
+// Both raise platform::Error with the reason.
+//
+// The addresses must be those of two hosts in one private network of 254.
+void CheckGivenAddresses(const std::string& local, const std::string& remote);
+// No interface of this machine but this one may be in the network of the address.
+void CheckIsAlone(const std::string& interface, const std::string& address);
 
 // An interface, other than this one, that is in the network of a link with this address; empty
 // without one.

@@ -37,7 +37,12 @@ bool AwaitClient(Inbox& inbox, Link& link) {
       link.remote = server->AwaitLease(message->Word(kStationWord), After(kLeaseMs));
       link.dhcp = server;
     }
-    return !link.remote.empty();
+    if (link.remote.empty()) {
+      return false;
+    }
+    // A device can report to the server what address it has, instead of asking for one.
+    CheckGivenAddresses(link.local, link.remote);
+    return true;
   }
   return false;
 }
@@ -56,7 +61,8 @@ bool JoinOwner(const Message& started, Link& link) {
     link.remote = lease->server;
     link.dhcp = client;
   }
-  CheckGivenAddresses(link.local, link.remote, link.interface);
+  CheckGivenAddresses(link.local, link.remote);
+  CheckIsAlone(link.interface, link.local);
   // The mask that it gives is not taken: a wide one would send the traffic of other networks into
   // the link.
   SetInterfaceAddress(link.interface, link.local, kNetworkMask);
