@@ -117,6 +117,7 @@ TEST_F(Radio, JoinsAGroupOfTheCamera) {
   Open();
   EXPECT_EQ(Ask("connect, the camera owns the group", kName), addresses);
   ExpectReplies();
+  EXPECT_TRUE(RunCommand("grep -q 0 /proc/sys/net/ipv6/conf/p2p-wlan0-*/accept_ra"));
   DisConnect();
   EXPECT_EQ(Ask("connect again, the camera owns it", kName), addresses);
   ExpectReplies();

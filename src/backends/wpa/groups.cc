@@ -69,6 +69,13 @@ bool CanHaveGroup(const Supplicant& supplicant, const std::string& interface) {
   return HasOwnInterface(interface) || IsSocketOf(supplicant.SocketName(), interface);
 }
 
+// The adapter's own interface has networks of the user's too.
+void SecureGroup(const std::string& interface) {
+  if (HasOwnInterface(interface)) {
+    IgnoreRouters(interface);
+  }
+}
+
 void RemoveGroup(const Supplicant& supplicant, const std::string& interface) {
   supplicant.Do("P2P_GROUP_REMOVE " + interface);
   ClearAddressAfter(interface);

@@ -26,6 +26,9 @@ std::vector<std::string> DevicesIn(const Supplicant& supplicant, const Group& gr
 // group, or the adapter's own.
 bool CanHaveGroup(const Supplicant& supplicant, const std::string& interface);
 
+// What a new group needs, whoever has started it: the devices in it are strangers to this machine.
+void SecureGroup(const std::string& interface);
+
 // Takes the group down.
 void RemoveGroup(const Supplicant& supplicant, const std::string& interface);
 

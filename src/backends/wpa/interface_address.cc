@@ -3,6 +3,7 @@
 #include <arpa/inet.h>
 #include <cerrno>
 #include <cstring>
+#include <fstream>
 #include <net/if.h>
 #include <netinet/in.h>
 #include <sys/ioctl.h>
@@ -57,6 +58,10 @@ void ClearInterfaceAddress(const std::string& interface) {
   } catch (const platform::Error&) {
     // The interface is gone, and the address with it.
   }
+}
+
+void IgnoreRouters(const std::string& interface) {
+  std::ofstream("/proc/sys/net/ipv6/conf/" + interface + "/accept_ra") << "0";
 }
 
 }  // namespace lanvoss::wpa

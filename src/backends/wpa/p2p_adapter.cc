@@ -242,6 +242,8 @@ void P2pAdapter::OnMessage(const Message& message) {
     }
   } else if (message.name == "AP-STA-DISCONNECTED") {
     OnDeviceLeft(address);
+  } else if (IsGroupStart(message)) {
+    SecureGroup(InterfaceOf(message));
   } else if (message.name == "P2P-GROUP-REMOVED") {
     OnGroupGone(message.Word(0));
   } else if (message.name == kGoneEvent) {
