@@ -1,6 +1,7 @@
 #include "backends/wpa/p2p_adapter.h"
 
 #include <algorithm>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -42,6 +43,14 @@ void Configure(const Supplicant& supplicant) {
   }
 }
 
+std::shared_ptr<P2pAdapter> NewAdapter(const std::shared_ptr<platform::System>& system) {
+  try {
+    return std::make_shared<P2pAdapter>(system);
+  } catch (const std::system_error& error) {
+    Fail("no thread", error.code().value());
+  }
+}
+
 }  // namespace
 
 // One negotiation at a time, and nothing is looked for meanwhile.
@@ -75,7 +84,7 @@ class P2pAdapter::Turn {
 
 std::shared_ptr<P2pAdapter> P2pAdapter::Create(const std::shared_ptr<platform::System>& system,
                                                const std::string& socketPath) {
-  auto adapter = std::make_shared<P2pAdapter>(system);
+  auto adapter = NewAdapter(system);
   adapter->supplicant_.emplace(socketPath, [raw = adapter.get()](const Message& message) {
     raw->Later(raw->messages_, [message](P2pAdapter& self) { self.OnMessage(message); });
   });
@@ -162,14 +171,19 @@ std::shared_ptr<WpaDevice> P2pAdapter::Open(const std::string& address) {
 // Keeps a new link until a device object takes it. Its events before that are in the inbox; the
 // adapter itself receives the later ones. False: the link is already gone.
 bool P2pAdapter::Keep(Inbox& inbox, const Link& link) {
+  const auto mayGo = After(kShortestGroupMs);
+  Link before;  // as every link, it goes after the lock: the end of its DHCP server is waited for
   {
     const std::lock_guard lock(mutex_);
-    kept_[link.peer] = link;
-    groups_[link.interface] = After(kShortestGroupMs);
+    before = std::exchange(kept_[link.peer], link);
+    groups_[link.interface] = mayGo;
   }
-  delayedActions.After(kUnclaimedMs, [weak = weak_from_this(), link] {
+  const auto release = [interface = link.interface, mayGo](P2pAdapter& adapter) {
+    adapter.ReleaseUnclaimed(interface, mayGo);
+  };
+  delayedActions.After(kUnclaimedMs, [weak = weak_from_this(), release] {
     if (const auto self = weak.lock()) {
-      self->Later(self->chores_, [link](P2pAdapter& adapter) { adapter.ReleaseUnclaimed(link); });
+      self->Later(self->chores_, release);
     }
   });
   while (const auto message = inbox.Next(Clock::now())) {
@@ -181,16 +195,19 @@ bool P2pAdapter::Keep(Inbox& inbox, const Link& link) {
   return true;
 }
 
-// Takes a link down that no open request has taken.
-void P2pAdapter::ReleaseUnclaimed(const Link& link) {
+// Takes a link down that no open request has taken. `mayGo` tells its group from a later one on the
+// same interface.
+void P2pAdapter::ReleaseUnclaimed(const std::string& interface, Clock::time_point mayGo) {
   bool isUnclaimed = false;
   {
     const std::lock_guard lock(mutex_);
-    const auto kept = kept_.find(link.peer);
-    isUnclaimed = kept != kept_.end() && kept->second.interface == link.interface;
+    const auto group = groups_.find(interface);
+    isUnclaimed = group != groups_.end() && group->second == mayGo &&
+                  std::ranges::any_of(
+                      kept_, [&](const auto& kept) { return kept.second.interface == interface; });
   }
   if (isUnclaimed) {
-    TakeDown(link.interface);
+    TakeDown(interface);
   }
 }
 
@@ -279,11 +296,13 @@ void P2pAdapter::ReportLinks() {
 // The device has left its groups.
 void P2pAdapter::OnDeviceLeft(const std::string& address) {
   std::vector<std::string> interfaces;
+  decltype(kept_)::node_type kept;
   {
     const std::lock_guard lock(mutex_);
-    if (const auto kept = kept_.extract(address)) {
-      interfaces.push_back(kept.mapped().interface);
-    }
+    kept = kept_.extract(address);
+  }
+  if (kept) {
+    interfaces.push_back(kept.mapped().interface);
   }
   for (const auto& device : Devices()) {
     if (device->TheLink().peer == address && device->End()) {
@@ -298,28 +317,37 @@ void P2pAdapter::OnDeviceLeft(const std::string& address) {
 
 void P2pAdapter::OnGroupGone(const std::string& interface) {
   bool wasOwn = false;
+  std::vector<Link> gone;
   {
     const std::lock_guard lock(mutex_);
     wasOwn = groups_.erase(interface) == 1;
-    std::erase_if(kept_, [&](const auto& kept) { return kept.second.interface == interface; });
+    std::erase_if(kept_, [&](auto& kept) {
+      const bool isIn = kept.second.interface == interface;
+      if (isIn) {
+        gone.push_back(std::move(kept.second));
+      }
+      return isIn;
+    });
   }
+  if (wasOwn) {
+    ClearAddressAfter(interface);
+  }
+  // Last: whoever is notified may begin the next link, on the same interface.
   for (const auto& device : Devices()) {
     if (device->TheLink().interface == interface) {
       device->End();
     }
-  }
-  if (wasOwn) {
-    ClearAddressAfter(interface);
   }
 }
 
 // wpa_supplicant has taken all groups with it.
 void P2pAdapter::OnGone() {
   std::map<std::string, Clock::time_point> groups;
+  std::map<std::string, Link> kept;
   {
     const std::lock_guard lock(mutex_);
     groups.swap(groups_);
-    kept_.clear();
+    kept.swap(kept_);
   }
   for (const auto& [interface, mayGo] : groups) {
     ClearAddressAfter(interface);

@@ -36,7 +36,8 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
   P2pAdapter& operator=(const P2pAdapter&) = delete;
 
   // Takes down the groups that this object has brought up, because nothing else does. The last
-  // call. Blocks for kShortestGroupMs and kReplyMs at most.
+  // call. Blocks for kShortestGroupMs and, for the command and the search before and after it,
+  // three times kReplyMs at most.
   void End();
 
   void Register(const std::shared_ptr<WpaWatcher>& watcher);
@@ -98,7 +99,7 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
   void AwaitShortestGroup(const std::string& interface);
 
   bool Keep(Inbox& inbox, const Link& link);
-  void ReleaseUnclaimed(const Link& link);
+  void ReleaseUnclaimed(const std::string& interface, Clock::time_point mayGo);
   std::shared_ptr<WpaDevice> TakeKept(const std::string& address);
 
   std::vector<std::shared_ptr<WpaWatcher>> Watchers();

@@ -55,8 +55,9 @@ class WpaEndpointPairView final : public platform::EndpointPairView {
 
 WpaDevice::WpaDevice(std::shared_ptr<P2pAdapter> adapter, Link link)
     : adapter_(std::move(adapter)),
-      link_(std::move(link)),
-      queue_(adapter_->dispatcher.NewQueue()) {}
+      link_{link.interface, link.peer, link.local, link.remote},
+      queue_(adapter_->dispatcher.NewQueue()),
+      dhcp_(std::move(link.dhcp)) {}
 
 WpaDevice::~WpaDevice() {
   if (up_) {
@@ -86,10 +87,12 @@ std::shared_ptr<platform::EndpointPairView> WpaDevice::GetConnectionEndpointPair
 void WpaDevice::Close() { adapter_->Close(link_.interface); }
 
 bool WpaDevice::End() {
+  std::shared_ptr<const void> dhcp;  // goes after the lock
   const std::lock_guard lock(mutex_);
   if (!std::exchange(up_, false)) {
     return false;
   }
+  dhcp.swap(dhcp_);
   adapter_->Raise(
       queue_, statusChanged_.Subscribers(),
       [self = shared_from_this()](

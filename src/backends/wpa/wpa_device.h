@@ -23,6 +23,7 @@ class WpaDevice final : public platform::WiFiDirectDevice,
   std::shared_ptr<platform::EndpointPairView> GetConnectionEndpointPairs() override;
   void Close() override;
 
+  // Without its DHCP server or client.
   const Link& TheLink() const { return link_; }
   bool IsUp();
   // The link is down from now on, and the subscribers are notified. False: it was down already.
@@ -35,6 +36,7 @@ class WpaDevice final : public platform::WiFiDirectDevice,
 
   std::mutex mutex_;  // guards everything below
   bool up_ = true;
+  std::shared_ptr<const void> dhcp_;  // as long as it is up
   events::EventSource<platform::PlainHandler<platform::WiFiDirectDevice>> statusChanged_;
 };
 
