@@ -68,6 +68,9 @@ ControlSocket::~ControlSocket() { close(socket_); }
 // Connected before it has an address, so that only the peer can ever send to it. The kernel makes
 // the address, so no file remains.
 void ControlSocket::Connect() {
+  if (socket_ < 0) {
+    FailAt(path_, errno);
+  }
   const HeldSocket held(path_);
   if (const int problem = held.Problem(); problem != 0) {
     FailAt(path_, problem);

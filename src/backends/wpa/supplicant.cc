@@ -17,6 +17,11 @@ namespace {
 
 constexpr char kEventMark = '<';  // an event begins with its level, "<3>"; a reply does not
 
+// Sets the level of the events that we get to what it is from the start. It is refused when we get
+// none any more: wpa_supplicant forgets whoever did not take its events for a while.
+constexpr char kStillAttached[] = "LEVEL 3";
+constexpr char kRefusal[] = "FAIL";
+
 }  // namespace
 
 Supplicant::Supplicant(std::string socketPath, Listener listener)
@@ -86,7 +91,8 @@ void Supplicant::ReceiveAll(std::unique_ptr<ControlSocket> events) {
   }
 }
 
-// A datagram socket does not report that its peer is gone, so after silence we ask.
+// A datagram socket does not report that its peer is gone or has forgotten us, so after silence we
+// ask.
 void Supplicant::ReceiveUntilGone(ControlSocket& events) {
   bool asked = false;
   while (!IsEnding(0)) {
@@ -94,7 +100,7 @@ void Supplicant::ReceiveUntilGone(ControlSocket& events) {
     if (text) {
       asked = false;
       const Message message = ParseMessage(*text);
-      if (message.name == kGoneEvent) {
+      if (message.name == kGoneEvent || text->starts_with(kRefusal)) {
         return;
       }
       if (text->starts_with(kEventMark)) {
@@ -104,7 +110,7 @@ void Supplicant::ReceiveUntilGone(ControlSocket& events) {
       return;
     } else {
       try {
-        events.Send("PING", kReplyMs, end_);
+        events.Send(kStillAttached, kReplyMs, end_);
         asked = true;
       } catch (const platform::Error&) {
         return;
