@@ -23,7 +23,8 @@ void CheckScenario(const Scenario& scenario) {
   std::set<std::u16string> ids;
   for (const Peer& peer : scenario.peers) {
     Require(peer.echoShare >= 0 && peer.echoShare <= 1, "a share is from 0 to 1");
-    Require(peer.id.empty() || ids.insert(simulated::InCapitals(peer.id)).second, "an id is unique");
+    Require(peer.id.empty() || ids.insert(lanvoss::simulated::InCapitals(peer.id)).second,
+            "an id is unique");
     for (const auto& step : peer.script) {
       Require(step.act == Act::kRename || step.newName.empty(), "only a rename has a new name");
     }
