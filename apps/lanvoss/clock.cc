@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <ctime>
 
+#include "platform/since_epoch.h"
 #include "system.h"
 
 namespace lanvoss::program {
@@ -14,7 +15,6 @@ using std::chrono::duration_cast;
 using std::chrono::floor;
 using std::chrono::microseconds;
 using std::chrono::seconds;
-using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
 constexpr int kTmFirstYear = 1900;
@@ -25,12 +25,11 @@ std::int64_t LocalTimeUs() {
   const auto now = std::chrono::system_clock::now();
   const auto wholeSeconds = floor<seconds>(now);
   const std::tm local = LocalTime(std::chrono::system_clock::to_time_t(wholeSeconds));
-  const sys_days day = std::chrono::year(kTmFirstYear + local.tm_year) /
-                       std::chrono::month(static_cast<unsigned>(local.tm_mon + 1)) /
-                       std::chrono::day(static_cast<unsigned>(local.tm_mday));
-  const auto time = day.time_since_epoch() + std::chrono::hours(local.tm_hour) +
-                    std::chrono::minutes(local.tm_min) + seconds(local.tm_sec);
-  return duration_cast<microseconds>(time + (now - wholeSeconds)).count();
+  const auto part = [](int value) { return static_cast<std::uint16_t>(value); };
+  const auto sinceEpoch = platform::SinceEpoch(
+      {part(kTmFirstYear + local.tm_year), part(local.tm_mon + 1), part(local.tm_mday),
+       part(local.tm_hour), part(local.tm_min), part(local.tm_sec)});
+  return duration_cast<microseconds>(sinceEpoch + (now - wholeSeconds)).count();
 }
 
 std::string FormatTime(std::int64_t localTimeUs) {

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <limits>
 
+#include "platform/since_epoch.h"
+
 namespace lanvoss {
 namespace {
 
@@ -23,11 +25,7 @@ std::int64_t FileTime(const platform::LocalTime& time) {
       time.minute > 59 || time.second > 59 || time.millisecond > 999) {
     return 0;
   }
-  const chrono::milliseconds sinceUnixEpoch =
-      chrono::sys_days(date).time_since_epoch() + chrono::hours(time.hour) +
-      chrono::minutes(time.minute) + chrono::seconds(time.second) +
-      chrono::milliseconds(time.millisecond);
-  return kUnixEpochFileTime + sinceUnixEpoch.count() * kFileTimePerMs;
+  return kUnixEpochFileTime + platform::SinceEpoch(time).count() * kFileTimePerMs;
 }
 
 std::int64_t UnixSeconds(const platform::LocalTime& time) {

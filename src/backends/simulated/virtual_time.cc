@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/since_epoch.h"
 #include "platform/unicode.h"
 
 namespace lanvoss::simulated {
@@ -310,11 +311,8 @@ std::unique_ptr<platform::Event> VirtualTime::CreateManualResetEvent(bool set) {
 
 platform::LocalTime VirtualTime::GetLocalTime() {
   namespace chrono = std::chrono;
-  const platform::LocalTime& start = scheduler_->startTime;
-  const chrono::sys_days startDay(chrono::year(start.year) / start.month / start.day);
-  const auto now = startDay + chrono::hours(start.hour) + chrono::minutes(start.minute) +
-                   chrono::seconds(start.second) + chrono::milliseconds(start.millisecond) +
-                   chrono::milliseconds(scheduler_->NowMs());
+  const chrono::sys_time<chrono::milliseconds> now(platform::SinceEpoch(scheduler_->startTime) +
+                                                   chrono::milliseconds(scheduler_->NowMs()));
   const auto day = chrono::floor<chrono::days>(now);
   const chrono::year_month_day date(day);
   const chrono::hh_mm_ss time(now - day);
