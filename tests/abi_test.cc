@@ -8,8 +8,7 @@
 
 namespace {
 
-// With Visual C++ such a pointer is the address of code, which says nothing of the slot.
-#if defined(__x86_64__) && !defined(_MSC_VER)
+#if defined(__x86_64__)
 
 // A pointer to a virtual operation holds the offset of its slot, plus one.
 template <class Operation>

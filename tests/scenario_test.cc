@@ -7,12 +7,8 @@
 #include <iterator>
 #include <mutex>
 #include <regex>
-#include <utility>
-#ifdef _WIN32
-#include <io.h>
-#else
 #include <unistd.h>
-#endif
+#include <utility>
 
 #include "environment.h"
 #include "log/log_line.h"

@@ -1,1 +1,0 @@
-#error "Visual C++ has no <dirent.h>"
