@@ -264,7 +264,7 @@ TEST_F(LyingSupplicant, AStoredGroupIsFoundInALaterReply) {
 
 std::string Missing(const Supplicant& supplicant, const std::string& configuration) {
   std::string all;
-  for (const auto& finding : ExamineSupplicant(supplicant, "wlan0", configuration)) {
+  for (const auto& finding : ExamineSupplicant(supplicant, "wlan-fake", configuration)) {
     all += finding.isFine ? "" : finding.what + "; " + finding.remedy + "\n";
   }
   return all;
@@ -272,7 +272,7 @@ std::string Missing(const Supplicant& supplicant, const std::string& configurati
 
 TEST_F(LyingSupplicant, IsExaminedForWhatHindersALink) {
   replies = {{"GET update_config", "0\n"},
-             {"INTERFACES", "wlan0\n"},
+             {"INTERFACES", "wlan-fake\n"},
              {"STATUS", "ssid=DIRECT-a\nfreq=5180\np2p_device_address=42:00:00:00:00:00\n"},
              {"LIST_NETWORKS", "head\n3\tDIRECT-b\t42:00:00:00:00:77\t[P2P-PERSISTENT]\n"},
              {"LIST_NETWORKS LAST_ID=3", "head\n"},
@@ -281,17 +281,19 @@ TEST_F(LyingSupplicant, IsExaminedForWhatHindersALink) {
   Run();
   const std::string found = Missing(*supplicant, "/etc/mine.conf");
   for (const char* const text :
-       {"the group wlan0; sudo wpa_cli -i wlan0 p2p_group_remove wlan0", "keeps pairings",
-        "update_config=1 into /etc/mine.conf", "3 (DIRECT-b) was made with another address",
-        "5180 MHz; move the access point of wlan0", "country=DE in /etc/mine.conf"}) {
+       {"the group wlan-fake; sudo wpa_cli -i wlan-fake p2p_group_remove wlan-fake",
+        "keeps pairings", "update_config=1 into /etc/mine.conf",
+        "3 (DIRECT-b) was made with another address",
+        "5180 MHz; move the access point of wlan-fake", "country=DE in /etc/mine.conf"}) {
     EXPECT_NE(found.find(text), std::string::npos) << text << " is not in\n" << found;
   }
-  EXPECT_NE(Missing(*supplicant, "").find("nmcli device set wlan0 managed no"), std::string::npos);
+  EXPECT_NE(Missing(*supplicant, "").find("nmcli device set wlan-fake managed no"),
+            std::string::npos);
 }
 
 TEST_F(LyingSupplicant, IsExaminedAndFoundFine) {
   replies = {{"GET update_config", "1\n"},
-             {"INTERFACES", "wlan0\n"},
+             {"INTERFACES", "wlan-fake\n"},
              {"STATUS", "ssid=DIRECTOR\np2p_device_address=42:00:00:00:00:77\n"},
              {"LIST_NETWORKS", "head\n"},
              {"GET_CAPABILITY", " 1 = 2412 MHz (NO_IR)\n 6 = 2437 MHz\n"}};
