@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "environment.h"
-#include "log/log_line.h"
+#include "lanvoss/client/log_line.h"
 #include "own_folder.h"
 
 namespace lanvoss::test {
@@ -126,7 +126,7 @@ void ScenarioTest::TearDown() {
   EXPECT_EQ(air.LiveObjects(), 0U) << "platform objects leaked";
   EXPECT_EQ(air.EscapedExceptions(), kHandlersMayThrow ? expectedEscapes : 0);
   for (const std::string& line : host_.Log()) {
-    EXPECT_TRUE(log::IsKnown(log::ParseLogLine({.kind = "info", .message = line}))) << line;
+    EXPECT_TRUE(log::IsKnown(log::ParseLogLine(line))) << line;
   }
   const auto* test = testing::UnitTest::GetInstance()->current_test_info();
   if (const std::string path = Environment("LANVOSS_TEST_LOG"); !path.empty()) {

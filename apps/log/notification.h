@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "lanvoss/client/log_line.h"
+
 namespace lanvoss::log {
 
 struct Notification {
@@ -12,5 +14,10 @@ struct Notification {
   std::string kind;
   std::string message;
 };
+
+inline LogLine ParseLogLine(const Notification& notification) {
+  return notification.kind == "info" ? ParseLogLine(notification.message)
+                                     : UnknownLine(notification.message);
+}
 
 }  // namespace lanvoss::log

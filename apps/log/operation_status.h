@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "lanvoss/client/log_line.h"
+
 namespace lanvoss::log {
 
 // Of the operation that runs, or ran last.
@@ -24,5 +26,8 @@ struct OperationStatus {
   std::optional<int> replies = {};  // of the latest probe
   bool isRecovery = false;          // the device was silent, and a recovery was begun
 };
+
+// Brings the status up to date with the line.
+void Apply(const LogLine& line, OperationStatus& status);
 
 }  // namespace lanvoss::log

@@ -46,7 +46,7 @@ Event EventOf(const Notification& notification, const LogLine& line, std::int64_
           .clockUs = notification.timeUs,
           .thread = notification.thread,
           .trouble = IsTrouble(line),
-          .byPlatform = line.kind->more.byPlatform,
+          .byPlatform = line.kind->traits.byPlatform,
           .kind = notification.kind,
           .words = WordsOf(line),
           .message = notification.message};
@@ -59,7 +59,7 @@ void AddMarks(const LogLine& line, const Event& event, std::vector<Mark>& marks)
             .trouble = event.trouble,
             .part = line.kind->part,
             .thread = event.thread};
-  const bool isMarked = !line.kind->more.mark.empty();
+  const bool isMarked = !line.kind->traits.mark.empty();
   if (isMarked) {
     mark.label = MarkOf(line);
     marks.push_back(mark);

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "log/log_line.h"
+#include "log/notification.h"
 #include "log/notification.h"
 
 namespace lanvoss::timeline {

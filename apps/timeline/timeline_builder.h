@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "log/log_line.h"
+#include "log/notification.h"
 #include "timeline/timeline.h"
 
 namespace lanvoss::timeline {
