@@ -21,15 +21,14 @@ constexpr int kTmFirstYear = 1900;
 
 }  // namespace
 
-std::int64_t LocalTimeUs() {
-  const auto now = std::chrono::system_clock::now();
-  const auto wholeSeconds = floor<seconds>(now);
+std::int64_t LocalTimeUs(std::chrono::system_clock::time_point time) {
+  const auto wholeSeconds = floor<seconds>(time);
   const std::tm local = LocalTime(std::chrono::system_clock::to_time_t(wholeSeconds));
   const auto part = [](int value) { return static_cast<std::uint16_t>(value); };
   const auto sinceEpoch = platform::SinceEpoch(
       {part(kTmFirstYear + local.tm_year), part(local.tm_mon + 1), part(local.tm_mday),
        part(local.tm_hour), part(local.tm_min), part(local.tm_sec)});
-  return duration_cast<microseconds>(sinceEpoch + (now - wholeSeconds)).count();
+  return duration_cast<microseconds>(sinceEpoch + (time - wholeSeconds)).count();
 }
 
 std::string FormatTime(std::int64_t localTimeUs) {

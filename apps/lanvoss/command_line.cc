@@ -13,8 +13,8 @@ namespace {
 
 constexpr char kFooter[] =
     "The options above can be given before or after every command; COMMAND --help shows the\n"
-    "command's own options. The log and then the result go to standard output, error messages to\n"
-    "standard error. On a terminal the last line shows the progress of an operation.\n"
+    "command's own options. The result goes to standard output, error messages to standard error.\n"
+    "On a terminal the last line shows the progress of an operation.\n"
     "\n"
     "Exit codes:\n"
     "  0    done\n"
@@ -24,7 +24,7 @@ constexpr char kFooter[] =
     "  4    the link is dead: it was lost and could not be brought back\n"
     "  5    the device could not be paired\n"
     "  6    the device was found, but no link came up\n"
-    "  130  interrupted; a second Ctrl-C ends the program at once\n";
+    "  130  interrupted; a second Ctrl-C ends the program at once. For `keep`, 0\n";
 
 // The help of one command; lanvoss run has its own.
 constexpr char kCommandFooter[] =
@@ -42,9 +42,9 @@ void AddCommonOptions(CLI::App& app, CommandLine& line) {
   app.add_flag(
       "--json", line.json,
       "Write each notification and each result as a JSON object, one per line, and no log");
-  app.add_flag("--quiet", line.quiet, "Write only the result");
-  app.add_option("--log", line.logFile, "Append the log to this file instead of showing it")
-      ->type_name("FILE");
+  app.add_flag("--verbose", line.verbose, "Show the library's log too");
+  app.add_flag("--quiet", line.quiet, "Write only the result, and show no progress");
+  app.add_option("--log", line.logFile, "Append the log to this file")->type_name("FILE");
   app.add_option("--timeline", line.timelineFile,
                  "Draw what happened: a picture (.svg) or a trace for trace viewers (.json)")
       ->type_name("FILE");
@@ -126,6 +126,29 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
 
 void AddNameOption(CLI::App& command, CommandLine& line) {
   command.add_option("NAME", line.name, "The device")->required()->type_name("");
+}
+
+void AddTimeoutOption(CLI::App& command, CommandLine& line) {
+  constexpr int kLongestTimeoutS = 86'400;
+  command.add_option("--timeout", line.timeoutS, "Give up after S seconds")
+      ->check(CLI::Range(1, kLongestTimeoutS).description(""))
+      ->type_name("S");
+}
+
+ConnectOptions ConnectOptionsOf(const CommandLine& line) {
+  ConnectOptions options;
+  if (line.timeoutS) {
+    options.timeout = std::chrono::seconds(*line.timeoutS);
+  }
+  options.gap = std::chrono::milliseconds(line.gapMs.value_or(0));
+  options.direct = line.direct;
+  return options;
+}
+
+std::chrono::milliseconds SearchTimeoutOf(const CommandLine& line) {
+  constexpr std::chrono::hours kForever(24 * 365);
+  return line.timeoutS ? std::chrono::milliseconds(std::chrono::seconds(*line.timeoutS))
+                       : std::chrono::milliseconds(kForever);
 }
 
 }  // namespace lanvoss::program

@@ -1,10 +1,13 @@
 // The arguments of the program.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "lanvoss/client.h"
 
 #include "commands/operations.h"
 
@@ -23,6 +26,9 @@ struct CommandLine {
   std::optional<std::int32_t> gapMs;        // of `ip`
   bool direct = false;                      // of `ip`
   bool keep = false;                        // of `watch`
+  bool once = false;                        // of `keep`
+  bool recover = false;                     // of `ping`
+  std::optional<int> timeoutS;              // of an operation; none: its own
   int everyS = 10;                          // of `keep`
   std::vector<Operation> operations;        // of `run`; none: read from standard input
   std::string directory;                    // empty: the current one
@@ -30,6 +36,7 @@ struct CommandLine {
   std::optional<std::string> scenarioFile;  // simulated devices instead of a radio
   bool json = false;                   // an object per line, instead of the log and the results
   bool quiet = false;                  // only the result
+  bool verbose = false;                // the log too
   std::optional<std::string> logFile;  // where the log goes instead
   std::optional<std::string> timelineFile;  // where a picture of what happened goes
   std::string savedLog;                     // of `timeline`; "-": standard input
@@ -41,5 +48,11 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line);
 
 // The option of commands for one device.
 void AddNameOption(CLI::App& command, CommandLine& line);
+
+// The option of commands that wait for a device.
+void AddTimeoutOption(CLI::App& command, CommandLine& line);
+
+ConnectOptions ConnectOptionsOf(const CommandLine& line);
+std::chrono::milliseconds SearchTimeoutOf(const CommandLine& line);
 
 }  // namespace lanvoss::program

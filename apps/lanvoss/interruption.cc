@@ -1,17 +1,10 @@
 #include "interruption.h"
 
-#include <chrono>
 #include <utility>
 
 #include "system.h"
 
 namespace lanvoss::program {
-namespace {
-
-// An operation that begins just after AbortConnect does not notice it, so this is repeated.
-constexpr std::chrono::seconds kGiveUpPause(1);
-
-}  // namespace
 
 Interruption::Interruption(std::function<void()> onInterrupt)
     : onInterrupt_(std::move(onInterrupt)) {
@@ -20,11 +13,6 @@ Interruption::Interruption(std::function<void()> onInterrupt)
 }
 
 Interruption::~Interruption() { Close(); }
-
-void Interruption::Ends(const std::shared_ptr<LanvossInterface>& object) {
-  const std::lock_guard lock(mutex_);
-  object_ = object;
-}
 
 void Interruption::Renew() {
   if (happened_.exchange(false)) {
@@ -48,22 +36,9 @@ void Interruption::Listen() {
     happened_ = true;
     onInterrupt_();
     while (happened_ && !isClosed_) {
-      GiveUp();
-      renewedOrClosed_.WaitUntil(WakeUp::Clock::now() + kGiveUpPause);
+      renewedOrClosed_.Wait();
     }
     LetNextInterruptLeave(false);
-  }
-}
-
-void Interruption::GiveUp() {
-  std::shared_ptr<LanvossInterface> object;
-  {
-    const std::lock_guard lock(mutex_);
-    object = object_.lock();
-  }
-  if (object != nullptr) {
-    object->AbortConnect("");
-    object->StopWatch();
   }
 }
 

@@ -4,11 +4,7 @@
 
 #include <atomic>
 #include <functional>
-#include <memory>
-#include <mutex>
 #include <thread>
-
-#include "lanvoss/lanvoss.h"
 
 #include "wake_up.h"
 
@@ -24,9 +20,6 @@ class Interruption {
   Interruption& operator=(const Interruption&) = delete;
   ~Interruption();
 
-  // Sets the object whose operation an interrupt ends. The object is held only during that.
-  void Ends(const std::shared_ptr<LanvossInterface>& object);
-
   bool Happened() const { return happened_; }
 
   // The interrupted operation has ended: Happened() is false again.
@@ -37,11 +30,8 @@ class Interruption {
 
  private:
   void Listen();
-  void GiveUp();
 
   const std::function<void()> onInterrupt_;
-  std::mutex mutex_;  // guards the object
-  std::weak_ptr<LanvossInterface> object_;
   std::atomic<bool> happened_ = false;
   std::atomic<bool> isClosed_ = false;
   WakeUp renewedOrClosed_;

@@ -36,8 +36,20 @@ JsonObject& JsonObject::AddNumber(std::string_view name, int number) {
   return Add(name, std::to_string(number));
 }
 
+JsonObject& JsonObject::AddNumbers(std::string_view name, const std::vector<std::string>& numbers) {
+  std::string list;
+  for (const std::string& number : numbers) {
+    Append(list, number);
+  }
+  return Add(name, "[" + list + "]");
+}
+
 JsonObject& JsonObject::AddFlag(std::string_view name, bool flag) {
   return Add(name, flag ? "true" : "false");
+}
+
+JsonObject& JsonObject::AddObject(std::string_view name, const JsonObject& object) {
+  return Add(name, object.Json());
 }
 
 JsonObject& JsonObject::AddObjects(std::string_view name, const std::vector<JsonObject>& objects) {

@@ -13,7 +13,10 @@ class JsonObject {
   JsonObject& AddText(std::string_view name, const std::string& text);
   JsonObject& AddTexts(std::string_view name, const std::vector<std::string>& texts);
   JsonObject& AddNumber(std::string_view name, int number);
+  // The texts are numbers.
+  JsonObject& AddNumbers(std::string_view name, const std::vector<std::string>& numbers);
   JsonObject& AddFlag(std::string_view name, bool flag);
+  JsonObject& AddObject(std::string_view name, const JsonObject& object);
   JsonObject& AddObjects(std::string_view name, const std::vector<JsonObject>& objects);
   JsonObject& AddAll(const JsonObject& others);
 

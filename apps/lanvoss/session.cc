@@ -19,22 +19,13 @@
 namespace lanvoss::program {
 namespace {
 
-using log::LogEvent;
-using log::LogLine;
-
 // More than an hour of watching; a link that is kept for a day must not fill the memory.
 constexpr std::size_t kRecordedNotifications = 100'000;
 
+// After an interrupt the end of the library's object is soon, unless the platform hangs.
+constexpr std::chrono::seconds kQuickExit(2);
 // Longer than the library needs when nothing hangs, which is about 15 seconds.
 constexpr std::chrono::seconds kExitLimit(20);
-
-std::atomic<Session*> currentSession = nullptr;
-
-int NumberOfThisThread() {
-  static std::atomic<int> latest = 0;
-  thread_local const int number = ++latest;
-  return number;
-}
 
 // Empty for 0.
 std::string Count(const char* what, std::size_t count) {
@@ -42,12 +33,17 @@ std::string Count(const char* what, std::size_t count) {
 }
 
 // Guards the end of the library's object. That end waits for event handlers, and one can hang in a
-// pairing that never ends. So `leave` ends the process after kExitLimit.
+// pairing that never ends. So `onSlow` is called after kQuickExit, and `leave` ends the process
+// after kExitLimit.
 class ExitTimeout {
  public:
-  explicit ExitTimeout(std::function<void()> leave)
-      : limit_([ended = ended_.get_future(), leave = std::move(leave)] {
-          if (ended.wait_for(kExitLimit) == std::future_status::timeout) {
+  ExitTimeout(std::function<void()> onSlow, std::function<void()> leave)
+      : limit_([ended = ended_.get_future(), onSlow = std::move(onSlow), leave = std::move(leave)] {
+          if (ended.wait_for(kQuickExit) == std::future_status::ready) {
+            return;
+          }
+          onSlow();
+          if (ended.wait_for(kExitLimit - kQuickExit) == std::future_status::timeout) {
             leave();
           }
         }) {}
@@ -65,14 +61,10 @@ class ExitTimeout {
 
 }  // namespace
 
-Session::Session(const CommandLine& line) : line_(line) { currentSession = this; }
-
-Session::~Session() { currentSession = nullptr; }
-
 int Session::Run() {
   try {
-    return PrintOutcome(line_.command->over == Over::kObject ? RunOverObject()
-                                                             : line_.command->run(*this));
+    return PrintOutcome(line_.command->over == Over::kLibrary ? RunOverLibrary()
+                                                              : line_.command->run(*this));
   } catch (const simulated::ScenarioError& error) {
     return PrintOutcome({kExitUsage, {}, error.what()});
   } catch (const ConsoleError& error) {
@@ -82,28 +74,31 @@ int Session::Run() {
   }
 }
 
-Outcome Session::RunOverObject() {
+Outcome Session::RunOverLibrary() {
   std::optional<simulated::Scenario> scenario;
   if (line_.scenarioFile) {
     scenario = simulated::LoadScenario(*line_.scenarioFile);
   }
-  interruption_.emplace([this] {
-    console_.Complain("interrupted");
-    change_->Wake();
-  });
+  interruption_.emplace([this] { OnInterrupt(); });
   platform_ = CreatePlatform(line_.radio, scenario);
   OpenConsole();
-  object_ = MakeLanvoss(platform_, &NotifyCurrent, line_.directory);
-  interruption_->Ends(object_);
+  OpenClient();
 
   const Outcome outcome = TryCommand();
   {
     // The object logs its end. The result follows after that, as the last line.
-    const ExitTimeout limit([this, &outcome] { std::_Exit(PrintOutcome(outcome)); });
-    object_.reset();
+    const ExitTimeout limit(
+        [this] {
+          if (IsInterrupted()) {
+            console_.Complain("waiting for the platform; Ctrl-C again leaves now");
+          }
+        },
+        [this, &outcome] { std::_Exit(PrintOutcome(outcome)); });
+    SetRunning(nullptr);
+    client_.reset();
     interruption_->Close();
   }
-  return IsInterrupted() ? Outcome{kExitAborted} : outcome;
+  return outcome;
 }
 
 Outcome Session::TryCommand() {
@@ -113,7 +108,43 @@ Outcome Session::TryCommand() {
   } catch (const std::exception& error) {
     outcome = {kExitPlatform, {}, error.what()};
   }
-  return IsInterrupted() ? Outcome{kExitAborted} : outcome;
+  return IsInterrupted() && !line_.command->endsByInterrupt ? Outcome{kExitAborted} : outcome;
+}
+
+void Session::OpenClient() {
+  ClientOptions options;
+  options.directory = line_.directory;
+  options.onNotification = [this](const lanvoss::Notification& notification) {
+    OnNotification(notification);
+  };
+  client_ = std::make_unique<Client>(std::move(options),
+                                     [this](NotifyCallback notify, const std::string& directory) {
+                                       return MakeLanvoss(platform_, notify, directory);
+                                     });
+  SetRunning(client_.get());
+}
+
+// An interrupt before this has given nothing up yet.
+void Session::SetRunning(Client* client) {
+  const std::lock_guard lock(mutex_);
+  running_ = client;
+  if (client != nullptr && IsInterrupted()) {
+    client->GiveUp();
+  }
+}
+
+// On the thread that takes interrupts.
+void Session::OnInterrupt() {
+  if (!line_.command->endsByInterrupt) {
+    console_.Complain("interrupted");
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    if (running_ != nullptr) {
+      running_->GiveUp();
+    }
+  }
+  change_->Wake();
 }
 
 // The last output of a run: its outcome and, if requested, a picture of it.
@@ -150,7 +181,7 @@ void Session::OpenConsole() {
   LogTarget log;
   if (line_.logFile) {
     log = {LogTarget::Kind::kFile, *line_.logFile};
-  } else if (line_.json || line_.quiet) {
+  } else if (!line_.verbose || line_.json || line_.quiet) {
     log = {LogTarget::Kind::kDropped};
   }
   console_.Open(log, {.statusLine = [this] { return line_.quiet ? "" : StatusLine(); },
@@ -159,25 +190,18 @@ void Session::OpenConsole() {
 
 // "12 s, devices: 4, passes: 2, opens: 1, looking for Cam-7F21"; empty while nothing runs.
 std::string Session::StatusLine() const {
-  const OperationStatus status = Status();
-  if (status.isOver) {
+  std::optional<Progress> progress;
+  {
+    const std::lock_guard lock(mutex_);
+    progress = running_ == nullptr ? std::nullopt : running_->CurrentProgress();
+  }
+  if (!progress) {
     return {};
   }
-  const auto elapsed =
-      std::chrono::floor<std::chrono::seconds>(std::chrono::steady_clock::now() - status.begun);
-  return std::to_string(elapsed.count()) + " s" + Count("devices", status.devices) +
-         Count("passes", status.passes) + Count("opens", status.opens) +
-         (status.phase.empty() ? "" : ", " + status.phase);
-}
-
-OperationStatus Session::Status() const {
-  const std::lock_guard lock(mutex_);
-  return status_;
-}
-
-std::vector<std::string> Session::ReportedNames() const {
-  const std::lock_guard lock(mutex_);
-  return reportedNames_;
+  const auto elapsed = std::chrono::floor<std::chrono::seconds>(progress->elapsed);
+  return std::to_string(elapsed.count()) + " s" + Count("devices", progress->devices) +
+         Count("passes", progress->passes) + Count("opens", progress->opens) +
+         (progress->phase.empty() ? "" : ", " + progress->phase);
 }
 
 void Session::CollectNames() {
@@ -198,45 +222,33 @@ bool Session::SleepUnlessStopped(std::chrono::milliseconds time) {
   return !IsInterrupted();
 }
 
-void Session::WaitForWatch() {
-  while (!IsInterrupted() && !Status().isWatchOver) {
+void Session::WaitForInterrupt() {
+  while (!IsInterrupted()) {
     change_->Wait();
   }
 }
 
-void Session::NotifyCurrent(std::string kind, std::string message) {
-  if (Session* const session = currentSession; session != nullptr) {
-    session->OnNotify({LocalTimeUs(), NumberOfThisThread(), std::move(kind), std::move(message)});
-  }
-}
-
-void Session::OnNotify(const Notification& notification) {
-  const LogLine line = ParseLogLine(notification);
+void Session::OnNotification(const lanvoss::Notification& notification) {
+  const log::Notification local = {LocalTimeUs(notification.time), notification.thread,
+                                   notification.kind, notification.message};
   {
     const std::lock_guard lock(mutex_);
-    Apply(line, status_);
-    if (line.event == LogEvent::kReported && knownNames_.insert(line.name).second) {
-      reportedNames_.push_back(line.name);
-      ++status_.devices;
-    }
     if (collectsNames_ && notification.kind == "watch") {
       collectedNames_.insert(notification.message);
     }
     if (line_.timelineFile) {
-      Record(notification);
+      Record(local);
     }
   }
-  if (line.event == LogEvent::kProbing) {
-    std::call_once(probed_, [this] { ComplainWithoutRightToProbe(); });
-  }
   if (line_.json && !line_.quiet) {
-    PrintNotification(notification);
+    PrintNotification(local);
   }
+  console_.Refresh();
   change_->Wake();
 }
 
 // Under the lock. Keeps the latest ones.
-void Session::Record(Notification notification) {
+void Session::Record(log::Notification notification) {
   notification.message = ToUtf8(notification.message);
   recorded_.push_back(std::move(notification));
   if (recorded_.size() > kRecordedNotifications) {
@@ -244,7 +256,7 @@ void Session::Record(Notification notification) {
   }
 }
 
-void Session::PrintNotification(const Notification& notification) {
+void Session::PrintNotification(const log::Notification& notification) {
   console_.Print(JsonObject()
                      .AddText("time", FormatTime(notification.timeUs))
                      .AddNumber("thread", notification.thread)
@@ -254,15 +266,8 @@ void Session::PrintNotification(const Notification& notification) {
                  "\n");
 }
 
-void Session::ComplainWithoutRightToProbe() {
-  if (platform_.system->OpenIcmpSocket() == nullptr) {
-    console_.Complain("no right to open raw sockets, so every device seems silent; fix: " +
-                      HowToAllowRawSockets());
-  }
-}
-
 void Session::SaveTimeline() {
-  std::vector<Notification> recorded;
+  std::vector<log::Notification> recorded;
   {
     const std::lock_guard lock(mutex_);
     recorded.assign(recorded_.begin(), recorded_.end());
@@ -275,24 +280,6 @@ void Session::SaveTimeline() {
   } catch (const std::runtime_error& error) {
     console_.Complain(error.what());
   }
-}
-
-OperationScope::OperationScope(Session& session) : session_(session) {
-  {
-    const std::lock_guard lock(session_.mutex_);
-    session_.status_ = {.begun = std::chrono::steady_clock::now(), .isOver = false};
-    session_.reportedNames_.clear();
-    session_.knownNames_.clear();
-  }
-  session_.console_.Refresh();
-}
-
-OperationScope::~OperationScope() {
-  {
-    const std::lock_guard lock(session_.mutex_);
-    session_.status_.isOver = true;
-  }
-  session_.console_.Refresh();
 }
 
 }  // namespace lanvoss::program

@@ -121,11 +121,12 @@ class Client {
   /// Looks for a device until it is found, without pairing or connecting it. With the name "" it
   /// makes one pass; then the outcome is kNone, and `inRange` has the names. The library forgets
   /// the address of a link at that, but does not close the link.
-  Outcome Search(const std::string& name, std::chrono::milliseconds timeout = kSearchTimeout) {
+  Outcome Search(const std::string& name, std::chrono::milliseconds timeout = kSearchTimeout,
+                 SearchUntil until = SearchUntil::kFound) {
     if (!name.empty()) {
       detail::CheckName(name);
     }
-    return detail::SearchDevice(*core_, name, core_->MakeRequest(timeout));
+    return detail::SearchDevice(*core_, name, until, core_->MakeRequest(timeout));
   }
 
   /// Checks the link with echo requests. If nobody answers, it unpairs and pairs the device and

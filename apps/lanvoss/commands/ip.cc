@@ -1,6 +1,5 @@
 #include <CLI/CLI.hpp>
 #include <limits>
-#include <string>
 
 #include "commands/link.h"
 #include "commands/table.h"
@@ -9,6 +8,7 @@ namespace lanvoss::program {
 
 void AddIpOptions(CLI::App& command, CommandLine& line) {
   AddNameOption(command, line);
+  AddTimeoutOption(command, line);
   const auto gap =
       command
           .add_option("--gap", line.gapMs,
@@ -21,14 +21,7 @@ void AddIpOptions(CLI::App& command, CommandLine& line) {
 
 Outcome RunIp(Session& session) {
   const CommandLine& line = session.Line();
-  const std::string& name = *line.name;
-  const OperationScope scope(session);
-  const std::string addresses =
-      session.Object().GetDeviceIp(IpRequest(name, line.gapMs, line.direct));
-  if (addresses.empty()) {
-    return ExplainNoLink(session, name);
-  }
-  return {.result = addresses + "\n", .facts = LinkFacts(name, addresses)};
+  return ToOutcome(*line.name, session.Library().Connect(*line.name, ConnectOptionsOf(line)));
 }
 
 }  // namespace lanvoss::program

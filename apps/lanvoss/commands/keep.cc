@@ -1,49 +1,73 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <chrono>
-#include <exception>
 #include <string>
 
 #include "clock.h"
 #include "commands/link.h"
 #include "commands/table.h"
+#include "radio.h"
 
 namespace lanvoss::program {
 namespace {
 
-// The pause before a device that is away is asked for again. It doubles each time.
-constexpr std::chrono::seconds kFirstPause(1);
-constexpr std::chrono::seconds kLongestPause(60);
+using State = LinkChange::State;
 
-void PrintChange(Session& session, const std::string& addresses) {
+// "16 s"
+std::string Seconds(std::chrono::milliseconds time) {
+  return std::to_string(std::chrono::round<std::chrono::seconds>(time).count()) + " s";
+}
+
+std::string TextOf(const LinkChange& change) {
+  switch (change.state) {
+    case State::kUp:
+      return "up " + AddressesOf(*change.outcome.link) +
+             (change.outage.count() > 0 ? " after " + Seconds(change.outage) : "");
+    case State::kDown:
+      return std::string("down (") + NameOf(change.outcome.reason) +
+             (change.outcome.words.empty() ? "" : ": " + change.outcome.words) + ")";
+    case State::kSilent:
+      return "silent, pairing again";
+    case State::kUnchecked:
+      return "not checked: " + change.outcome.words;
+  }
+  return {};
+}
+
+const char* NameOf(State state) {
+  switch (state) {
+    case State::kUp:
+      return "up";
+    case State::kDown:
+      return "down";
+    case State::kSilent:
+      return "silent";
+    case State::kUnchecked:
+      return "unchecked";
+  }
+  return "";
+}
+
+void PrintChange(Session& session, const LinkChange& change) {
   const std::string& name = *session.Line().name;
-  const std::string state = addresses.empty() ? "down" : "up " + addresses;
   JsonObject facts =
-      addresses.empty() ? JsonObject().AddText("name", name) : LinkFacts(name, addresses);
-  facts.AddFlag("up", !addresses.empty());
-  session.PrintResult(FormatTime(LocalTimeUs()) + " " + state + "\n", facts);
+      AttemptFacts(name, change.outcome)
+          .AddText("state", NameOf(change.state))
+          .AddFlag("up", change.state == State::kUp || change.state == State::kUnchecked);
+  if (change.state == State::kUp) {
+    facts.AddNumber("outage_ms", static_cast<int>(change.outage.count()));
+  }
+  session.PrintResult(FormatTime(LocalTimeUs()) + " " + TextOf(change) + "\n", facts);
 }
 
-// Probes the link. A link that stays silent after its recovery is closed, or the library would
-// return its address again and again.
-void CheckAndLetGo(Session& session) {
-  const LinkCheck check = CheckLink(session);  // it pairs and connects a silent device again
-  if (check.replies == 0 && check.addresses.empty()) {
-    session.Object().DisConnect("");
+// One request and one check, for timers and scripts.
+Outcome KeepOnce(Session& session) {
+  const CommandLine& line = session.Line();
+  Client& library = session.Library();
+  lanvoss::Outcome outcome = library.Connect(*line.name, ConnectOptionsOf(line));
+  if (outcome && session.CanProbe() && !library.Check().outcome) {
+    outcome = library.Connect(*line.name, ConnectOptionsOf(line));
   }
-}
-
-// The addresses of the link after a check; empty while the device is away.
-std::string KeepLink(Session& session, bool isUp) {
-  try {
-    if (isUp) {
-      CheckAndLetGo(session);
-    }
-    return AskForAddresses(session, *session.Line().name);
-  } catch (const std::exception& error) {
-    session.Output().Complain(error.what());  // of the platform; it may work later
-    return {};
-  }
+  return ToOutcome(*line.name, outcome);
 }
 
 }  // namespace
@@ -51,32 +75,28 @@ std::string KeepLink(Session& session, bool isUp) {
 void AddKeepOptions(CLI::App& command, CommandLine& line) {
   constexpr int kLongestEveryS = 86'400;
   AddNameOption(command, line);
-  command.add_option("--every", line.everyS, "Check the link every S seconds (default: 10)")
-      ->check(CLI::Range(1, kLongestEveryS).description(""))
-      ->type_name("S");
+  AddTimeoutOption(command, line);
+  const auto every =
+      command.add_option("--every", line.everyS, "Check the link every S seconds (default: 10)")
+          ->check(CLI::Range(1, kLongestEveryS).description(""))
+          ->type_name("S");
+  command.add_flag("--once", line.once, "Connect and check the link once, and end")
+      ->excludes(every);
 }
 
-// Ends only after an interrupt.
+// Without --once it ends only after an interrupt, which is its normal end.
 Outcome RunKeep(Session& session) {
-  const std::chrono::seconds checkPause(session.Line().everyS);
-  std::string addresses;
-  bool isFirst = true;
-  auto pause = kFirstPause;
-  while (!session.IsInterrupted()) {
-    const std::string current = KeepLink(session, !addresses.empty());
-    if ((current != addresses || isFirst) && !session.IsInterrupted()) {
-      addresses = current;
-      isFirst = false;
-      PrintChange(session, addresses);
-    }
-    if (!addresses.empty()) {
-      pause = kFirstPause;
-      session.SleepUnlessStopped(checkPause);
-    } else {
-      session.SleepUnlessStopped(pause);
-      pause = std::min(2 * pause, kLongestPause);
-    }
+  const CommandLine& line = session.Line();
+  if (line.once) {
+    return KeepOnce(session);
   }
+  KeepOptions options;
+  options.connect = ConnectOptionsOf(line);
+  options.checkEvery = std::chrono::seconds(line.everyS);
+  options.canProbe = [&session] { return session.CanProbe(); };
+  const auto keeper = session.Library().Keep(
+      *line.name, options, [&session](const LinkChange& change) { PrintChange(session, change); });
+  session.WaitForInterrupt();
   return {};
 }
 

@@ -1,61 +1,94 @@
 #include "commands/link.h"
 
+#include <chrono>
+#include <optional>
+
+#include "screen.h"
+
 namespace lanvoss::program {
 namespace {
 
-constexpr int kAsks = 2;
+int ExitCodeOf(const lanvoss::Outcome& outcome) {
+  switch (outcome.reason) {
+    case Reason::kNone:
+      return kExitOk;
+    case Reason::kNotFound:
+      return kExitNotFound;
+    case Reason::kPairingFailed:
+      return kExitPairingFailed;
+    case Reason::kTimedOut:
+      return outcome.step == Step::kSearch    ? kExitNotFound
+             : outcome.step == Step::kPairing ? kExitPairingFailed
+                                              : kExitNoAddress;
+    case Reason::kOpenFailed:
+    case Reason::kNoAddress:
+    case Reason::kGivenUp:
+      return kExitNoAddress;
+    case Reason::kPlatformError:
+    case Reason::kBusy:
+    case Reason::kNotClosed:
+      return kExitPlatform;
+    case Reason::kDisconnected:
+    case Reason::kSilent:
+      return kExitDeadLink;
+  }
+  return kExitPlatform;
+}
 
-// The statuses with which the device is paired.
-bool IsPaired(const std::string& status) { return status == "Paired" || status == "AlreadyPaired"; }
+// "; in range: Cam-7F21, Cam-90A4"
+std::string InRange(const lanvoss::Outcome& outcome) {
+  std::string text;
+  for (const std::string& name : outcome.inRange) {
+    text += (text.empty() ? "; in range: " : ", ") + Printable(name);
+  }
+  return text;
+}
 
-Outcome Explain(const OperationStatus& status, const std::string& name) {
-  if (!status.error.empty()) {
-    return {kExitPlatform, {}, "no link to " + name + ": the platform says " + status.error};
+void AddTime(JsonObject& times, const char* name,
+             const std::optional<std::chrono::milliseconds>& time) {
+  if (time) {
+    times.AddNumber(name, static_cast<int>(time->count()));
   }
-  if (!status.isFound) {
-    return {kExitNotFound, {}, name + " was not found"};
-  }
-  if (status.isPairing) {
-    return {kExitPairingFailed, {}, "the pairing with " + name + " did not end"};
-  }
-  if (!status.pairingStatus.empty() && !IsPaired(status.pairingStatus)) {
-    return {kExitPairingFailed,
-            {},
-            name + " was not paired: the platform says " + status.pairingStatus};
-  }
-  return {kExitNoAddress, {}, name + " was found, but no link to it came up"};
 }
 
 }  // namespace
 
-LinkCheck CheckLink(Session& session) {
-  const OperationScope scope(session);
-  const std::string addresses = session.Object().PingCheck();
-  const OperationStatus status = session.Status();
-  return {status.replies, status.isRecovery, addresses};
-}
+std::string AddressesOf(const Link& link) { return link.local + "," + link.remote; }
 
-std::string AskForAddresses(Session& session, const std::string& name) {
-  const OperationScope scope(session);
-  std::string addresses;
-  for (int ask = 0; ask < kAsks && addresses.empty() && !session.IsInterrupted(); ++ask) {
-    addresses = session.Object().GetDeviceIp(name);
-  }
-  return addresses;
-}
-
-JsonObject LinkFacts(const std::string& name, const std::string& addresses) {
-  const auto comma = addresses.find(',');
+JsonObject LinkFacts(const Link& link) {
   return JsonObject()
-      .AddText("name", name)
-      .AddText("local", addresses.substr(0, comma))
-      .AddText("remote", addresses.substr(comma + 1));
+      .AddText("name", link.name)
+      .AddText("local", link.local)
+      .AddText("remote", link.remote);
 }
 
-Outcome ExplainNoLink(const Session& session, const std::string& name) {
-  Outcome outcome = Explain(session.Status(), name);
-  outcome.facts.AddText("name", name);
-  return outcome;
+JsonObject AttemptFacts(const std::string& name, const lanvoss::Outcome& outcome) {
+  JsonObject facts = outcome.link ? LinkFacts(*outcome.link) : JsonObject().AddText("name", name);
+  if (!outcome) {
+    facts.AddText("reason", NameOf(outcome.reason)).AddText("help", HelpPage(outcome.reason));
+  }
+  if (!outcome.words.empty()) {
+    facts.AddText("status", outcome.words);
+  }
+  JsonObject times;
+  AddTime(times, "search", outcome.times.search);
+  AddTime(times, "pairing", outcome.times.pairing);
+  AddTime(times, "opening", outcome.times.opening);
+  AddTime(times, "total", outcome.times.total);
+  return facts.AddObject("times_ms", times);
+}
+
+Outcome ToOutcome(const std::string& name, const lanvoss::Outcome& outcome) {
+  Outcome result = {.exitCode = ExitCodeOf(outcome), .facts = AttemptFacts(name, outcome)};
+  if (outcome) {
+    result.result = AddressesOf(*outcome.link) + "\n";
+  } else {
+    result.complaint = Explain(outcome, name);
+    if (outcome.step == Step::kSearch) {
+      result.complaint += InRange(outcome);
+    }
+  }
+  return result;
 }
 
 }  // namespace lanvoss::program

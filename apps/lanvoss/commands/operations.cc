@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <functional>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "commands/link.h"
 #include "session.h"
@@ -58,17 +60,17 @@ std::int32_t Milliseconds(std::string_view word) {
 }
 
 Operation ParseIp(std::string_view rest) {
-  std::optional<std::int32_t> gapMs;
   if (TakeOption(rest, "--gap")) {
-    gapMs = Milliseconds(TakeWord(rest));
+    const std::string gap = std::to_string(Milliseconds(TakeWord(rest)));
+    return {.request = gap + "\n" + Name(rest)};
   }
-  const bool direct = !gapMs && TakeOption(rest, "--direct");
-  return {.request = IpRequest(Name(rest), gapMs, direct)};
+  const bool direct = TakeOption(rest, "--direct");
+  return {.request = (direct ? "\n" : "") + Name(rest)};
 }
 
 Operation ParseWatch(std::string_view rest) {
   const bool keep = TakeOption(rest, "--keep");
-  return {.request = rest.empty() && !keep ? "" : WatchRequest(Name(rest), keep)};
+  return {.request = rest.empty() && !keep ? "" : (keep ? "\n" : "") + Name(rest)};
 }
 
 Operation ParseUnpair(std::string_view rest) { return {.request = Name(rest)}; }
@@ -82,51 +84,83 @@ Operation ParseNothing(std::string_view rest) {
   return {};
 }
 
-OperationResult DoIp(Session& session, const Operation& operation) {
-  const OperationScope scope(session);
-  std::string addresses = session.Object().GetDeviceIp(operation.request);
-  if (addresses.empty()) {
-    const std::string name = operation.request.substr(operation.request.rfind('\n') + 1);
-    return {"no link", ExplainNoLink(session, name)};
+// One call of the library's own object.
+CallResult Ask(Session& session, std::function<void(LanvossInterface&, CallResult&)> call) {
+  CallResult result = session.Library().Call(std::move(call));
+  if (result.outcome.reason == Reason::kPlatformError && result.outcome.step == Step::kSearch &&
+      !result.outcome.words.empty() && result.text.empty()) {
+    throw std::runtime_error(result.outcome.words);
   }
-  return {std::move(addresses)};
+  return result;
+}
+
+OperationResult DoIp(Session& session, const Operation& operation) {
+  const CallResult result = Ask(session, [request = operation.request](auto& object, auto& given) {
+    given.text = object.GetDeviceIp(request);
+  });
+  if (!result.text.empty()) {
+    return {result.text, "the link is up: " + result.text};
+  }
+  const std::string name = operation.request.substr(operation.request.rfind('\n') + 1);
+  Outcome failure = ToOutcome(name, result.outcome);
+  std::string words = failure.complaint;
+  return {"no link", std::move(words), std::move(failure)};
 }
 
 OperationResult DoPing(Session& session, const Operation&) {
-  const LinkCheck check = CheckLink(session);
-  if (!check.replies) {
-    return {"no link to probe"};
+  const CallResult result =
+      Ask(session, [](auto& object, auto& given) { given.text = object.PingCheck(); });
+  if (!result.replies) {
+    return {"no link to probe", "there is no link to probe"};
   }
-  std::string text = "replies: " + std::to_string(*check.replies);
-  if (check.recovery) {
-    text += ", recovery: " + (check.addresses.empty() ? "no link" : check.addresses);
+  std::string text = "replies: " + std::to_string(*result.replies);
+  if (result.isRecovery) {
+    text += ", recovery: " + (result.text.empty() ? "no link" : result.text);
   }
-  return {std::move(text)};
+  return {text, text};
+}
+
+// Of an operation that returns a number: `words` for `good`, `otherwise` for any other.
+OperationResult InWords(const CallResult& result, std::int32_t good, const char* words,
+                        const char* otherwise) {
+  return {std::to_string(result.number), result.number == good ? words : otherwise};
 }
 
 OperationResult DoDisconnect(Session& session, const Operation&) {
-  return {std::to_string(session.Object().DisConnect(""))};
+  return InWords(
+      Ask(session, [](auto& object, auto& given) { given.number = object.DisConnect(""); }), 1,
+      "there is no link any more", "the platform did not close the link");
 }
 
 OperationResult DoUnpair(Session& session, const Operation& operation) {
-  return {std::to_string(session.Object().Unpair(operation.request))};
+  const CallResult result = Ask(session, [name = operation.request](auto& object, auto& given) {
+    given.number = object.Unpair(name);
+  });
+  return InWords(result, 0, "asked the system to remove the pairing", "could not unpair");
 }
 
 OperationResult DoWatch(Session& session, const Operation& operation) {
-  return {std::to_string(session.Object().StartWatch(operation.request))};
+  const CallResult result = Ask(session, [request = operation.request](auto& object, auto& given) {
+    given.number = object.StartWatch(request);
+  });
+  return InWords(result, 0, "the watcher runs", "the platform did not start its watcher");
 }
 
 OperationResult DoStop(Session& session, const Operation&) {
-  return {std::to_string(session.Object().StopWatch())};
+  return InWords(Ask(session, [](auto& object, auto& given) { given.number = object.StopWatch(); }),
+                 0, "the watcher is stopped", "the watcher could not be stopped");
 }
 
 OperationResult DoAbort(Session& session, const Operation&) {
-  return {std::to_string(session.Object().AbortConnect(""))};
+  return InWords(
+      Ask(session, [](auto& object, auto& given) { given.number = object.AbortConnect(""); }), 0,
+      "the attempt is given up", "");
 }
 
 OperationResult DoSleep(Session& session, const Operation& operation) {
   const std::chrono::milliseconds time(operation.sleepMs);
-  return {session.SleepUnlessStopped(time) ? "done" : "interrupted"};
+  const char* const text = session.SleepUnlessStopped(time) ? "done" : "interrupted";
+  return {text, text};
 }
 
 }  // namespace
@@ -207,14 +241,5 @@ std::vector<std::string> OperationWords() {
   }
   return words;
 }
-
-std::string IpRequest(const std::string& name, std::optional<std::int32_t> gapMs, bool direct) {
-  if (gapMs) {
-    return std::to_string(*gapMs) + "\n" + name;
-  }
-  return direct ? "\n" + name : name;
-}
-
-std::string WatchRequest(const std::string& name, bool keep) { return keep ? "\n" + name : name; }
 
 }  // namespace lanvoss::program

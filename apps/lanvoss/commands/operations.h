@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -24,8 +23,9 @@ struct Operation {
 };
 
 struct OperationResult {
-  std::string text;
-  Outcome noLink = {};  // of an address request that gave no address
+  std::string text;      // for scripts
+  std::string words;     // for people
+  Outcome failure = {};  // of an address request that gave no address, or an error
 };
 
 class OperationError : public std::runtime_error {
@@ -37,7 +37,7 @@ class OperationError : public std::runtime_error {
 // "operation 2: ...".
 Operation ParseOperation(std::string_view text, const std::string& place);
 
-// An interrupt ends a `sleep` early.
+// An interrupt ends it early.
 OperationResult RunOperation(Session& session, const Operation& operation);
 
 // Whether a line of input is blank or a comment, which begins with #.
@@ -48,9 +48,5 @@ std::string OperationHelp();
 
 // The first words of all operations.
 std::vector<std::string> OperationWords();
-
-// The request texts for GetDeviceIp and StartWatch.
-std::string IpRequest(const std::string& name, std::optional<std::int32_t> gapMs, bool direct);
-std::string WatchRequest(const std::string& name, bool keep);
 
 }  // namespace lanvoss::program

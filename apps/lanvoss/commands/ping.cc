@@ -1,52 +1,119 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
 #include <string>
+#include <vector>
 
 #include "commands/link.h"
 #include "commands/table.h"
+#include "echo.h"
+#include "radio.h"
 
 namespace lanvoss::program {
 namespace {
 
-// The result of a check after which there is a link.
-std::string FindingText(const LinkCheck& check, const std::string& name) {
-  if (!check.replies) {
-    return name + " was not probed: its link had no remote address";
-  }
-  if (*check.replies > 0) {
-    return name + " answered, replies: " + std::to_string(*check.replies);
-  }
-  return name + " did not answer; " + (check.recovery ? "paired and " : "") + "connected again";
+using std::chrono::microseconds;
+
+// "8.1"
+std::string MillisecondsText(microseconds time) {
+  std::array<char, 40> text{};
+  std::snprintf(text.data(), text.size(), "%.1f", static_cast<double>(time.count()) / 1000.0);
+  return text.data();
 }
 
-JsonObject CheckFacts(const LinkCheck& check, const std::string& name,
-                      const std::string& addresses) {
-  JsonObject facts = LinkFacts(name, addresses);
-  if (check.replies) {
-    facts.AddNumber("replies", *check.replies);
+// The round-trip times of the replies, each shown as it comes.
+std::vector<microseconds> Probe(Session& session, const std::string& remote) {
+  std::vector<microseconds> times;
+  for (int number = 1; number <= kEchoRequests && !session.IsInterrupted(); ++number) {
+    const auto time = AskForEcho(session.System(), remote, number);
+    if (time) {
+      times.push_back(*time);
+    }
+    if (!session.Line().json && !session.Line().quiet) {
+      session.Output().Print(
+          std::to_string(number) +
+          (time ? ": reply from " + remote + " after " + MillisecondsText(*time) + " ms\n"
+                : ": no reply from " + remote + " within 3 s\n"));
+    }
   }
-  return facts.AddFlag("recovery", check.recovery);
+  return times;
+}
+
+JsonObject ProbeFacts(const std::vector<microseconds>& times) {
+  std::vector<std::string> texts;
+  for (const microseconds time : times) {
+    texts.push_back(MillisecondsText(time));
+  }
+  return JsonObject()
+      .AddNumber("replies", static_cast<int>(times.size()))
+      .AddNumbers("round_trips_ms", texts);
+}
+
+std::string Summary(const std::string& name, const std::vector<microseconds>& times) {
+  const auto [least, most] = std::ranges::minmax(times);
+  return name + " answered " + std::to_string(times.size()) + " of " +
+         std::to_string(kEchoRequests) + ", in " + MillisecondsText(least) + " to " +
+         MillisecondsText(most) + " ms\n";
+}
+
+// Why the link cannot be probed; empty: it can.
+std::string ObstacleOf(const Session& session, const Link& link) {
+  if (link.remote.find(':') != std::string::npos) {
+    return "the remote address " + link.remote + " is not IPv4, and only IPv4 can be probed";
+  }
+  return session.CanProbe() ? std::string()
+                            : "no right to open raw sockets; fix: " + HowToAllowRawSockets();
+}
+
+// The library probes again, unpairs, pairs and connects.
+Outcome Recover(Session& session, const std::string& name) {
+  session.Library().Check();
+  Outcome outcome =
+      ToOutcome(name, session.Library().Connect(name, ConnectOptionsOf(session.Line())));
+  if (outcome.exitCode == kExitOk) {
+    outcome.result = name + " did not answer; paired and connected again\n" + outcome.result;
+  } else {
+    outcome.exitCode = kExitDeadLink;
+    outcome.complaint = "dead link: " + outcome.complaint;
+  }
+  outcome.facts.AddNumber("replies", 0).AddFlag("recovery", true);
+  return outcome;
 }
 
 }  // namespace
 
-// Connects, checks the link and asks for its addresses again, as a host has to do it: the check
-// may leave the device paired but not connected.
+void AddPingOptions(CLI::App& command, CommandLine& line) {
+  AddNameOption(command, line);
+  AddTimeoutOption(command, line);
+  command.add_flag("--recover", line.recover,
+                   "Pair and connect a device again that does not answer");
+}
+
 Outcome RunPing(Session& session) {
-  const std::string& name = *session.Line().name;
-  {
-    const OperationScope scope(session);
-    if (session.Object().GetDeviceIp(name).empty()) {
-      return ExplainNoLink(session, name);
-    }
+  const CommandLine& line = session.Line();
+  const std::string& name = *line.name;
+  const lanvoss::Outcome request = session.Library().Connect(name, ConnectOptionsOf(line));
+  if (!request) {
+    return ToOutcome(name, request);
   }
-  const LinkCheck check = CheckLink(session);
-  const std::string addresses = AskForAddresses(session, name);
-  if (addresses.empty()) {
-    return {.exitCode = kExitDeadLink,
-            .complaint = "dead link: " + name + " could not be connected again",
-            .facts = JsonObject().AddText("name", name)};
+  const JsonObject facts = AttemptFacts(name, request);
+  if (const std::string obstacle = ObstacleOf(session, *request.link); !obstacle.empty()) {
+    return {kExitPlatform, {}, name + " was not probed: " + obstacle, facts};
   }
-  return {.result = FindingText(check, name) + "\n" + addresses + "\n",
-          .facts = CheckFacts(check, name, addresses)};
+  const std::vector<microseconds> times = Probe(session, request.link->remote);
+  if (!times.empty()) {
+    return {.result = Summary(name, times) + AddressesOf(*request.link) + "\n",
+            .facts = JsonObject(facts).AddAll(ProbeFacts(times))};
+  }
+  if (line.recover && !session.IsInterrupted()) {
+    return Recover(session, name);
+  }
+  return {kExitDeadLink,
+          {},
+          name + " does not answer; --recover pairs and connects it again",
+          JsonObject(facts).AddAll(ProbeFacts(times))};
 }
 
 }  // namespace lanvoss::program

@@ -26,8 +26,8 @@ void RunAndPrint(Session& session, const Operation& operation, Outcome& latest) 
   session.PrintResult(
       "> " + operation.text + " -> " + result.text + "\n",
       JsonObject().AddText("operation", operation.text).AddText("result", result.text));
-  if (result.noLink.exitCode != kExitOk) {
-    latest = result.noLink;
+  if (result.failure.exitCode != kExitOk) {
+    latest = result.failure;
   }
 }
 

@@ -14,12 +14,12 @@ namespace lanvoss::program {
 namespace {
 
 constexpr char kPrompt[] = "lanvoss> ";
-constexpr std::string_view kOwnWords[] = {"devices", "exit", "help"};
+constexpr std::string_view kOwnWords[] = {"devices", "exit", "help", "quit"};
 constexpr std::string_view kNamedWords[] = {"ip", "ip --direct", "unpair", "watch", "watch --keep"};
 
 constexpr char kShellHelp[] =
     "  devices                        show the devices in the cache\n"
-    "  exit                           leave the shell; the end of the input does too\n"
+    "  exit, quit                     leave the shell; the end of the input does too\n"
     "Ctrl-C ends the operation that runs.\n";
 
 std::vector<std::string> AllLines(const Session& session) {
@@ -49,9 +49,7 @@ void PrintOutcome(Session& session, const Outcome& outcome) {
 void RunLine(Session& session, const std::string& text) {
   try {
     const Operation operation = ParseOperation(text, "shell");
-    const std::string result = RunOperation(session, operation).text;
-    session.PrintResult(
-        result + "\n", JsonObject().AddText("operation", operation.text).AddText("result", result));
+    session.Output().Print(RunOperation(session, operation).words + "\n");
   } catch (const std::exception& error) {  // of the operation's text or of the platform
     session.Output().Complain(error.what());
   }
@@ -59,7 +57,7 @@ void RunLine(Session& session, const std::string& text) {
 
 // False: it was the last line.
 bool TakeLine(Session& session, const std::string& text) {
-  if (text == "exit") {
+  if (text == "exit" || text == "quit") {
     return false;
   }
   if (text == "help") {

@@ -10,6 +10,8 @@ namespace lanvoss::program {
 // A command's own options, besides those of every command.
 void AddIpOptions(CLI::App& command, CommandLine& line);
 void AddKeepOptions(CLI::App& command, CommandLine& line);
+void AddPingOptions(CLI::App& command, CommandLine& line);
+void AddUnpairOptions(CLI::App& command, CommandLine& line);
 void AddWatchOptions(CLI::App& command, CommandLine& line);
 void AddRunOptions(CLI::App& command, CommandLine& line);
 void AddTimelineOptions(CLI::App& command, CommandLine& line);
@@ -27,8 +29,8 @@ Outcome RunShell(Session& session);
 Outcome RunTimeline(Session& session);
 Outcome RunDoctor(Session& session);
 
-// Whether the command needs an object of the library.
-enum class Over { kObject, kNothing };
+// Whether the command uses the library.
+enum class Over { kLibrary, kNothing };
 
 struct Command {
   const char* name;
@@ -36,26 +38,27 @@ struct Command {
   void (*addOptions)(CLI::App& command, CommandLine& line);
   Outcome (*run)(Session& session);
   Over over;
+  bool endsByInterrupt = false;  // it goes on until then
 };
 
 inline constexpr Command kCommands[] = {
     {"ip", "Find a device, pair with it and connect; print the addresses as LOCAL,REMOTE",
-     AddIpOptions, RunIp, Over::kObject},
-    {"ping", "Connect to a device and check the link; connect again if nothing answers",
-     AddNameOption, RunPing, Over::kObject},
+     AddIpOptions, RunIp, Over::kLibrary},
+    {"ping", "Connect to a device and send it echo requests; show their round-trip times",
+     AddPingOptions, RunPing, Over::kLibrary},
     {"keep", "Keep a device connected until interrupted; print each change of the link",
-     AddKeepOptions, RunKeep, Over::kObject},
+     AddKeepOptions, RunKeep, Over::kLibrary, true},
     {"watch", "Print the devices in range, or look for one until it is found", AddWatchOptions,
-     RunWatch, Over::kObject},
-    {"disconnect", "Close the link to a device; open or take over the link first", AddNameOption,
-     RunDisconnect, Over::kObject},
-    {"unpair", "Find a device and remove its pairing from the system", AddNameOption, RunUnpair,
-     Over::kObject},
+     RunWatch, Over::kLibrary},
+    {"disconnect", "Close the link to a device, if there is one", AddNameOption, RunDisconnect,
+     Over::kLibrary},
+    {"unpair", "Find a device and remove its pairing from the system", AddUnpairOptions, RunUnpair,
+     Over::kLibrary},
     {"devices", "Show the devices in the cache as a table", AddNoOptions, RunDevices,
      Over::kNothing},
-    {"run", "Run several operations one after the other", AddRunOptions, RunRun, Over::kObject},
+    {"run", "Run several operations one after the other", AddRunOptions, RunRun, Over::kLibrary},
     {"shell", "Run operations as you type them; \"help\" lists them", AddNoOptions, RunShell,
-     Over::kObject},
+     Over::kLibrary},
     {"timeline", "Draw a saved log: what happened when", AddTimelineOptions, RunTimeline,
      Over::kNothing},
     {"doctor", "Say what this machine lacks to reach devices, and how to fix it", AddNoOptions,

@@ -52,7 +52,7 @@ void AddTimelineOptions(CLI::App& command, CommandLine& line) {
 Outcome RunTimeline(Session& session) {
   const CommandLine& line = session.Line();
   const std::string& file = line.savedLog;
-  std::vector<Notification> notifications;
+  std::vector<log::Notification> notifications;
   try {
     notifications = log::ReadSavedLog(ReadLog(file));
   } catch (const std::runtime_error& error) {

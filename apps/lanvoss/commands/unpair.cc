@@ -1,7 +1,8 @@
+#include <CLI/CLI.hpp>
 #include <chrono>
 
+#include "commands/link.h"
 #include "commands/table.h"
-#include "commands/watch.h"
 
 namespace lanvoss::program {
 namespace {
@@ -11,19 +12,20 @@ constexpr std::chrono::seconds kUnpairTime(3);
 
 }  // namespace
 
-// Only a device that the watcher reports can be unpaired.
+void AddUnpairOptions(CLI::App& command, CommandLine& line) {
+  AddNameOption(command, line);
+  AddTimeoutOption(command, line);
+}
+
 Outcome RunUnpair(Session& session) {
-  const std::string& name = *session.Line().name;
-  if (!Watch(session, WatchRequest(name, false))) {
-    return NoWatch(session);
+  const CommandLine& line = session.Line();
+  const lanvoss::Outcome outcome = session.Library().Unpair(*line.name, SearchTimeoutOf(line));
+  if (!outcome) {
+    return ToOutcome(*line.name, outcome);
   }
-  const JsonObject facts = JsonObject().AddText("name", name);
-  if (!session.Status().isFound) {
-    return {kExitNotFound, {}, name + " was not found", facts};
-  }
-  session.Object().Unpair(name);
   session.SleepUnlessStopped(kUnpairTime);
-  return {.result = "asked the system to remove the pairing with " + name + "\n", .facts = facts};
+  return {.result = "asked the system to remove the pairing with " + *line.name + "\n",
+          .facts = AttemptFacts(*line.name, outcome)};
 }
 
 }  // namespace lanvoss::program

@@ -23,7 +23,7 @@ _lanvoss_names() {
 _lanvoss() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
   local commands="ip ping keep watch disconnect unpair devices run shell timeline doctor"
-  local options="--dir --radio --scenario --json --quiet --log --timeline --help"
+  local options="--dir --radio --scenario --json --verbose --quiet --log --timeline --help"
   COMPREPLY=()
   case $previous in
     --dir | --scenario | --log | --timeline | --radio)
@@ -31,15 +31,17 @@ _lanvoss() {
       compopt -o filenames
       return
       ;;
-    --gap | --every) return ;;
+    --gap | --every | --timeout) return ;;
   esac
   for ((i = 1; i < COMP_CWORD; i++)); do
     [[ " $commands " == *" ${COMP_WORDS[i]} "* ]] && command=${COMP_WORDS[i]} && break
   done
   case $command in
-    ip) options+=" --gap --direct" ;;
-    keep) options+=" --every" ;;
-    watch) options+=" --keep" ;;
+    ip) options+=" --gap --direct --timeout" ;;
+    ping) options+=" --recover --timeout" ;;
+    keep) options+=" --every --once --timeout" ;;
+    watch) options+=" --keep --timeout" ;;
+    unpair) options+=" --timeout" ;;
     '') options+=" --version" ;;
   esac
   if [[ $word == -* ]]; then

@@ -25,6 +25,12 @@ struct ConnectOptions {
   bool direct = false;
 };
 
+/// What ends a search for a device.
+enum class SearchUntil {
+  kFound,
+  kGone,  ///< it was found, and a later pass of the watcher no longer saw it
+};
+
 /// What a check of the link found.
 struct CheckResult {
   std::optional<int> replies;  ///< of four probes; none: there was no link to probe
@@ -190,9 +196,10 @@ inline Finished Search(Core& core, const std::string& watchRequest, bool yields,
                   });
 }
 
-inline Outcome SearchDevice(Core& core, const std::string& name,
+inline Outcome SearchDevice(Core& core, const std::string& name, SearchUntil until,
                             const std::shared_ptr<Request>& request) {
-  const Finished finished = Search(core, name, false, request);
+  const std::string watchRequest = until == SearchUntil::kGone ? "\n" + name : name;
+  const Finished finished = Search(core, watchRequest, false, request);
   Outcome outcome = OutcomeOf(finished);
   if (HasSucceeded(finished) &&
       (name.empty() ? finished.record.watchError.empty() : finished.record.found.has_value())) {
