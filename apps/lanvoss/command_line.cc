@@ -33,7 +33,7 @@ constexpr char kCommandFooter[] =
 // The options of every command.
 void AddCommonOptions(CLI::App& app, CommandLine& line) {
   app.add_option("--dir", line.directory,
-                 "Folder of the device cache (default: the current folder)")
+                 "Folder of the device cache (default: one of the user's for each radio)")
       ->type_name("DIR");
   app.add_option("--radio", line.radio, "Radio to use: " + RadioNames())->type_name("RADIO");
   app.add_option("--scenario", line.scenarioFile,

@@ -31,7 +31,7 @@ struct CommandLine {
   std::optional<int> timeoutS;              // of an operation; none: its own
   int everyS = 10;                          // of `keep`
   std::vector<Operation> operations;        // of `run`; none: read from standard input
-  std::string directory;                    // empty: the current one
+  std::optional<std::string> directory;     // of the device cache
   std::optional<std::string> radio;         // its name; none: the system's default
   std::optional<std::string> scenarioFile;  // simulated devices instead of a radio
   bool json = false;                   // an object per line, instead of the log and the results

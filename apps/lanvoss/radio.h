@@ -1,4 +1,4 @@
-// The radio that the program runs on.
+// The radio that the program uses.
 #pragma once
 
 #include <optional>
@@ -11,13 +11,22 @@
 
 namespace lanvoss::program {
 
+struct Radio {
+  std::string name = {};       // "simulated", or that of a real one
+  std::string interface = {};  // of the real radio; empty: the first one that there is
+  std::string remark = {};     // for the user, when the program has chosen; empty: nothing to say
+};
+
 // The names to choose from on this system, as a text for people.
 std::string RadioNames();
 bool IsRadioName(const std::string& name);
 
-// The platform with the radio of that name, or with the system's default radio. A scenario replaces
-// the radio.
-platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
+// The radio of that name; without a name the system's default.
+Radio ChooseRadio(const std::optional<std::string>& radioName);
+Radio SimulatedRadio();
+
+// A scenario is for the simulated radio.
+platform::Platform CreatePlatform(const Radio& radio,
                                   const std::optional<simulated::Scenario>& scenario);
 
 // What the real radio needs on this machine, and whether it is there. The name may choose a radio.

@@ -2,16 +2,17 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
 #include <future>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <utility>
 
 #include "backends/simulated/scenario_file/scenario_file.h"
 #include "clock.h"
 #include "commands/table.h"
-#include "radio.h"
 #include "system.h"
 #include "timeline/write_timeline.h"
 #include "watcher/make_lanvoss.h"
@@ -80,8 +81,11 @@ Outcome Session::RunOverLibrary() {
     scenario = simulated::LoadScenario(*line_.scenarioFile);
   }
   interruption_.emplace([this] { OnInterrupt(); });
-  platform_ = CreatePlatform(line_.radio, scenario);
+  platform_ = CreatePlatform(radio_, scenario);
   OpenConsole();
+  if (!radio_.remark.empty()) {
+    console_.Complain(radio_.remark);
+  }
   OpenClient();
 
   const Outcome outcome = TryCommand();
@@ -113,7 +117,9 @@ Outcome Session::TryCommand() {
 
 void Session::OpenClient() {
   ClientOptions options;
-  options.directory = line_.directory;
+  options.directory = CacheFolder();
+  std::error_code refused;  // then there is no cache
+  std::filesystem::create_directories(options.directory, refused);
   options.onNotification = [this](const lanvoss::Notification& notification) {
     OnNotification(notification);
   };
@@ -171,9 +177,19 @@ void Session::PrintResult(const std::string& text, const JsonObject& facts) {
                      .AddText("time", FormatTime(LocalTimeUs()))
                      .AddText("kind", "result")
                      .AddText("command", line_.command->name)
+                     .AddText("radio", radio_.name)
                      .AddAll(facts)
                      .Json() +
                  "\n");
+}
+
+// Those of simulated devices are in another one than those of real devices.
+std::string Session::CacheFolder() const {
+  if (line_.directory) {
+    return *line_.directory;
+  }
+  const std::string state = StateFolder();
+  return state.empty() ? "" : state + "/" + radio_.name;
 }
 
 // Starts a thread, so interrupts must be held before.

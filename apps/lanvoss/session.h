@@ -18,6 +18,7 @@
 #include "log/notification.h"
 #include "outcome.h"
 #include "platform/platform.h"
+#include "radio.h"
 #include "wake_up.h"
 
 namespace lanvoss::program {
@@ -27,7 +28,8 @@ namespace lanvoss::program {
 class Session {
  public:
   // `line` must outlive the session.
-  explicit Session(const CommandLine& line) : line_(line) {}
+  explicit Session(const CommandLine& line)
+      : line_(line), radio_(line.scenarioFile ? SimulatedRadio() : ChooseRadio(line.radio)) {}
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
@@ -35,6 +37,10 @@ class Session {
   int Run();
 
   const CommandLine& Line() const { return line_; }
+
+  const Radio& TheRadio() const { return radio_; }
+  // Where the device cache is; empty: the current folder.
+  std::string CacheFolder() const;
 
   // These two only for commands that use the library.
   Client& Library() { return *client_; }
@@ -89,6 +95,7 @@ class Session {
   const std::shared_ptr<WakeUp> change_ = std::make_shared<WakeUp>();
   Console console_;
   std::optional<Interruption> interruption_;
+  Radio radio_;
   platform::Platform platform_;
   std::unique_ptr<Client> client_;
 };

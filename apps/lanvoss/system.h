@@ -62,6 +62,9 @@ std::size_t CharactersIn(const std::string& text);
 // Bytes that are invalid in the code page may remain.
 std::string ToUtf8(const std::string& text);
 
+// The folder for what the program keeps of the user's from run to run; empty: there is none.
+std::string StateFolder();
+
 // A time of the system's clock in local time.
 std::tm LocalTime(std::time_t time);
 

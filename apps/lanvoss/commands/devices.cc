@@ -82,7 +82,7 @@ JsonObject DeviceFacts(const CacheLine& device) {
 Outcome RunDevices(Session& session) {
   std::vector<Row> rows = {kHeading};
   std::vector<JsonObject> devices;
-  for (const CacheLine& device : ReadDevices(session.Line().directory)) {
+  for (const CacheLine& device : ReadDevices(session.CacheFolder())) {
     rows.push_back(RowOf(device));
     devices.push_back(DeviceFacts(device));
   }

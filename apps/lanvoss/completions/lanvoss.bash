@@ -7,17 +7,17 @@ _lanvoss_values() {
     --scenario) compgen -f -X '!*.json' -- "$2" ;;
     --log) compgen -f -- "$2" ;;
     --timeline) compgen -f -X '!*.@(svg|json)' -- "$2" ;;
-    --radio) compgen -W "simulated wpa windows" -- "$2" ;;
+    --radio) compgen -W "auto wpa simulated windows" -- "$2" ;;
   esac
 }
 
-# The names in the device cache of `--dir`, as words for the command line.
+# The names in the device caches, or in that of `--dir`, as words for the command line.
 _lanvoss_names() {
-  local i dir=.
+  local i dir=${XDG_STATE_HOME:-$HOME/.local/state}/lanvoss/*
   for ((i = 1; i < COMP_CWORD; i++)); do
     [[ ${COMP_WORDS[i]} == --dir ]] && dir=${COMP_WORDS[i + 1]}
   done
-  cut -d '|' -f 4 "$dir/deviceinfo.bin" 2>/dev/null | sort -u
+  cut -d '|' -f 4 $dir/deviceinfo.bin 2>/dev/null | sort -u
 }
 
 _lanvoss() {

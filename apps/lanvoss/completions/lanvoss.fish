@@ -3,14 +3,16 @@
 set -l named ip ping keep watch disconnect unpair
 set -l commands $named devices run shell timeline doctor
 
-# The names in the device cache that --dir.
+# The names in the device cache of each radio, or in that of --dir.
 function __lanvoss_names
     set -l words (commandline -opc)
-    set -l dir .
+    set -l state $HOME/.local/state
+    set -q XDG_STATE_HOME; and set state $XDG_STATE_HOME
+    set -l caches $state/lanvoss/*/deviceinfo.bin
     if set -l at (contains -i -- --dir $words)
-        set dir $words[(math $at + 1)]
+        set caches $words[(math $at + 1)]/deviceinfo.bin
     end
-    test -r $dir/deviceinfo.bin; and cut -d '|' -f 4 $dir/deviceinfo.bin | sort -u
+    test -n "$caches"; and cut -d '|' -f 4 $caches 2>/dev/null | sort -u
 end
 
 complete -c lanvoss -f
@@ -29,7 +31,7 @@ complete -c lanvoss -n "__fish_seen_subcommand_from $named" -a '(__lanvoss_names
 complete -c lanvoss -n '__fish_seen_subcommand_from timeline' -F
 
 complete -c lanvoss -l dir -x -a '(__fish_complete_directories)' -d 'Folder of the device cache'
-complete -c lanvoss -l radio -x -a 'simulated wpa windows' -d 'Radio to use'
+complete -c lanvoss -l radio -x -a 'auto wpa simulated windows' -d 'Radio to use'
 complete -c lanvoss -l scenario -r -F -d 'Use these simulated devices'
 complete -c lanvoss -l json -d 'Write JSON objects, one per line'
 complete -c lanvoss -l verbose -d 'Show the log too'

@@ -2,7 +2,6 @@
 #include "line_editor.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <cwchar>
 #include <filesystem>
 #include <histedit.h>
@@ -20,30 +19,12 @@ constexpr int kHistoryLines = 1000;
 constexpr int kOneCharacter = 1;  // what libedit's reader returns: the number of characters
 constexpr int kNoCharacter = 0;
 
-// Empty when it is not set.
-std::string Environment(const char* name) {
-  const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
-  return value == nullptr ? "" : value;
-}
-
-std::string StateFolder() {
-  if (std::string state = Environment("XDG_STATE_HOME"); !state.empty()) {
-    return state;
-  }
-  const std::string home = Environment("HOME");
-  return home.empty() ? "" : home + "/.local/state";
-}
-
 // The file with the lines of earlier shells; empty: there is none.
 std::string HistoryFile() {
-  const std::string state = StateFolder();
-  if (state.empty()) {
-    return {};
-  }
-  const std::filesystem::path folder = std::filesystem::path(state) / "lanvoss";
+  const std::string folder = StateFolder();
   std::error_code refused;
   std::filesystem::create_directories(folder, refused);
-  return refused ? std::string() : (folder / "shell_history").string();
+  return folder.empty() || refused ? std::string() : folder + "/shell_history";
 }
 
 std::string CommonBeginning(const std::vector<std::string>& texts) {

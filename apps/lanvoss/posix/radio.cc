@@ -5,6 +5,7 @@
 
 #include "backends/posix/posix_system.h"
 #include "backends/simulated/demo.h"
+#include "backends/wpa/adapter.h"
 #include "backends/wpa/doctor.h"
 #include "backends/wpa/wpa_radio.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 constexpr char kSimulated[] = "simulated";
 constexpr char kWpa[] = "wpa";
+constexpr char kAuto[] = "auto";
 constexpr char kWpaWithInterface[] = "wpa:";
 
 // The network interface in the name of a real radio, empty when the name has none. None for any
@@ -29,17 +31,36 @@ std::optional<std::string> WpaInterfaceOf(const std::string& radioName) {
 
 }  // namespace
 
-std::string RadioNames() { return "simulated (default), wpa or wpa:INTERFACE"; }
+std::string RadioNames() { return "auto (default), wpa, wpa:INTERFACE or simulated"; }
 
 bool IsRadioName(const std::string& name) {
-  return name == kSimulated || WpaInterfaceOf(name).has_value();
+  return name == kAuto || name == kSimulated || WpaInterfaceOf(name).has_value();
 }
 
-platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
+Radio SimulatedRadio() { return {.name = kSimulated}; }
+
+// The real radio if there is one that works.
+Radio ChooseRadio(const std::optional<std::string>& radioName) {
+  const std::string name = radioName.value_or(kAuto);
+  if (const auto interface = WpaInterfaceOf(name)) {
+    return {.name = kWpa, .interface = *interface};
+  }
+  Radio simulated = SimulatedRadio();
+  if (name == kAuto) {
+    const wpa::Adapter adapter = wpa::LookForAdapter("");
+    if (adapter.problem == wpa::AdapterProblem::kNothing) {
+      return {.name = kWpa};
+    }
+    simulated.remark = "the devices are simulated, because " + wpa::Explain(adapter);
+  }
+  return simulated;
+}
+
+platform::Platform CreatePlatform(const Radio& radio,
                                   const std::optional<simulated::Scenario>& scenario) {
   const auto system = posix::CreateSystem();
-  if (const auto interface = WpaInterfaceOf(radioName.value_or(kSimulated))) {
-    return {system, wpa::CreateRadio(system, *interface)};
+  if (radio.name == kWpa) {
+    return {system, wpa::CreateRadio(system, radio.interface)};
   }
   return simulated::CreatePlatform(system, scenario.value_or(simulated::DemoScenario()));
 }

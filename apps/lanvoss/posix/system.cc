@@ -4,6 +4,7 @@
 #include <array>
 #include <clocale>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <initializer_list>
 #include <sys/ioctl.h>
@@ -40,6 +41,12 @@ std::FILE* OpenByLines(int file) {
 
 unsigned char ByteAt(std::string_view text, std::size_t position) {
   return static_cast<unsigned char>(text[position]);
+}
+
+// Empty when it is not set.
+std::string Environment(const char* name) {
+  const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): nobody sets it
+  return value == nullptr ? "" : value;
 }
 
 }  // namespace
@@ -106,6 +113,14 @@ std::size_t CharactersIn(const std::string& text) {
 }
 
 std::string ToUtf8(const std::string& text) { return text; }
+
+std::string StateFolder() {
+  if (const std::string state = Environment("XDG_STATE_HOME"); !state.empty()) {
+    return state + "/lanvoss";
+  }
+  const std::string home = Environment("HOME");
+  return home.empty() ? "" : home + "/.local/state/lanvoss";
+}
 
 std::tm LocalTime(std::time_t time) {
   std::tm local{};

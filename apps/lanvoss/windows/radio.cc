@@ -18,10 +18,16 @@ std::string RadioNames() { return "windows (default) or simulated"; }
 
 bool IsRadioName(const std::string& name) { return name == kSimulated || name == kWindows; }
 
-platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
+Radio SimulatedRadio() { return {.name = kSimulated}; }
+
+Radio ChooseRadio(const std::optional<std::string>& radioName) {
+  return {.name = radioName.value_or(kWindows)};
+}
+
+platform::Platform CreatePlatform(const Radio& radio,
                                   const std::optional<simulated::Scenario>& scenario) {
   const auto system = windows::CreateSystem();
-  if (scenario || radioName == kSimulated) {
+  if (radio.name == kSimulated) {
     return simulated::CreatePlatform(system, scenario.value_or(simulated::DemoScenario()));
   }
   return {system, windows::CreateRadio(system)};

@@ -126,6 +126,13 @@ std::string ToUtf8(const std::string& text) {
   return utf8;
 }
 
+std::string StateFolder() {
+  std::string folder(MAX_PATH, '\0');
+  const DWORD length = GetEnvironmentVariableA("LOCALAPPDATA", folder.data(), MAX_PATH);
+  folder.resize(length < MAX_PATH ? length : 0);
+  return folder.empty() ? "" : folder + "\\lanvoss";
+}
+
 std::tm LocalTime(std::time_t time) {
   std::tm local{};
   localtime_s(&local, &time);
