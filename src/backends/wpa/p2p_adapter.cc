@@ -45,7 +45,7 @@ void Configure(const Supplicant& supplicant) {
 
 std::shared_ptr<P2pAdapter> NewAdapter(const std::shared_ptr<platform::System>& system) {
   try {
-    return std::make_shared<P2pAdapter>(system);
+    return std::make_shared<P2pAdapter>(system, std::make_shared<ThreadsWithoutSignals>());
   } catch (const std::system_error& error) {
     Fail("no thread", error.code().value());
   }
@@ -93,9 +93,10 @@ std::shared_ptr<P2pAdapter> P2pAdapter::Create(const std::shared_ptr<platform::S
   return adapter;
 }
 
-P2pAdapter::P2pAdapter(const std::shared_ptr<platform::System>& system)
-    : dispatcher(system, std::make_shared<ThreadsWithoutSignals>()),
-      delayedActions(system, *std::make_unique<ThreadsWithoutSignals>()),
+P2pAdapter::P2pAdapter(const std::shared_ptr<platform::System>& system,
+                       const std::shared_ptr<events::Threads>& threads)
+    : dispatcher(system, threads),
+      delayedActions(system, *threads),
       messages_(dispatcher.NewQueue()),
       chores_(dispatcher.NewQueue()) {}
 

@@ -13,6 +13,7 @@
 
 #include "backends/events/delayed_actions.h"
 #include "backends/events/event_dispatcher.h"
+#include "backends/events/threads.h"
 #include "backends/wpa/finder.h"
 #include "backends/wpa/link.h"
 #include "backends/wpa/supplicant.h"
@@ -30,7 +31,8 @@ class P2pAdapter : public std::enable_shared_from_this<P2pAdapter> {
   static std::shared_ptr<P2pAdapter> Create(const std::shared_ptr<platform::System>& system,
                                             const std::string& socketPath);
 
-  explicit P2pAdapter(const std::shared_ptr<platform::System>& system);
+  P2pAdapter(const std::shared_ptr<platform::System>& system,
+             const std::shared_ptr<events::Threads>& threads);
   ~P2pAdapter() = default;
   P2pAdapter(const P2pAdapter&) = delete;
   P2pAdapter& operator=(const P2pAdapter&) = delete;
