@@ -1,6 +1,9 @@
 #include "log/log_line.h"
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
+#include <cstddef>
 #include <system_error>
 #include <utility>
 
@@ -53,6 +56,8 @@ constexpr LogLineKind kKinds[] = {
      {.mark = "{name}", .byPlatform = true}},
     {kHost, kWatchBegins, "(watch) Start Watcher...for ", "looks for every device",
      {.phase = "looking for devices"}},
+    {kHost, kWatchBegins, "(watch) Start Watcher...for", "looks for every device",
+     {.phase = "looking for devices"}},  // where the blank at the end of the line was cut off
     {kHost, kWatchBegins, "(watch) Start Watcher...for {name}", "looks for {name}",
      {.phase = "looking for {name}"}},
     {kHost, kWatchBegun, "(watch) Start Watcher done", "the watcher runs"},
@@ -170,8 +175,20 @@ constexpr LogLineKind kKinds[] = {
     {kCheck, kRecoversByWatch, "(watch) Ping Failed,Watch,Unpair,Re Pair... {name}",
      "{name} is silent: looks for it to recover it",
      {.isTrouble = Always, .phase = "recovering the link", .change = NoteRecovery}},
+    // Only on standard output; the host is not notified of them.
+    {kHost, kOther, "(watch) stop watch timer out", "the stop of the pass is not reported",
+     {.isTrouble = Always}},
+    {kHost, kOther, "watch timer out", "the time of the wait is over", {.isTrouble = Always}},
+    {kHost, kOther, "unpair timer out", "the end of the unpairing is not reported",
+     {.isTrouble = Always}},
+    {kConnection, kOther, "(watch) RequestPairDeviceAsync ret", "the pairing failed",
+     {.isTrouble = Always}},
+    {kConnection, kOther, "OnPairingRequested:{number}", "the ceremony asks"},
 };
 // clang-format on
+
+// What a host's logger writes before a message is shorter.
+constexpr std::size_t kLongestPrefix = 512;
 
 constexpr LogLineKind kUnknown = {kHost, kOther, "", "{text}"};
 
@@ -247,6 +264,28 @@ std::optional<LogLine> Match(const LogLineKind& kind, std::string_view rest) {
   return std::nullopt;
 }
 
+std::optional<LogLine> MatchAny(std::string_view message) {
+  for (const LogLineKind& kind : kKinds) {
+    if (auto line = Match(kind, message)) {
+      return line;
+    }
+  }
+  return std::nullopt;
+}
+
+// Whether a message can begin with it.
+bool IsFirst(char character) {
+  return std::ranges::any_of(kKinds, [&](const LogLineKind& kind) {
+    const char first = kind.pattern.front();
+    return first == '{' ? std::isdigit(static_cast<unsigned char>(character)) != 0
+                        : first == character;
+  });
+}
+
+bool IsOfWord(char character) {
+  return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '_';
+}
+
 std::string FieldOf(std::string_view name, const LogLine& line) {
   const auto text = [](const std::optional<std::int32_t>& number) {
     return number ? std::to_string(*number) : "?";
@@ -274,12 +313,22 @@ std::string FillIn(std::string_view words, const LogLine& line) {
 
 }  // namespace
 
+// The first one counts: a device's name may contain what looks like another message.
+std::optional<std::string_view> FindMessage(std::string_view line) {
+  const std::size_t end = std::min(line.size(), kLongestPrefix);
+  for (std::size_t at = 0; at < end; ++at) {
+    const bool mayBegin = (at == 0 || !IsOfWord(line[at - 1])) && IsFirst(line[at]);
+    if (mayBegin && MatchAny(line.substr(at))) {
+      return line.substr(at);
+    }
+  }
+  return std::nullopt;
+}
+
 LogLine ParseLogLine(const Notification& notification) {
   if (notification.kind == "info") {
-    for (const LogLineKind& kind : kKinds) {
-      if (auto line = Match(kind, notification.message)) {
-        return std::move(*line);
-      }
+    if (auto line = MatchAny(notification.message)) {
+      return std::move(*line);
     }
   }
   return {.kind = &kUnknown, .event = kUnknown.event, .text = notification.message};

@@ -99,6 +99,10 @@ struct LogLineKind {
   LogLineTraits more = {};
 };
 
+// The message in a line of any log: after whatever a host, a service manager or the library itself
+// writes before it, and to the end of the line. None: there is no message that is known.
+std::optional<std::string_view> FindMessage(std::string_view line);
+
 // A message of the kind "info" is a log line without its time stamp. Any other message, and a line
 // that is not known, has its text alone.
 LogLine ParseLogLine(const Notification& notification);

@@ -25,6 +25,9 @@ constexpr std::size_t kMostListed = 240;
 // The picture continues a little after the last line, so that a span that begins there is visible.
 constexpr std::int64_t kTailShare = 16;
 
+// A log whose stamps have no dates begins in the first days of 1970.
+constexpr std::int64_t kFirstDateUs = 31'536'000 * kUsPerSecond;
+
 constexpr double kBoldShare = 1.08;  // of the width of a text
 
 // In pixels.
@@ -58,6 +61,7 @@ text{font-family:system-ui,-apple-system,"Segoe UI",Roboto,"DejaVu Sans",sans-se
 .tock{fill:#8c959f}
 .bad{fill:#d1242f}
 .good{fill:#1f883d}
+.unknown{fill:#8c959f}
 .trouble{fill:#d1242f}
 .unfinished{fill-opacity:.6;stroke:#d1242f;stroke-dasharray:3 2}
 rect.request{fill:#57606a}
@@ -116,6 +120,33 @@ Extent ExtentOf(const Timeline& timeline, const TimeScale& scale) {
   return extent;
 }
 
+const char* DotOf(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::kGood:
+      return "good";
+    case Verdict::kBad:
+      return "bad";
+    case Verdict::kUnknown:
+      break;
+  }
+  return "unknown";
+}
+
+// "2026-11-23 07:52:45.123"; without the date if the log has only times of day.
+std::string BeginOf(const Timeline& timeline) {
+  const std::int64_t begin = timeline.events.front().clockUs;
+  return ClockText(begin).substr(begin < kFirstDateUs ? kDateLength : 0);
+}
+
+// The line below the headline.
+std::string About(const Timeline& timeline) {
+  const std::size_t count = timeline.events.size();
+  return (timeline.isTimed ? "From " + BeginOf(timeline) + ", " + DurationText(timeline.endUs)
+                           : "The log has no times, so all steps have the same length") +
+         ", " + std::to_string(count) + (count == 1 ? " notification" : " notifications") +
+         (timeline.reading.empty() ? "" : ", " + timeline.reading);
+}
+
 class Picture {
  public:
   explicit Picture(const Timeline& timeline)
@@ -146,20 +177,17 @@ class Picture {
 };
 
 void Picture::DrawHead() {
-  canvas_.Circle(kMargin + 7, kHeadlineBaseline - 8, 7, timeline_.endsWell ? "good" : "bad", "");
+  canvas_.Circle(kMargin + 7, kHeadlineBaseline - 8, 7, DotOf(timeline_.verdict), "");
   const double room = kStripRight - kMargin - 24;
   canvas_.Text(kMargin + 24, kHeadlineBaseline, "headline",
                Fit(timeline_.headline, room / kHeadlineSize / kBoldShare), timeline_.headline);
-  const std::string lines = std::to_string(timeline_.events.size()) +
-                            (timeline_.events.size() == 1 ? " notification" : " notifications");
-  canvas_.Text(kMargin + 24, kHeadlineBaseline + 22, "soft",
-               "From " + ClockText(timeline_.events.front().clockUs) + ", " +
-                   DurationText(timeline_.endUs) + ", " + lines);
+  canvas_.Text(kMargin + 24, kHeadlineBaseline + 22, "soft", About(timeline_));
   y_ = kHeadlineBaseline + 36;
   if (extent_.firstEvent > 0) {
     const std::int64_t begun = timeline_.events[extent_.firstEvent].timeUs;
     canvas_.Text(kMargin + 24, y_ + 6, "plain",
-                 "Left out: the first " + DurationText(begun) + " with " +
+                 "Left out: the first " +
+                     (timeline_.isTimed ? DurationText(begun) + " with " : "") +
                      std::to_string(extent_.firstEvent) +
                      " notifications. The same as a .json trace holds everything.");
     y_ += 18;
@@ -238,11 +266,14 @@ void Picture::DrawList() {
 void Picture::DrawListed(const Event& event, double x, double y) {
   const double column = kPictureWidth / 2 - kMargin - kColumnGap / 2;
   const double end = x + column;
-  const std::string title = ClockText(event.clockUs) + "  " + event.message;
-  canvas_.Text(x, y, "clock", ClockText(event.clockUs).substr(kDateLength));
-  x += kClockWidth + kOffsetWidth;
-  canvas_.Text(x, y, "offset", PlaceText(event.timeUs, kUsPerMs));
-  x += 12;
+  std::string title = event.message;
+  if (timeline_.isTimed) {
+    title.insert(0, ClockText(event.clockUs) + "  ");
+    canvas_.Text(x, y, "clock", ClockText(event.clockUs).substr(kDateLength));
+    x += kClockWidth + kOffsetWidth;
+    canvas_.Text(x, y, "offset", PlaceText(event.timeUs, kUsPerMs));
+    x += 12;
+  }
   if (event.thread != 0) {
     canvas_.Text(x, y, "clock", "t" + std::to_string(event.thread));
     x += kThreadWidth;
