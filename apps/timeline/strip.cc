@@ -316,7 +316,7 @@ double Strip::LabelPiece(const Piece& piece, double freeLeft, double freeRight, 
       return piece.right;
     }
     if (const auto* const label = Fitting(*labels, freeRight - piece.right - 2 * kTextGap)) {
-      canvas_.Text(piece.right + kTextGap, y, "out", *label);
+      canvas_.Text(piece.right + kTextGap, y, "label", *label);
       return piece.right + kTextGap + WidthOf(*label) * kSmallSize;
     }
     if (const auto* const label = Fitting(*labels, piece.left - freeLeft - 2 * kTextGap)) {
@@ -360,7 +360,7 @@ double Strip::DrawMark(const Mark& mark, double x, double right, double top) {
                  TitleOf(mark, timeline_.isTimed));
   const std::string label = Fit(mark.label, (right - left - 2) / kSmallSize);
   if (!label.empty()) {
-    canvas_.Text(left, y + 4, "out", label, TitleOf(mark, timeline_.isTimed));
+    canvas_.Text(left, y + 4, "label", label, TitleOf(mark, timeline_.isTimed));
   }
   return left + WidthOf(label) * kSmallSize;
 }
