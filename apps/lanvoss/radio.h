@@ -11,6 +11,9 @@
 
 namespace lanvoss::program {
 
+// Needs no hardware and no rights.
+inline constexpr char kSimulatedRadio[] = "simulated";
+
 // The names to choose from on this system, as a text for people.
 std::string RadioNames();
 bool IsRadioName(const std::string& name);
@@ -20,7 +23,7 @@ bool IsRadioName(const std::string& name);
 platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
                                   const std::optional<simulated::Scenario>& scenario);
 
-// What the real radio needs on this machine, and whether it is there. The name may choose a radio.
+// What the real radio needs on this machine, and whether it is there. The name may choose one.
 std::vector<platform::Finding> Examine(const std::optional<std::string>& radioName);
 
 // How the user gives the program the right to open raw sockets. The echo probe needs it.

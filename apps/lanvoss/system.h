@@ -1,10 +1,11 @@
-// What each operating system does in its own way: standard streams, interrupts, the code page and
-// local time.
+// What each operating system does in its own way: standard streams, interrupts, the code page,
+// local time and the place of the program.
 #pragma once
 
 #include <cstddef>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -61,6 +62,9 @@ std::size_t CharactersIn(const std::string& text);
 
 // Bytes that are invalid in the code page may remain.
 std::string ToUtf8(const std::string& text);
+
+// The file of this program.
+std::filesystem::path ProgramFile();
 
 // A time of the system's clock in local time.
 std::tm LocalTime(std::time_t time);

@@ -11,6 +11,7 @@ namespace lanvoss::program {
 void AddIpOptions(CLI::App& command, CommandLine& line);
 void AddKeepOptions(CLI::App& command, CommandLine& line);
 void AddWatchOptions(CLI::App& command, CommandLine& line);
+void AddScenarioOptions(CLI::App& command, CommandLine& line);
 void AddRunOptions(CLI::App& command, CommandLine& line);
 void AddTimelineOptions(CLI::App& command, CommandLine& line);
 inline void AddNoOptions(CLI::App& /*command*/, CommandLine& /*line*/) {}
@@ -23,6 +24,7 @@ Outcome RunDisconnect(Session& session);
 Outcome RunUnpair(Session& session);
 Outcome RunDevices(Session& session);
 Outcome RunRun(Session& session);
+Outcome RunScenario(Session& session);
 Outcome RunShell(Session& session);
 Outcome RunTimeline(Session& session);
 Outcome RunDoctor(Session& session);
@@ -56,6 +58,8 @@ inline constexpr Command kCommands[] = {
     {"run", "Run several operations one after the other", AddRunOptions, RunRun, Over::kObject},
     {"shell", "Run operations as you type them; \"help\" lists them", AddNoOptions, RunShell,
      Over::kObject},
+    {"scenario", "Show the files for --scenario that come with the program", AddScenarioOptions,
+     RunScenario, Over::kNothing},
     {"timeline", "Draw a saved log: what happened when", AddTimelineOptions, RunTimeline,
      Over::kNothing},
     {"doctor", "Say what this machine lacks to reach devices, and how to fix it", AddNoOptions,

@@ -1,17 +1,14 @@
 #include "radio.h"
 
-#include <filesystem>
-#include <system_error>
-
 #include "backends/posix/posix_system.h"
 #include "backends/simulated/demo.h"
 #include "backends/wpa/doctor.h"
 #include "backends/wpa/wpa_radio.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
 
-constexpr char kSimulated[] = "simulated";
 constexpr char kWpa[] = "wpa";
 constexpr char kWpaWithInterface[] = "wpa:";
 
@@ -32,13 +29,13 @@ std::optional<std::string> WpaInterfaceOf(const std::string& radioName) {
 std::string RadioNames() { return "simulated (default), wpa or wpa:INTERFACE"; }
 
 bool IsRadioName(const std::string& name) {
-  return name == kSimulated || WpaInterfaceOf(name).has_value();
+  return name == kSimulatedRadio || WpaInterfaceOf(name).has_value();
 }
 
 platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
                                   const std::optional<simulated::Scenario>& scenario) {
   const auto system = posix::CreateSystem();
-  if (const auto interface = WpaInterfaceOf(radioName.value_or(kSimulated))) {
+  if (const auto interface = WpaInterfaceOf(radioName.value_or(kSimulatedRadio))) {
     return {system, wpa::CreateRadio(system, *interface)};
   }
   return simulated::CreatePlatform(system, scenario.value_or(simulated::DemoScenario()));
@@ -49,9 +46,7 @@ std::vector<platform::Finding> Examine(const std::optional<std::string>& radioNa
 }
 
 std::string HowToAllowRawSockets() {
-  std::error_code unknown;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  return "sudo setcap cap_net_raw+ep " + program.string();
+  return "sudo setcap cap_net_raw+ep " + ProgramFile().string();
 }
 
 }  // namespace lanvoss::program

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <initializer_list>
 #include <sys/ioctl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace lanvoss::program {
@@ -106,6 +107,11 @@ std::size_t CharactersIn(const std::string& text) {
 }
 
 std::string ToUtf8(const std::string& text) { return text; }
+
+std::filesystem::path ProgramFile() {
+  std::error_code unknown;
+  return std::filesystem::read_symlink("/proc/self/exe", unknown);
+}
 
 std::tm LocalTime(std::time_t time) {
   std::tm local{};

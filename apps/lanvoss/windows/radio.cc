@@ -9,19 +9,18 @@
 namespace lanvoss::program {
 namespace {
 
-constexpr char kSimulated[] = "simulated";
 constexpr char kWindows[] = "windows";
 
 }  // namespace
 
 std::string RadioNames() { return "windows (default) or simulated"; }
 
-bool IsRadioName(const std::string& name) { return name == kSimulated || name == kWindows; }
+bool IsRadioName(const std::string& name) { return name == kSimulatedRadio || name == kWindows; }
 
 platform::Platform CreatePlatform(const std::optional<std::string>& radioName,
                                   const std::optional<simulated::Scenario>& scenario) {
   const auto system = windows::CreateSystem();
-  if (scenario || radioName == kSimulated) {
+  if (scenario || radioName == kSimulatedRadio) {
     return simulated::CreatePlatform(system, scenario.value_or(simulated::DemoScenario()));
   }
   return {system, windows::CreateRadio(system)};

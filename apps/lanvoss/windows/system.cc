@@ -12,6 +12,7 @@ namespace {
 constexpr int kUsualWidth = 80;
 constexpr unsigned kPipeLength = 65536;
 constexpr DWORD kPieceLength = 4096;
+constexpr DWORD kLongestPath = 32'768;  // in characters, of any path of Windows
 
 constexpr unsigned char kFirstPrintable = 0x20;
 constexpr unsigned char kDelete = 0x7F;
@@ -124,6 +125,12 @@ std::string ToUtf8(const std::string& text) {
   std::string utf8(static_cast<std::size_t>(size), '\0');
   WideCharToMultiByte(CP_UTF8, 0, wide.data(), wideLength, utf8.data(), size, nullptr, nullptr);
   return utf8;
+}
+
+std::filesystem::path ProgramFile() {
+  std::wstring path(kLongestPath, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), kLongestPath));
+  return path;
 }
 
 std::tm LocalTime(std::time_t time) {
