@@ -92,6 +92,7 @@ says 'lanvoss ip [OPTIONS]'
 expect 0 'windows_field *' 0 "${program[@]}" scenario list
 expect 2 '' 1 "${program[@]}" watch --scenario offise.json
 says 'no scenario offise.json; did you mean office?; there are: office, silent, windows_field'
+expect 0 'The simulated radio is ready*' 0 "${program[@]}" doctor --radio simulated
 expect 130 '*' 1 interrupted "${program[@]}" ip Nobody "${common[@]}"
 expect 130 '*' 1 interrupted "${program[@]}" watch Nobody "${common[@]}"
 
