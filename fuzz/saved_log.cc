@@ -44,12 +44,14 @@ void CheckTimeline(const Timeline& timeline) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string text(data, data + size);
   try {
-    const Timeline timeline = lanvoss::timeline::BuildTimeline(lanvoss::log::ReadSavedLog(text));
+    const lanvoss::log::SavedLog saved = lanvoss::log::ReadSavedLog(text);
+    Require(saved.notifications.size() + saved.unclear <= saved.lines, "a line counts once");
+    const Timeline timeline = lanvoss::timeline::BuildTimeline(saved);
     CheckTimeline(timeline);
     Require(IsXml(DrawSvg(timeline)), "the picture is well-formed");
     Require(nlohmann::json::accept(WriteTraceEvents(timeline)), "the trace is JSON");
   } catch (const std::runtime_error& refusal) {
-    Require(std::string_view(refusal.what()) == "no log lines in it", "a refusal says why");
+    Require(!std::string_view(refusal.what()).empty(), "a refusal says why");
   }
   return 0;
 }

@@ -33,6 +33,13 @@ expect() { # EXIT-CODE LAST-LINE-OF-OUTPUT COMPLAINTS COMMAND...
     failures=$((failures + 1))
   fi
 }
+says() { # TEXT that the latest run has written
+  if ! grep -qF -- "$1" "$work/out" "$work/err"; then
+    echo "not said: $1"
+    cat "$work/err"
+    failures=$((failures + 1))
+  fi
+}
 interrupted() { # COMMAND..., which begins its log when it can be interrupted
   "$@" <&0 & # or its input would be empty
   until [ -s "$work/out" ]; do sleep 0.1; done
@@ -75,11 +82,24 @@ expect 2 '' 1 "${program[@]}" ip Cam --log "$work/none/log" "${common[@]}"
 expect 2 '' 2 "${program[@]}" ip Cam --gap soon "${common[@]}"
 expect 2 '' 2 "${program[@]}" watch --keep "${common[@]}"
 expect 2 '' 1 "${program[@]}" ip Cam --scenario "$work/none.json"
+expect 2 '' 1 "${program[@]}" ip Cam --timeline "$work/none/cam.svg" "${common[@]}"
+expect 2 '' 2 "${program[@]}" ipp Cam
+says 'no command ipp; did you mean ip?'
+expect 2 '' 2 "${program[@]}" ip Cam --timelime=x.svg
+says 'no option --timelime; did you mean --timeline?'
+expect 2 '' 1 "${program[@]}" help scenario lst
+says 'no command lst; did you mean list?'
+expect 0 '*' 0 "${program[@]}" help ip
+says 'lanvoss ip [OPTIONS]'
+expect 0 'windows_field *' 0 "${program[@]}" scenario list
+expect 2 '' 1 "${program[@]}" watch --scenario offise.json
+says 'no scenario offise.json; did you mean office?; there are: office, silent, windows_field'
+expect 0 'The simulated radio is ready*' 0 "${program[@]}" doctor --radio simulated
 expect 130 '*' 1 interrupted "${program[@]}" ip Nobody "${common[@]}"
 expect 130 '*' 1 interrupted "${program[@]}" watch Nobody "${common[@]}"
 
 app=$(dirname "$0")/../apps/lanvoss
-for scenario in "$app"/scenarios/*.json; do
+for scenario in office silent.json "$app"/scenarios/windows_field.json; do
   expect 0 '*' 0 "${program[@]}" run 'sleep 1' --dir "$work" --scenario "$scenario"
 done
 
@@ -91,7 +111,7 @@ expect 0 "the link is up: 192.168.49.1,$remote" 1 fed 'fly\nip Cam\nquit\nfly' "
   "${common[@]}"
 
 # The manual and the completions know every command and option.
-for word in $("${program[@]}" --help | sed -nE 's/^  (-h,)?((--)?[a-z]+) .*/\2/p'); do
+for word in $("${program[@]}" --help | sed -nE 's/^  (-[hV],)?((--)?[a-z]+) .*/\2/p'); do
   for file in manual/lanvoss.1 completions/{lanvoss.bash,_lanvoss,lanvoss.fish}; do
     if ! grep -qE -- "(^|[^a-z-])-{0,2}${word#--}([^a-z-]|$)" "$app/$file"; then
       echo "missing: $word in $file"

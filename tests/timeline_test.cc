@@ -82,7 +82,76 @@ connection 1: open 1: none 1300-1500!
 connection 1: pause 1500-1700
 connection 1: open 2 1700-1900
 link 0: Cam: 10.0.0.1 to 10.0.0.2 1900-2000)");
-  EXPECT_THROW(log::ReadSavedLog("no log\n{\"kind\":\"result\"}\n"), std::runtime_error);
+}
+
+// What a host's logger makes of the library's messages.
+std::string Logged(const std::string& before, const std::string& after = "\n") {
+  std::string log;
+  for (const char* const message : {"(watch) Start Watcher...for Cam",
+                                    "1-1 WatchDeviceAdded:(watch) ping ... id:02:11:22:33:44:55",
+                                    "PairAsync Status: Failed", kUp.c_str()}) {
+    log += before + message + after;
+  }
+  return log;
+}
+
+std::string InUtf16(const std::string& text, bool isBigEndian) {
+  std::string wide = isBigEndian ? "\xFE\xFF" : "\xFF\xFE";
+  for (const char character : text) {
+    wide += isBigEndian ? std::string{'\0', character} : std::string{character, '\0'};
+  }
+  return wide;
+}
+
+TEST(SavedLog, FindsMessagesInTheLogsOfHosts) {
+  const std::string journal = "Nov 24 10:00:00 host prog[123]: ";
+  const std::string timed = "From 10:00:00.000, 0 ms, 4 notifications";
+  const std::string dated = "From 2026-11-24 10:00:00.250, 0 ms, 4 notifications";
+  const std::string bare = "has no times";
+  const std::pair<std::string, std::string> logs[] = {
+      {Logged(""), bare},
+      {Logged("INFO 4711 1 --- [main] ", "\r\n"), bare},
+      {"\xEF\xBB\xBF" + Logged("I "), bare},
+      {Logged(journal), timed},
+      {Logged(journal + "[2026-11-24 10:00:00.250] "), dated},
+      {InUtf16(Logged("2026/11/24T10:00:00,250999Z <7> ", "\r\n"), false), dated},
+      {InUtf16(Logged("[2026-11-24 10:00:00.250] [info] "), true), dated},
+      {Logged(R"({"id":"02:11:22:33:44:55","fields":{"msg":")", "\"},\"t\":\"10:00:00\"}\n"),
+       timed},
+      {Logged(journal + R"({"time":"2026-11-24T10:00:00.250000","kind":"info","message":")",
+              "\"}\n"),
+       dated},
+  };
+  for (const auto& [text, times] : logs) {
+    const log::SavedLog saved = log::ReadSavedLog(text + "\n a line of the host's own\n");
+    EXPECT_EQ(saved.lines, 5U) << text;
+    EXPECT_EQ(saved.unclear, 0U) << text;
+    const Timeline timeline = BuildTimeline(saved);
+    EXPECT_EQ(timeline.headline.substr(0, 14), "Cam: connected") << text;
+    EXPECT_EQ(timeline.verdict, Verdict::kGood) << text;
+    EXPECT_EQ(timeline.reading, "understood 4 of 5 lines");
+    EXPECT_NE(DrawSvg(timeline).find(times), std::string::npos) << text;
+  }
+}
+
+TEST(SavedLog, JudgesNothingByHalfOfALog) {
+  const Timeline cut = BuildTimeline(
+      log::ReadSavedLog("(watch) Start Watcher...for Cam\n" + kUp.substr(0, 60) + "\n"));
+  EXPECT_EQ(cut.verdict, Verdict::kUnknown);
+  EXPECT_EQ(cut.reading, "understood 1 of 2 lines");
+  EXPECT_EQ(BuildTimeline(log::ReadSavedLog("watch start...\n")).verdict, Verdict::kUnknown);
+  for (const char* const none :
+       {"", "no log\n{\"kind\":\"result\"}\n", "\x1F\x8B\x08", "\xFF\xFE"}) {
+    EXPECT_THROW(log::ReadSavedLog(none), std::runtime_error);
+  }
+}
+
+// A time of day after midnight is of the next day.
+TEST(SavedLog, FollowsTimesOfDayAcrossMidnight) {
+  const auto saved =
+      log::ReadSavedLog("watch start...\n23:59:59.5 watch start...\n00:00:00,25 watch start...\n");
+  EXPECT_EQ(saved.notifications.at(0).timeUs, saved.notifications.at(1).timeUs);
+  EXPECT_EQ(saved.notifications.at(2).timeUs - saved.notifications.at(1).timeUs, 750'000);
 }
 
 // The recovery is one thread's, another begins a second attempt; the clock is set back by an hour.

@@ -1,11 +1,15 @@
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
+#include <stdexcept>
 
 #include "commands/table.h"
 #include "outcome.h"
 #include "radio.h"
+#include "scenario_folder.h"
+#include "suggestion.h"
 #include "timeline/write_timeline.h"
 
 namespace lanvoss::program {
@@ -37,7 +41,8 @@ void AddCommonOptions(CLI::App& app, CommandLine& line) {
       ->type_name("DIR");
   app.add_option("--radio", line.radio, "Radio to use: " + RadioNames())->type_name("RADIO");
   app.add_option("--scenario", line.scenarioFile,
-                 "Use the simulated devices of this JSON file instead of a radio")
+                 "Use the simulated devices of this JSON file instead of a radio, or those of a\n"
+                 "name that lanvoss scenario list shows")
       ->type_name("FILE");
   app.add_flag(
       "--json", line.json,
@@ -50,13 +55,9 @@ void AddCommonOptions(CLI::App& app, CommandLine& line) {
       ->type_name("FILE");
 }
 
-void AddCommand(CLI::App& app, const Command& command, CommandLine& line) {
-  CLI::App& added = *app.add_subcommand(command.name, command.help);
-  added.fallthrough();
-  added.group("Commands");
-  added.footer(kCommandFooter);
-  added.callback([&line, &command] { line.command = &command; });
-  command.addOptions(added, line);
+int Refuse(const std::string& problem) {
+  std::fprintf(stderr, "lanvoss: %s\n", problem.c_str());
+  return kExitUsage;
 }
 
 // What is wrong with the arguments; empty: nothing.
@@ -82,18 +83,86 @@ std::string ProblemOf(const CommandLine& line) {
   return {};
 }
 
-std::string ProblemOf(const CLI::App& app, const CLI::Error& error) {
-  const bool lacksCommand = error.get_name() == "RequiredError" && app.get_subcommands().empty();
-  if (!lacksCommand) {
-    return error.what();
+// A number: the exit code of a refusal.
+std::optional<int> Prepare(CommandLine& line) {
+  if (const std::string problem = ProblemOf(line); !problem.empty()) {
+    return Refuse(problem);
   }
-  const std::vector<std::string> unknown = app.remaining();
-  return unknown.empty() ? "a command is required" : "unknown command \"" + unknown.front() + "\"";
+  try {
+    if (line.scenarioFile) {
+      line.scenarioFile = FindScenario(*line.scenarioFile);
+    }
+    if (line.timelineFile && line.command->over == Over::kLibrary) {
+      timeline::TryToWrite(*line.timelineFile);  // or the picture of the whole run could be lost
+    }
+  } catch (const std::runtime_error& error) {
+    return Refuse(error.what());
+  }
+  return std::nullopt;
 }
 
-int Refuse(const std::string& problem) {
-  std::fprintf(stderr, "lanvoss: %s\n", problem.c_str());
-  return kExitUsage;
+std::vector<std::string> CommandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
+// Of `app` and of the commands above it.
+std::vector<std::string> OptionNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* each = &app; each != nullptr; each = each->get_parent()) {
+    for (const CLI::Option* const option : each->get_options()) {
+      for (const std::string& name : option->get_lnames()) {
+        names.push_back("--" + name);
+      }
+    }
+  }
+  return names;
+}
+
+std::string NoCommand(const CLI::App& app, const std::string& word) {
+  return "no command " + word + DidYouMean(word, CommandNames(app));
+}
+
+std::string ProblemOf(const CLI::App& app, const CLI::Error& error) {
+  const CLI::App* command = &app;  // the innermost one that was given
+  while (!command->get_subcommands().empty()) {
+    command = command->get_subcommands().back();
+  }
+  const std::vector<std::string> unknown = app.remaining(/*recurse=*/true);
+  const auto option = std::ranges::find_if(
+      unknown, [](const std::string& word) { return word.size() > 1 && word.front() == '-'; });
+  const bool needsCommand = command->get_require_subcommand_min() > 0;
+  if (needsCommand && !unknown.empty() && option != unknown.begin()) {
+    return NoCommand(*command, unknown.front());
+  }
+  if (option != unknown.end()) {
+    const std::string name = option->substr(0, option->find('='));
+    return "no option " + name + DidYouMean(name, OptionNames(*command));
+  }
+  return needsCommand ? "a command is required" : error.what();
+}
+
+// `words` are a command and, if it has them, one of its own.
+int ShowHelp(const CLI::App& app, const std::vector<std::string>& words) {
+  const CLI::App* command = &app;
+  std::string name = app.get_name();
+  for (const std::string& word : words) {
+    const auto all = command->get_subcommands([](const CLI::App*) { return true; });
+    const auto found = std::ranges::find(all, word, &CLI::App::get_name);
+    if (found == all.end()) {
+      return Refuse(NoCommand(*command, word));
+    }
+    command = *found;
+    name += " " + word;
+  }
+  // Not with help(), which shows the help of the command that was given: of "help".
+  const std::string text =
+      command->get_formatter()->make_help(command, name, CLI::AppFormatMode::Normal);
+  std::fputs(text.c_str(), stdout);
+  return kExitOk;
 }
 
 }  // namespace
@@ -102,7 +171,7 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
   CLI::App app("Reaches a named device over Wi-Fi Direct.", "lanvoss");
   app.allow_windows_style_options(false);  // a name may begin with a slash
   app.require_subcommand(1);
-  app.set_version_flag("--version", "lanvoss " LANVOSS_VERSION);
+  app.set_version_flag("-V,--version", "lanvoss " LANVOSS_VERSION);
   app.footer(kFooter);
   app.failure_message([](const CLI::App* failed, const CLI::Error& error) {
     return "lanvoss: " + ProblemOf(*failed, error) + "\nRun with --help for more information.\n";
@@ -113,6 +182,10 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
   for (const Command& command : kCommands) {
     AddCommand(app, command, line);
   }
+  std::vector<std::string> helpWords;
+  CLI::App& help = *app.add_subcommand("help", "Show the help of a command, or this help");
+  help.group("Commands");
+  help.add_option("COMMAND", helpWords, "The command")->type_name("");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -120,8 +193,20 @@ std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line) {
   } catch (const OperationError& error) {
     return Refuse(error.what());
   }
-  const std::string problem = ProblemOf(line);
-  return problem.empty() ? std::nullopt : std::optional(Refuse(problem));
+  if (help.parsed()) {
+    return ShowHelp(app, helpWords);
+  }
+  return Prepare(line);
+}
+
+CLI::App& AddCommand(CLI::App& parent, const Command& command, CommandLine& line) {
+  CLI::App& added = *parent.add_subcommand(command.name, command.help);
+  added.fallthrough();
+  added.group("Commands");
+  added.footer(kCommandFooter);
+  added.callback([&line, &command] { line.command = &command; });
+  command.addOptions(added, line);
+  return added;
 }
 
 void AddNameOption(CLI::App& command, CommandLine& line) {

@@ -21,6 +21,7 @@ struct Command;
 
 struct CommandLine {
   const Command* command = nullptr;
+  const Command* subcommand = nullptr;  // of `scenario`
   // Not empty, and without a line feed. Commands with a NAME always have one, except `watch`.
   std::optional<std::string> name;
   std::optional<std::int32_t> gapMs;        // of `ip`
@@ -45,6 +46,9 @@ struct CommandLine {
 // Fills `line`. A number: the program must end with this exit code; the help, the version or the
 // error message has been written.
 std::optional<int> ParseCommandLine(int argc, char** argv, CommandLine& line);
+
+// Adds a command below `parent`, which takes the options of every command too.
+CLI::App& AddCommand(CLI::App& parent, const Command& command, CommandLine& line);
 
 // The option of commands for one device.
 void AddNameOption(CLI::App& command, CommandLine& line);

@@ -11,8 +11,11 @@
 
 namespace lanvoss::program {
 
+// Needs no hardware and no rights.
+inline constexpr char kSimulatedRadio[] = "simulated";
+
 struct Radio {
-  std::string name = {};       // "simulated", or that of a real one
+  std::string name = {};       // kSimulatedRadio, or that of a real one
   std::string interface = {};  // of the real radio; empty: the first one that there is
   std::string remark = {};     // for the user, when the program has chosen; empty: nothing to say
 };
@@ -29,7 +32,7 @@ Radio SimulatedRadio();
 platform::Platform CreatePlatform(const Radio& radio,
                                   const std::optional<simulated::Scenario>& scenario);
 
-// What the real radio needs on this machine, and whether it is there. The name may choose a radio.
+// What the real radio needs on this machine, and whether it is there. The name may choose one.
 std::vector<platform::Finding> Examine(const std::optional<std::string>& radioName);
 
 // How the user gives the program the right to open raw sockets. The echo probe needs it.

@@ -1,10 +1,11 @@
-// What each operating system does in its own way: standard streams, interrupts, the code page and
-// local time.
+// What each operating system does in its own way: standard streams, interrupts, the code page,
+// local time and the place of the program.
 #pragma once
 
 #include <cstddef>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -64,6 +65,9 @@ std::string ToUtf8(const std::string& text);
 
 // The folder for what the program keeps of the user's from run to run; empty: there is none.
 std::string StateFolder();
+
+// The file of this program.
+std::filesystem::path ProgramFile();
 
 // A time of the system's clock in local time.
 std::tm LocalTime(std::time_t time);

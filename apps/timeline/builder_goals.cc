@@ -87,19 +87,18 @@ void TimelineBuilder::SettleSearch(Goal goal, Ending otherwise) {
   goal.span.label = goal.name.empty() ? "search" : "search " + goal.name;
   const std::int64_t end =
       goal.keeps ? nowUs_ : goal.foundUs.value_or(goal.watchEndedUs.value_or(nowUs_));
-  const std::string after = " after " + DurationText(end - goal.span.beginUs);
   Ending ending = otherwise;
   if (goal.foundUs) {
     ending = Ending::kGood;
-    AddTurn(goal.name, "found after " + DurationText(*goal.foundUs - goal.span.beginUs), true);
+    AddTurn(goal.name, "found" + After(*goal.foundUs - goal.span.beginUs), true);
   } else if (goal.watchEndedUs) {
     ending = goal.name.empty() ? Ending::kGood : Ending::kBad;
-    AddTurn(
-        goal.name,
-        goal.name.empty() ? "devices reported: " + std::to_string(reported_) : "not found" + after,
-        goal.name.empty());
+    AddTurn(goal.name,
+            goal.name.empty() ? "devices reported: " + std::to_string(reported_)
+                              : "not found" + After(end - goal.span.beginUs),
+            goal.name.empty());
   } else if (otherwise == Ending::kUnfinished) {
-    AddTurn(goal.name, "still looked for after " + DurationText(end - goal.span.beginUs), false);
+    AddTurn(goal.name, "still looked for" + After(end - goal.span.beginUs), false);
   }
   FinishAt(std::move(goal.span), ending, end);
 }
@@ -126,7 +125,7 @@ void TimelineBuilder::FailRequest(const LogLine& line) {
     goal->span.beginUs =
         std::clamp<std::int64_t>(nowUs_ - line.ms.value_or(0) * kUsPerMs, 0, nowUs_);
   }
-  AddTurn(goal->name, "no link after " + DurationText(nowUs_ - goal->span.beginUs), false);
+  AddTurn(goal->name, "no link" + After(nowUs_ - goal->span.beginUs), false);
   FinishRequest(std::move(*goal), Ending::kBad);
 }
 
@@ -200,7 +199,7 @@ void TimelineBuilder::EndWatch(const LogLine& line) {
     SettleSearch(std::move(goal), Ending::kPlain);
   }
   if (line.event == LogEvent::kWatchedGone) {
-    AddTurn(line.name, "gone after " + DurationText(line.ms.value_or(0) * kUsPerMs), false);
+    AddTurn(line.name, "gone" + After(line.ms.value_or(0) * kUsPerMs), false);
   }
 }
 

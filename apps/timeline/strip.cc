@@ -32,27 +32,28 @@ constexpr std::size_t kSecondsLength = 8;  // of a clock's text, from the hours
 // Rows of a lane from the top that are drawn.
 constexpr std::size_t kMostRows = 12;
 
-std::string TitleOf(const Span& span) {
+std::string TitleOf(const Span& span, bool isTimed) {
   const char* const endings[] = {"", "", ", it ended badly", ", not finished when the log ends"};
-  return span.label + ": " + DurationText(span.endUs - span.beginUs) + ", from " +
-         DurationText(span.beginUs) + " to " + DurationText(span.endUs) +
+  const std::string times = ": " + DurationText(span.endUs - span.beginUs) + ", from " +
+                            DurationText(span.beginUs) + " to " + DurationText(span.endUs);
+  return span.label + (isTimed ? times : "") +
          (span.thread != 0 ? ", thread " + std::to_string(span.thread) : "") +
          endings[static_cast<int>(span.ending)];
 }
 
-std::string TitleOf(const Mark& mark) {
-  return mark.words + ", at " + DurationText(mark.timeUs) +
+std::string TitleOf(const Mark& mark, bool isTimed) {
+  return mark.words + (isTimed ? ", at " + DurationText(mark.timeUs) : "") +
          (mark.thread != 0 ? ", thread " + std::to_string(mark.thread) : "");
 }
 
 using Labels = std::vector<std::string>;
 
 // The labels of a span, longest first; and the labels to use where there is no room for these.
-std::pair<Labels, Labels> LabelsOf(const Span& span) {
+std::pair<Labels, Labels> LabelsOf(const Span& span, bool isTimed) {
   Labels whole;
   if (span.ending == Ending::kUnfinished) {
     whole.push_back(span.label + ", not finished");
-  } else if (span.activity != Activity::kLink) {
+  } else if (span.activity != Activity::kLink && isTimed) {
     whole.push_back(span.label + " · " + DurationText(span.endUs - span.beginUs));
   }
   whole.push_back(span.label);
@@ -232,8 +233,10 @@ void Strip::DrawAxis(double top, double bottom) {
   }
   const double y = top + kBaseline - 2;
   const std::int64_t begun = timeline_.events.front().clockUs + scale_.TimeAt(section_.beginPlace);
-  canvas_.Text(kMargin + kTextGap, y, "clock",
-               ClockText(begun).substr(kDateLength, kSecondsLength));
+  if (timeline_.isTimed) {
+    canvas_.Text(kMargin + kTextGap, y, "clock",
+                 ClockText(begun).substr(kDateLength, kSecondsLength));
+  }
   double taken = kStripLeft - kMargin;
   for (const AxisLabel& label : labels) {
     const double half = WidthOf(label.text) * kSmallSize / 2;
@@ -256,7 +259,9 @@ void Strip::DrawTicks(const TimeScale::Stretch& stretch, double top, double bott
       return;
     }
     canvas_.Line(x, top - kTextGap, x, bottom, "grid");
-    labels.push_back({x, "tick", PlaceText(tick, step)});
+    if (timeline_.isTimed) {
+      labels.push_back({x, "tick", PlaceText(tick, step)});
+    }
   }
 }
 
@@ -286,7 +291,7 @@ void Strip::DrawRow(const std::vector<Piece>& pieces, double top) {
 void Strip::DrawPiece(const Piece& piece, double top) {
   const Span& span = *piece.span;
   const double width = piece.right - piece.left;
-  const std::string title = TitleOf(span);
+  const std::string title = TitleOf(span, timeline_.isTimed);
   const std::string unfinished = span.ending == Ending::kUnfinished ? " unfinished" : "";
   canvas_.Rect({piece.left, top, width, kRowHeight},
                "span " + (LookOf(span.activity).style + unfinished), title,
@@ -304,14 +309,14 @@ double Strip::LabelPiece(const Piece& piece, double freeLeft, double freeRight, 
   const double inside = piece.right - piece.left - 2 * kTextGap - cap;
   const std::string inStyle = std::string("in ") + LookOf(piece.span->activity).style;
   const double y = top + kBaseline;
-  const auto [whole, brief] = LabelsOf(*piece.span);
+  const auto [whole, brief] = LabelsOf(*piece.span, timeline_.isTimed);
   for (const Labels* labels : {&whole, &brief}) {
     if (const auto* const label = Fitting(*labels, inside)) {
       canvas_.Text(piece.left + kTextGap, y, inStyle, *label);
       return piece.right;
     }
     if (const auto* const label = Fitting(*labels, freeRight - piece.right - 2 * kTextGap)) {
-      canvas_.Text(piece.right + kTextGap, y, "out", *label);
+      canvas_.Text(piece.right + kTextGap, y, "label", *label);
       return piece.right + kTextGap + WidthOf(*label) * kSmallSize;
     }
     if (const auto* const label = Fitting(*labels, piece.left - freeLeft - 2 * kTextGap)) {
@@ -343,17 +348,19 @@ void Strip::DrawMarks(const std::vector<const Mark*>& marks, double top) {
 }
 
 void Strip::DrawTick(const Mark& mark, double x, double top) {
-  canvas_.Rect({x - 0.5, top + 4.5, 1.5, 7}, mark.trouble ? "bad" : "tock", TitleOf(mark));
+  canvas_.Rect({x - 0.5, top + 4.5, 1.5, 7}, mark.trouble ? "bad" : "tock",
+               TitleOf(mark, timeline_.isTimed));
 }
 
 // Returns where the mark and its label end, which is no further than `right`.
 double Strip::DrawMark(const Mark& mark, double x, double right, double top) {
   const double y = top + kMarkHeight / 2;
   const double left = x + kMarkRadius + 2;
-  canvas_.Circle(x, y, kMarkRadius, mark.trouble ? "bad" : "mark", TitleOf(mark));
+  canvas_.Circle(x, y, kMarkRadius, mark.trouble ? "bad" : "mark",
+                 TitleOf(mark, timeline_.isTimed));
   const std::string label = Fit(mark.label, (right - left - 2) / kSmallSize);
   if (!label.empty()) {
-    canvas_.Text(left, y + 4, "out", label, TitleOf(mark));
+    canvas_.Text(left, y + 4, "label", label, TitleOf(mark, timeline_.isTimed));
   }
   return left + WidthOf(label) * kSmallSize;
 }

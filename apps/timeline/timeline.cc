@@ -237,10 +237,14 @@ Look LookOf(Activity activity) {
 
 Timeline BuildTimeline(const std::vector<Notification>& notifications) {
   Timeline timeline;
-  TimelineBuilder builder;
+  timeline.isTimed = std::ranges::any_of(
+      notifications, [](const Notification& notification) { return notification.timeUs != 0; });
+  TimelineBuilder builder(timeline.isTimed);
   Clock clock;
   for (const Notification& notification : notifications) {
-    const std::int64_t timeUs = clock.Read(notification.timeUs);
+    const auto number = static_cast<std::int64_t>(timeline.events.size());
+    const std::int64_t timeUs =
+        timeline.isTimed ? clock.Read(notification.timeUs) : number * kUsPerSecond;
     const LogLine line = ParseLogLine(notification);
     builder.Add(line, timeUs, notification.thread);
     timeline.events.push_back(EventOf(notification, line, timeUs));
@@ -249,9 +253,26 @@ Timeline BuildTimeline(const std::vector<Notification>& notifications) {
   }
   builder.End();
   timeline.headline = builder.Headline();
-  timeline.endsWell = builder.EndsWell();
+  timeline.verdict = builder.Result();
   timeline.spans = builder.TakeSpans();
   AssignLanes(timeline);
+  return timeline;
+}
+
+std::string ReadingOf(const log::SavedLog& saved) {
+  const std::size_t understood = saved.notifications.size();
+  return understood == saved.lines ? ""
+                                   : "understood " + std::to_string(understood) + " of " +
+                                         std::to_string(saved.lines) + " lines";
+}
+
+Timeline BuildTimeline(const log::SavedLog& saved) {
+  Timeline timeline = BuildTimeline(saved.notifications);
+  timeline.reading = ReadingOf(saved);
+  if (saved.unclear > 0) {
+    timeline.verdict = Verdict::kUnknown;
+    timeline.headline = "As far as the log was understood: " + timeline.headline;
+  }
   return timeline;
 }
 

@@ -8,6 +8,7 @@
 
 #include "log/notification.h"
 #include "log/notification.h"
+#include "log/saved_log.h"
 
 namespace lanvoss::timeline {
 
@@ -84,9 +85,14 @@ struct Event {
   std::string message;  // as it came
 };
 
+// Whether the last thing that was asked for ended well.
+enum class Verdict { kGood, kBad, kUnknown };
+
 struct Timeline {
   std::string headline;  // the outcome, in a line
-  bool endsWell = true;
+  Verdict verdict = Verdict::kUnknown;
+  std::string reading = {};  // how much of a saved log was understood, if not all
+  bool isTimed = true;       // false: the log has no times, so each notification takes a second
   std::vector<Lane> lanes;
   std::vector<Span> spans;    // by their begins
   std::vector<Mark> marks;    // by time
@@ -95,5 +101,11 @@ struct Timeline {
 };
 
 Timeline BuildTimeline(const std::vector<Notification>& notifications);
+
+// The verdict is unknown if there are lines that could have changed it.
+Timeline BuildTimeline(const log::SavedLog& saved);
+
+// "understood 2 of 67 lines"; empty if all were understood.
+std::string ReadingOf(const log::SavedLog& saved);
 
 }  // namespace lanvoss::timeline

@@ -26,8 +26,7 @@ void TimelineBuilder::Add(const LogLine& line, std::int64_t timeUs, int thread) 
 void TimelineBuilder::End() {
   for (Goal& goal : std::exchange(goals_, {})) {
     if (goal.isRequest) {
-      AddTurn(goal.name, "still without a link after " + DurationText(nowUs_ - goal.span.beginUs),
-              false);
+      AddTurn(goal.name, "still without a link" + After(nowUs_ - goal.span.beginUs), false);
       FinishRequest(std::move(goal), Ending::kUnfinished);
     } else {
       SettleSearch(std::move(goal), Ending::kUnfinished);
@@ -63,6 +62,14 @@ std::string TimelineBuilder::Headline() const {
       return headline.empty() ? "Nothing was asked for" : headline;
     }
   }
+}
+
+Verdict TimelineBuilder::Result() const {
+  return turns_.empty() ? Verdict::kUnknown : turns_.back().good ? Verdict::kGood : Verdict::kBad;
+}
+
+std::string TimelineBuilder::After(std::int64_t us) const {
+  return isTimed_ ? " after " + DurationText(us) : "";
 }
 
 // The first turn and the last ones.
@@ -135,7 +142,7 @@ void TimelineBuilder::BeginLink(const LogLine& line) {
   link_ = Begin(Activity::kLink, Part::kLink, line.name + ": " + line.local + " to " + line.remote);
   EndRecoveries([&](const Recovery& each) { return each.name == line.name; }, true);
   if (auto goal = TakeGoal(line.name)) {
-    AddTurn(line.name, "connected after " + DurationText(nowUs_ - goal->span.beginUs), true);
+    AddTurn(line.name, "connected" + After(nowUs_ - goal->span.beginUs), true);
     FinishRequest(std::move(*goal), Ending::kGood);
   }
 }
@@ -177,8 +184,9 @@ void TimelineBuilder::BeginRecovery(const LogLine& line) {
 void TimelineBuilder::EndRecoveries(const std::function<bool(const Recovery&)>& are, bool good) {
   for (Recovery& recovery : recoveries_) {
     if (are(recovery)) {
-      const std::string after = DurationText(nowUs_ - recovery.span.beginUs);
-      AddTurn(recovery.name, good ? "connected again after " + after : "not recovered", good);
+      AddTurn(recovery.name,
+              good ? "connected again" + After(nowUs_ - recovery.span.beginUs) : "not recovered",
+              good);
       Finish(recovery.span, good ? Ending::kGood : Ending::kBad);
     }
   }

@@ -18,12 +18,15 @@ namespace lanvoss::timeline {
 
 class TimelineBuilder {
  public:
+  // Durations are not said where the times are not known.
+  explicit TimelineBuilder(bool isTimed) : isTimed_(isTimed) {}
+
   void Add(const LogLine& line, std::int64_t timeUs, int thread);
   // Ends what has not ended, as unfinished.
   void End();
 
   std::string Headline() const;
-  bool EndsWell() const { return turns_.empty() || turns_.back().good; }
+  Verdict Result() const;
   std::vector<Span> TakeSpans() { return std::move(spans_); }
 
  private:
@@ -55,6 +58,8 @@ class TimelineBuilder {
   };
 
   std::string HeadlineOf(std::size_t turns) const;
+  // " after 1.9 s".
+  std::string After(std::int64_t us) const;
   Span Begin(Activity activity, Part part, std::string label) const;
   void Finish(Span span, Ending ending);
   void FinishAt(Span span, Ending ending, std::int64_t endUs);
@@ -97,6 +102,7 @@ class TimelineBuilder {
   void BeginRecovery(const LogLine& line);
   void EndRecoveries(const std::function<bool(const Recovery&)>& are, bool good);
 
+  const bool isTimed_;
   std::int64_t nowUs_ = 0;
   int thread_ = 0;
   std::vector<Span> spans_;

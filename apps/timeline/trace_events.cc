@@ -81,9 +81,10 @@ std::string WriteTraceEvents(const Timeline& timeline) {
   for (const Event& event : timeline.events) {
     events.push_back(TraceOf(event));
   }
-  const json document = {{"displayTimeUnit", "ms"},
-                         {"otherData", {{"headline", timeline.headline}}},
-                         {"traceEvents", std::move(events)}};
+  const json document = {
+      {"displayTimeUnit", "ms"},
+      {"otherData", {{"headline", timeline.headline}, {"reading", timeline.reading}}},
+      {"traceEvents", std::move(events)}};
   // Invalid UTF-8 becomes U+FFFD.
   return document.dump(-1, ' ', false, json::error_handler_t::replace) + "\n";
 }

@@ -21,5 +21,10 @@ bool IsTimelineFile(const std::string& file);
 // Throws a std::runtime_error, which names the file, when there are no notifications or when the
 // file cannot be written. IsTimelineFile must be true for the file.
 void WriteTimeline(const std::vector<Notification>& notifications, const std::string& file);
+void WriteTimeline(const log::SavedLog& saved, const std::string& file);
+
+// Throws a std::runtime_error, which names the file, when WriteTimeline cannot write it. A file
+// that was there stays as it was, and no other is left.
+void TryToWrite(const std::string& file);
 
 }  // namespace lanvoss::timeline

@@ -13,6 +13,7 @@ void AddKeepOptions(CLI::App& command, CommandLine& line);
 void AddPingOptions(CLI::App& command, CommandLine& line);
 void AddUnpairOptions(CLI::App& command, CommandLine& line);
 void AddWatchOptions(CLI::App& command, CommandLine& line);
+void AddScenarioOptions(CLI::App& command, CommandLine& line);
 void AddRunOptions(CLI::App& command, CommandLine& line);
 void AddTimelineOptions(CLI::App& command, CommandLine& line);
 inline void AddNoOptions(CLI::App& /*command*/, CommandLine& /*line*/) {}
@@ -25,6 +26,7 @@ Outcome RunDisconnect(Session& session);
 Outcome RunUnpair(Session& session);
 Outcome RunDevices(Session& session);
 Outcome RunRun(Session& session);
+Outcome RunScenario(Session& session);
 Outcome RunShell(Session& session);
 Outcome RunTimeline(Session& session);
 Outcome RunDoctor(Session& session);
@@ -59,6 +61,8 @@ inline constexpr Command kCommands[] = {
     {"run", "Run several operations one after the other", AddRunOptions, RunRun, Over::kLibrary},
     {"shell", "Run operations as you type them; \"help\" lists them", AddNoOptions, RunShell,
      Over::kLibrary},
+    {"scenario", "Show the files for --scenario that come with the program", AddScenarioOptions,
+     RunScenario, Over::kNothing},
     {"timeline", "Draw a saved log: what happened when", AddTimelineOptions, RunTimeline,
      Over::kNothing},
     {"doctor", "Say what this machine lacks to reach devices, and how to fix it", AddNoOptions,

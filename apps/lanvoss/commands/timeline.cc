@@ -40,7 +40,7 @@ std::string DefaultFile(const std::string& log) {
 
 void AddTimelineOptions(CLI::App& command, CommandLine& line) {
   command
-      .add_option("LOG", line.savedLog, "A file with output of this program; - for standard input")
+      .add_option("LOG", line.savedLog, "A log of this program or of a host; - for standard input")
       ->required()
       ->type_name("");
   command
@@ -52,19 +52,24 @@ void AddTimelineOptions(CLI::App& command, CommandLine& line) {
 Outcome RunTimeline(Session& session) {
   const CommandLine& line = session.Line();
   const std::string& file = line.savedLog;
-  std::vector<log::Notification> notifications;
+  log::SavedLog saved;
   try {
-    notifications = log::ReadSavedLog(ReadLog(file));
+    saved = log::ReadSavedLog(ReadLog(file));
   } catch (const std::runtime_error& error) {
     return {kExitUsage, {}, file + ": " + error.what()};
   }
   const std::string picture = line.timelineFile.value_or(DefaultFile(file));
   try {
-    timeline::WriteTimeline(notifications, picture);
+    timeline::WriteTimeline(saved, picture);
   } catch (const std::runtime_error& error) {
     return {kExitUsage, {}, error.what()};
   }
-  return {.result = picture + "\n", .facts = JsonObject().AddText("file", picture)};
+  const std::string reading = line.quiet ? "" : timeline::ReadingOf(saved);
+  return {.result = (reading.empty() ? "" : reading + "\n") + picture + "\n",
+          .facts = JsonObject()
+                       .AddText("file", picture)
+                       .AddNumber("lines", static_cast<int>(saved.lines))
+                       .AddNumber("understood", static_cast<int>(saved.notifications.size()))};
 }
 
 }  // namespace lanvoss::program

@@ -4,7 +4,10 @@
 _lanvoss_values() {
   case $1 in
     --dir) compgen -d -- "$2" ;;
-    --scenario) compgen -f -X '!*.json' -- "$2" ;;
+    --scenario)
+      compgen -f -X '!*.json' -- "$2"
+      compgen -W "$(lanvoss scenario list 2>/dev/null | cut -d ' ' -f 1)" -- "$2"
+      ;;
     --log) compgen -f -- "$2" ;;
     --timeline) compgen -f -X '!*.@(svg|json)' -- "$2" ;;
     --radio) compgen -W "auto wpa simulated windows" -- "$2" ;;
@@ -22,7 +25,7 @@ _lanvoss_names() {
 
 _lanvoss() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands="ip ping keep watch disconnect unpair devices run shell timeline doctor"
+  local commands="ip ping keep watch disconnect unpair devices run shell scenario timeline doctor help"
   local options="--dir --radio --scenario --json --verbose --quiet --log --timeline --help"
   COMPREPLY=()
   case $previous in
@@ -42,14 +45,15 @@ _lanvoss() {
     keep) options+=" --every --once --timeout" ;;
     watch) options+=" --keep --timeout" ;;
     unpair) options+=" --timeout" ;;
-    '') options+=" --version" ;;
+    '') options+=" -V --version" ;;
   esac
   if [[ $word == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
     return
   fi
   case $command in
-    '') mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word") ;;
+    '' | help) mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word") ;;
+    scenario) mapfile -t COMPREPLY < <(compgen -W list -- "$word") ;;
     ip | ping | keep | watch | disconnect | unpair)
       local name
       while read -r name; do

@@ -1,18 +1,15 @@
 #include "radio.h"
 
-#include <filesystem>
-#include <system_error>
-
 #include "backends/posix/posix_system.h"
 #include "backends/simulated/demo.h"
 #include "backends/wpa/adapter.h"
 #include "backends/wpa/doctor.h"
 #include "backends/wpa/wpa_radio.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
 
-constexpr char kSimulated[] = "simulated";
 constexpr char kWpa[] = "wpa";
 constexpr char kAuto[] = "auto";
 constexpr char kWpaWithInterface[] = "wpa:";
@@ -34,10 +31,10 @@ std::optional<std::string> WpaInterfaceOf(const std::string& radioName) {
 std::string RadioNames() { return "auto (default), wpa, wpa:INTERFACE or simulated"; }
 
 bool IsRadioName(const std::string& name) {
-  return name == kAuto || name == kSimulated || WpaInterfaceOf(name).has_value();
+  return name == kAuto || name == kSimulatedRadio || WpaInterfaceOf(name).has_value();
 }
 
-Radio SimulatedRadio() { return {.name = kSimulated}; }
+Radio SimulatedRadio() { return {.name = kSimulatedRadio}; }
 
 // The real radio if there is one that works.
 Radio ChooseRadio(const std::optional<std::string>& radioName) {
@@ -70,9 +67,7 @@ std::vector<platform::Finding> Examine(const std::optional<std::string>& radioNa
 }
 
 std::string HowToAllowRawSockets() {
-  std::error_code unknown;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  return "sudo setcap cap_net_raw+ep " + program.string();
+  return "sudo setcap cap_net_raw+ep " + ProgramFile().string();
 }
 
 }  // namespace lanvoss::program

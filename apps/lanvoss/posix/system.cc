@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <initializer_list>
 #include <sys/ioctl.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace lanvoss::program {
@@ -120,6 +121,11 @@ std::string StateFolder() {
   }
   const std::string home = Environment("HOME");
   return home.empty() ? "" : home + "/.local/state/lanvoss";
+}
+
+std::filesystem::path ProgramFile() {
+  std::error_code unknown;
+  return std::filesystem::read_symlink("/proc/self/exe", unknown);
 }
 
 std::tm LocalTime(std::time_t time) {

@@ -9,16 +9,15 @@
 namespace lanvoss::program {
 namespace {
 
-constexpr char kSimulated[] = "simulated";
 constexpr char kWindows[] = "windows";
 
 }  // namespace
 
 std::string RadioNames() { return "windows (default) or simulated"; }
 
-bool IsRadioName(const std::string& name) { return name == kSimulated || name == kWindows; }
+bool IsRadioName(const std::string& name) { return name == kSimulatedRadio || name == kWindows; }
 
-Radio SimulatedRadio() { return {.name = kSimulated}; }
+Radio SimulatedRadio() { return {.name = kSimulatedRadio}; }
 
 Radio ChooseRadio(const std::optional<std::string>& radioName) {
   return {.name = radioName.value_or(kWindows)};
@@ -27,7 +26,7 @@ Radio ChooseRadio(const std::optional<std::string>& radioName) {
 platform::Platform CreatePlatform(const Radio& radio,
                                   const std::optional<simulated::Scenario>& scenario) {
   const auto system = windows::CreateSystem();
-  if (radio.name == kSimulated) {
+  if (radio.name == kSimulatedRadio) {
     return simulated::CreatePlatform(system, scenario.value_or(simulated::DemoScenario()));
   }
   return {system, windows::CreateRadio(system)};

@@ -12,6 +12,7 @@ namespace {
 constexpr int kUsualWidth = 80;
 constexpr unsigned kPipeLength = 65536;
 constexpr DWORD kPieceLength = 4096;
+constexpr DWORD kLongestPath = 32'768;  // in characters, of any path of Windows
 
 constexpr unsigned char kFirstPrintable = 0x20;
 constexpr unsigned char kDelete = 0x7F;
@@ -131,6 +132,12 @@ std::string StateFolder() {
   const DWORD length = GetEnvironmentVariableA("LOCALAPPDATA", folder.data(), MAX_PATH);
   folder.resize(length < MAX_PATH ? length : 0);
   return folder.empty() ? "" : folder + "\\lanvoss";
+}
+
+std::filesystem::path ProgramFile() {
+  std::wstring path(kLongestPath, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), kLongestPath));
+  return path;
 }
 
 std::tm LocalTime(std::time_t time) {

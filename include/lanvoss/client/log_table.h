@@ -142,6 +142,9 @@ inline constexpr LogLineKind kLogLines[] = {
      "{name} reported, {id}", Traits().Mark("{name}").ByPlatform()},
     {Part::kHost, LogEvent::kWatchBegins, "(watch) Start Watcher...for ", "looks for every device",
      Traits().Phase("looking for devices")},
+    // Where the blank at the end of the line was cut off.
+    {Part::kHost, LogEvent::kWatchBegins, "(watch) Start Watcher...for", "looks for every device",
+     Traits().Phase("looking for devices")},
     {Part::kHost, LogEvent::kWatchBegins, "(watch) Start Watcher...for {name}", "looks for {name}",
      Traits().Phase("looking for {name}")},
     {Part::kHost, LogEvent::kWatchBegun, "(watch) Start Watcher done", "the watcher runs"},
@@ -263,6 +266,16 @@ inline constexpr LogLineKind kLogLines[] = {
     {Part::kCheck, LogEvent::kRecoversByWatch, "(watch) Ping Failed,Watch,Unpair,Re Pair... {name}",
      "{name} is silent: looks for it to recover it",
      Traits().Trouble().Phase("recovering the link")},
+    // Only on standard output; the host is not notified of them.
+    {Part::kHost, LogEvent::kOther, "(watch) stop watch timer out",
+     "the stop of the pass is not reported", Traits().Trouble()},
+    {Part::kHost, LogEvent::kOther, "watch timer out", "the time of the wait is over",
+     Traits().Trouble()},
+    {Part::kHost, LogEvent::kOther, "unpair timer out", "the end of the unpairing is not reported",
+     Traits().Trouble()},
+    {Part::kConnection, LogEvent::kOther, "(watch) RequestPairDeviceAsync ret",
+     "the pairing failed", Traits().Trouble()},
+    {Part::kConnection, LogEvent::kOther, "OnPairingRequested:{number}", "the ceremony asks"},
 };
 // clang-format on
 

@@ -16,6 +16,7 @@ struct Scenario {
   // When the platform ends a watcher that runs as Aborted, from the beginning.
   std::vector<std::uint32_t> abortsAtMs = {};
   std::vector<Peer> peers = {};
+  std::string comment = {};  // for people, in UTF-8
 };
 
 // In real time, over `system`.

@@ -111,6 +111,7 @@ Finding ExamineRadioOf(const WiFiAdapter& adapter) {
 void ExamineAdapters(Findings& findings, const std::vector<WiFiAdapter>& adapters) {
   if (adapters.empty()) {
     findings.push_back(Missing("a Wi-Fi adapter", "connect one, or install its driver"));
+    findings.back().meansNoAdapter = true;
   }
   const bool oneCanWork = std::ranges::any_of(adapters, CanWork);
   for (const WiFiAdapter& adapter : adapters) {

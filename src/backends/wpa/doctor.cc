@@ -105,9 +105,6 @@ std::string RemedyForName(const std::string& interface) {
 
 std::string RemedyForControl(const std::string& interface) {
   const std::vector<std::string> all = WirelessInterfaces();
-  if (all.empty()) {
-    return "connect an adapter for Wi-Fi: the system knows none";
-  }
   if (std::ranges::count(all, interface) == 0) {
     return "name an adapter that there is, --radio wpa:" + all.front();
   }
@@ -126,7 +123,8 @@ bool IsNameTooLong(const std::string& interface, const std::string& version) {
          std::atoi(version.c_str() + sizeof kMajor - 1) < kFirstThatCuts;
 }
 
-std::string RemedyForPeerToPeer(const Adapter& adapter, const std::string& interface) {
+// Empty when nothing but the adapter itself is in the way.
+std::string HowToAllowPeerToPeer(const Adapter& adapter, const std::string& interface) {
   const std::string version = Ask(adapter.socketPath, "GET version");
   if (IsNameTooLong(interface, version)) {
     return "wpa_supplicant " + version +
@@ -136,7 +134,15 @@ std::string RemedyForPeerToPeer(const Adapter& adapter, const std::string& inter
   if (AnySets({file}, "p2p_disabled", "1")) {
     return "take the line p2p_disabled=1 out of " + file + kAndStartAgain;
   }
-  return "use another adapter, unless iw list shows P2P-client and P2P-GO for that of " + interface;
+  return {};
+}
+
+std::string RemedyForPeerToPeer(const Adapter& adapter, const std::string& interface) {
+  const std::string remedy = HowToAllowPeerToPeer(adapter, interface);
+  return remedy.empty()
+             ? "use another adapter, unless iw list shows P2P-client and P2P-GO for that of " +
+                   interface
+             : remedy;
 }
 
 std::string RemedyFor(const Adapter& adapter, const std::string& interface) {
@@ -180,9 +186,18 @@ void ExamineAdapter(Findings& findings, const Adapter& adapter, const std::strin
          .remedy = RemedyForName(other) + "; and start the wpa_supplicants of both again"});
     return;
   }
+  if (adapter.problem != AdapterProblem::kNothing && WirelessInterfaces().empty()) {
+    findings.push_back({.isFine = false,
+                        .what = "a Wi-Fi adapter: the system knows none",
+                        .remedy = "connect an adapter that supports Wi-Fi Direct",
+                        .meansNoAdapter = true});
+    return;
+  }
   findings.push_back({.isFine = adapter.problem == AdapterProblem::kNothing,
                       .what = Explain(adapter),
-                      .remedy = RemedyFor(adapter, interface)});
+                      .remedy = RemedyFor(adapter, interface),
+                      .meansNoAdapter = adapter.problem == AdapterProblem::kPeerToPeer &&
+                                        HowToAllowPeerToPeer(adapter, interface).empty()});
   if (adapter.problem == AdapterProblem::kNothing) {
     const Supplicant supplicant(adapter.socketPath, [](const Message&) {});
     std::ranges::move(ExamineSupplicant(supplicant, interface, ConfigurationOf(interface)),

@@ -164,7 +164,8 @@ Scenario ParseScenario(const std::string& text, const std::string& file) {
   root.ReadMembers({{"seed", Into(scenario.seed)},
                     {"habits", Into(scenario.habits)},
                     {"aborts_at_ms", Into(scenario.abortsAtMs)},
-                    {"peers", Into(scenario.peers)}});
+                    {"peers", Into(scenario.peers)},
+                    {"comment", Into(scenario.comment)}});
   CheckIds(root, scenario.peers);
   return scenario;
 }

@@ -79,6 +79,13 @@ void Read(const JsonValue& value, double& out) {
   out = share;
 }
 
+void Read(const JsonValue& value, std::string& out) {
+  if (!value.Json().is_string()) {
+    value.Refuse("expected a string");
+  }
+  out = value.Json().get<std::string>();
+}
+
 void Read(const JsonValue& value, std::u16string& out) {
   if (!value.Json().is_string()) {
     value.Refuse("expected a string");

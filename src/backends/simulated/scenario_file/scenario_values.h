@@ -22,6 +22,8 @@ void ReadCount(const JsonValue& value, std::uint32_t& out);
 void ReadHresult(const JsonValue& value, std::uint32_t& out);
 // A share, from 0 to 1: the only fraction there is.
 void Read(const JsonValue& value, double& out);
+// For people only, so it stays in UTF-8.
+void Read(const JsonValue& value, std::string& out);
 void Read(const JsonValue& value, std::u16string& out);
 void Read(const JsonValue& value, std::optional<std::u16string>& out);
 
