@@ -81,10 +81,10 @@ Outcome Session::RunOverLibrary() {
     scenario = simulated::LoadScenario(*line_.scenarioFile);
   }
   interruption_.emplace([this] { OnInterrupt(); });
-  platform_ = CreatePlatform(radio_, scenario);
+  platform_ = CreatePlatform(TheRadio(), scenario);
   OpenConsole();
-  if (!radio_.remark.empty()) {
-    console_.Complain(radio_.remark);
+  if (!TheRadio().remark.empty()) {
+    console_.Complain(TheRadio().remark);
   }
   OpenClient();
 
@@ -173,23 +173,30 @@ void Session::PrintResult(const std::string& text, const JsonObject& facts) {
     console_.Print(text);
     return;
   }
-  console_.Print(JsonObject()
-                     .AddText("time", FormatTime(LocalTimeUs()))
-                     .AddText("kind", "result")
-                     .AddText("command", line_.command->name)
-                     .AddText("radio", radio_.name)
-                     .AddAll(facts)
-                     .Json() +
-                 "\n");
+  JsonObject result = JsonObject()
+                          .AddText("time", FormatTime(LocalTimeUs()))
+                          .AddText("kind", "result")
+                          .AddText("command", line_.command->name);
+  if (radio_) {
+    result.AddText("radio", radio_->name);
+  }
+  console_.Print(result.AddAll(facts).Json() + "\n");
 }
 
 // Those of simulated devices are in another one than those of real devices.
-std::string Session::CacheFolder() const {
+std::string Session::CacheFolder() {
   if (line_.directory) {
     return *line_.directory;
   }
   const std::string state = StateFolder();
-  return state.empty() ? "" : state + "/" + radio_.name;
+  return state.empty() ? "" : state + "/" + TheRadio().name;
+}
+
+const Radio& Session::TheRadio() {
+  if (!radio_) {
+    radio_ = line_.scenarioFile ? SimulatedRadio() : ChooseRadio(line_.radio);
+  }
+  return *radio_;
 }
 
 // Starts a thread, so interrupts must be held before.

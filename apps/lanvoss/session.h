@@ -28,8 +28,7 @@ namespace lanvoss::program {
 class Session {
  public:
   // `line` must outlive the session.
-  explicit Session(const CommandLine& line)
-      : line_(line), radio_(line.scenarioFile ? SimulatedRadio() : ChooseRadio(line.radio)) {}
+  explicit Session(const CommandLine& line) : line_(line) {}
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
@@ -38,9 +37,10 @@ class Session {
 
   const CommandLine& Line() const { return line_; }
 
-  const Radio& TheRadio() const { return radio_; }
+  // The first call may look for a real one.
+  const Radio& TheRadio();
   // Where the device cache is; empty: the current folder.
-  std::string CacheFolder() const;
+  std::string CacheFolder();
 
   // These two only for commands that use the library.
   Client& Library() { return *client_; }
@@ -95,7 +95,7 @@ class Session {
   const std::shared_ptr<WakeUp> change_ = std::make_shared<WakeUp>();
   Console console_;
   std::optional<Interruption> interruption_;
-  Radio radio_;
+  std::optional<Radio> radio_;  // none: it was not asked for
   platform::Platform platform_;
   std::unique_ptr<Client> client_;
 };

@@ -1,11 +1,8 @@
 #include "commands/operations.h"
 
-#include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <functional>
-#include <iterator>
-#include <system_error>
+#include <stdexcept>
 #include <utility>
 
 #include "commands/link.h"
@@ -13,76 +10,6 @@
 
 namespace lanvoss::program {
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r";
-constexpr std::string_view kOptionMark = "--";
-
-std::string_view Trimmed(std::string_view text) {
-  const auto first = std::min(text.find_first_not_of(kBlanks), text.size());
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
-
-// Moves the first word out of `rest`, with the blanks after it.
-std::string_view TakeWord(std::string_view& rest) {
-  const auto word = rest.substr(0, rest.find_first_of(kBlanks));
-  rest = Trimmed(rest.substr(word.size()));
-  return word;
-}
-
-// Removes `option` from `rest` if it is the first word.
-bool TakeOption(std::string_view& rest, std::string_view option) {
-  std::string_view remaining = rest;
-  if (TakeWord(remaining) != option) {
-    return false;
-  }
-  rest = remaining;
-  return true;
-}
-
-std::string Name(std::string_view rest) {
-  if (rest.empty()) {
-    throw OperationError("NAME is missing");
-  }
-  if (rest.starts_with(kOptionMark)) {
-    throw OperationError("unknown option " + std::string(TakeWord(rest)));
-  }
-  return std::string(rest);
-}
-
-std::int32_t Milliseconds(std::string_view word) {
-  std::int32_t number = -1;
-  const auto [end, fault] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (fault != std::errc() || end != word.data() + word.size() || number < 0) {
-    throw OperationError("expected a whole number of milliseconds, not \"" + std::string(word) +
-                         "\"");
-  }
-  return number;
-}
-
-Operation ParseIp(std::string_view rest) {
-  if (TakeOption(rest, "--gap")) {
-    const std::string gap = std::to_string(Milliseconds(TakeWord(rest)));
-    return {.request = gap + "\n" + Name(rest)};
-  }
-  const bool direct = TakeOption(rest, "--direct");
-  return {.request = (direct ? "\n" : "") + Name(rest)};
-}
-
-Operation ParseWatch(std::string_view rest) {
-  const bool keep = TakeOption(rest, "--keep");
-  return {.request = rest.empty() && !keep ? "" : (keep ? "\n" : "") + Name(rest)};
-}
-
-Operation ParseUnpair(std::string_view rest) { return {.request = Name(rest)}; }
-
-Operation ParseSleep(std::string_view rest) { return {.sleepMs = Milliseconds(rest)}; }
-
-Operation ParseNothing(std::string_view rest) {
-  if (!rest.empty()) {
-    throw OperationError("unexpected text \"" + std::string(rest) + "\"");
-  }
-  return {};
-}
 
 // One call of the library's own object.
 CallResult Ask(Session& session, std::function<void(LanvossInterface&, CallResult&)> call) {
@@ -107,7 +34,7 @@ OperationResult DoIp(Session& session, const Operation& operation) {
   return {"no link", std::move(words), std::move(failure)};
 }
 
-OperationResult DoPing(Session& session, const Operation&) {
+OperationResult DoPing(Session& session) {
   const CallResult result =
       Ask(session, [](auto& object, auto& given) { given.text = object.PingCheck(); });
   if (!result.replies) {
@@ -126,7 +53,7 @@ OperationResult InWords(const CallResult& result, std::int32_t good, const char*
   return {std::to_string(result.number), result.number == good ? words : otherwise};
 }
 
-OperationResult DoDisconnect(Session& session, const Operation&) {
+OperationResult DoDisconnect(Session& session) {
   return InWords(
       Ask(session, [](auto& object, auto& given) { given.number = object.DisConnect(""); }), 1,
       "there is no link any more", "the platform did not close the link");
@@ -146,12 +73,12 @@ OperationResult DoWatch(Session& session, const Operation& operation) {
   return InWords(result, 0, "the watcher runs", "the platform did not start its watcher");
 }
 
-OperationResult DoStop(Session& session, const Operation&) {
+OperationResult DoStop(Session& session) {
   return InWords(Ask(session, [](auto& object, auto& given) { given.number = object.StopWatch(); }),
                  0, "the watcher is stopped", "the watcher could not be stopped");
 }
 
-OperationResult DoAbort(Session& session, const Operation&) {
+OperationResult DoAbort(Session& session) {
   return InWords(
       Ask(session, [](auto& object, auto& given) { given.number = object.AbortConnect(""); }), 0,
       "the attempt is given up", "");
@@ -165,81 +92,26 @@ OperationResult DoSleep(Session& session, const Operation& operation) {
 
 }  // namespace
 
-struct OperationKind {
-  std::string_view word;
-  std::string_view takes;
-  std::string_view help;
-  Operation (*parse)(std::string_view rest);
-  OperationResult (*run)(Session& session, const Operation& operation);
-};
-
-namespace {
-
-constexpr OperationKind kKinds[] = {
-    {"ip", "[--gap MS | --direct] NAME", "find, pair and connect; the result is LOCAL,REMOTE",
-     ParseIp, DoIp},
-    {"ping", "", "probe the link; pair and connect a silent device again", ParseNothing, DoPing},
-    {"disconnect", "", "close the link", ParseNothing, DoDisconnect},
-    {"unpair", "NAME", "start to remove the pairing", ParseUnpair, DoUnpair},
-    {"watch", "[[--keep] NAME]", "start to look for devices", ParseWatch, DoWatch},
-    {"stop", "", "stop looking", ParseNothing, DoStop},
-    {"abort", "", "give up the attempt", ParseNothing, DoAbort},
-    {"sleep", "MS", "wait", ParseSleep, DoSleep},
-};
-
-Operation Parse(std::string_view text) {
-  // It separates the fields of a request, so no name can have one.
-  if (text.find('\n') != std::string_view::npos) {
-    throw OperationError("it contains a line feed");
-  }
-  std::string_view rest = text;
-  const std::string_view word = TakeWord(rest);
-  const auto* kind = std::ranges::find(kKinds, word, &OperationKind::word);
-  if (kind == std::end(kKinds)) {
-    throw OperationError("unknown operation \"" + std::string(word) + "\"");
-  }
-  Operation operation = kind->parse(rest);
-  operation.kind = kind;
-  operation.text = text;
-  return operation;
-}
-
-}  // namespace
-
-Operation ParseOperation(std::string_view text, const std::string& place) {
-  try {
-    return Parse(Trimmed(text));
-  } catch (const OperationError& error) {
-    throw OperationError(place + ": " + error.what());
-  }
-}
-
 OperationResult RunOperation(Session& session, const Operation& operation) {
-  return operation.kind->run(session, operation);
-}
-
-bool IsComment(std::string_view line) {
-  const std::string_view text = Trimmed(line);
-  return text.empty() || text.starts_with('#');
-}
-
-std::string OperationHelp() {
-  constexpr std::size_t kUsageWidth = 31;
-  std::string help;
-  for (const OperationKind& kind : kKinds) {
-    std::string usage = std::string(kind.word) + " " + std::string(kind.takes);
-    usage.resize(kUsageWidth, ' ');
-    help += "  " + usage + std::string(kind.help) + "\n";
+  switch (operation.verb) {
+    case Verb::kIp:
+      return DoIp(session, operation);
+    case Verb::kPing:
+      return DoPing(session);
+    case Verb::kDisconnect:
+      return DoDisconnect(session);
+    case Verb::kUnpair:
+      return DoUnpair(session, operation);
+    case Verb::kWatch:
+      return DoWatch(session, operation);
+    case Verb::kStop:
+      return DoStop(session);
+    case Verb::kAbort:
+      return DoAbort(session);
+    case Verb::kSleep:
+      return DoSleep(session, operation);
   }
-  return help;
-}
-
-std::vector<std::string> OperationWords() {
-  std::vector<std::string> words;
-  for (const OperationKind& kind : kKinds) {
-    words.emplace_back(kind.word);
-  }
-  return words;
+  return {};
 }
 
 }  // namespace lanvoss::program
