@@ -46,8 +46,8 @@ Ledger Finish() { return EndSession(); }
 
 extern "C" {
 
-__declspec(dllexport) HRESULT WINAPI
-    DllGetActivationFactory(HSTRING className, IActivationFactory** factory);
+// Exported by fake_winrt.def.
+HRESULT WINAPI DllGetActivationFactory(HSTRING className, IActivationFactory** factory);
 
 HRESULT WINAPI DllGetActivationFactory(HSTRING className, IActivationFactory** factory) {
   if (factory == nullptr) {
@@ -60,6 +60,6 @@ HRESULT WINAPI DllGetActivationFactory(HSTRING className, IActivationFactory** f
                                              : CO_E_NOTINITIALIZED;
 }
 
-__declspec(dllexport) HRESULT WINAPI DllCanUnloadNow() { return S_FALSE; }
+HRESULT WINAPI DllCanUnloadNow() { return S_FALSE; }
 
 }  // extern "C"

@@ -8,7 +8,8 @@
 
 namespace {
 
-#if defined(__x86_64__)
+// With Visual C++ such a pointer is the address of code, which says nothing of the slot.
+#if defined(__x86_64__) && !defined(_MSC_VER)
 
 // A pointer to a virtual operation holds the offset of its slot, plus one.
 template <class Operation>

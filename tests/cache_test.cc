@@ -1,4 +1,6 @@
 // The cache file, as the host meets it: loading, rewriting, and every kind of broken file.
+#include <algorithm>
+#include <iterator>
 #include <random>
 #ifdef __linux__
 #include <sys/fsuid.h>

@@ -1,6 +1,7 @@
 // Echo messages on the wire, byte for byte.
 #include "supervision/echo_message.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <vector>
 

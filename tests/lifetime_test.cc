@@ -1,6 +1,7 @@
 // Construction and destruction, and hosts that call operations, throw, or drop the last reference
 // at any moment.
 #include <atomic>
+#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <utility>

@@ -1,6 +1,7 @@
 // Every step reads what it uses at its own moment: the host's function may change everything at a
 // log line or a notification, and so may another thread.
 #include <algorithm>
+#include <iterator>
 #include <new>
 
 #include "scenario_test.h"

@@ -7,8 +7,12 @@
 #include <iterator>
 #include <mutex>
 #include <regex>
-#include <unistd.h>
 #include <utility>
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 #include "environment.h"
 #include "lanvoss/client/log_line.h"

@@ -1,4 +1,5 @@
 // The base of all other tests: virtual time, and the platform's rules.
+#include <algorithm>
 #include <set>
 
 #include "backends/simulated/air.h"

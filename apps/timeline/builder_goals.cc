@@ -1,5 +1,6 @@
 // The part of the builder that follows what hosts asked for, and the watcher's passes.
 #include <algorithm>
+#include <iterator>
 
 #include "timeline/duration.h"
 #include "timeline/timeline_builder.h"

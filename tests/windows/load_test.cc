@@ -9,8 +9,14 @@
 
 namespace {
 
+// The factory's decorated name, which each compiler forms in its own way.
 constexpr char kFactory[] =
+#ifdef _MSC_VER
+    "?getLanvossPtr@@YA?AV?$shared_ptr@VLanvossInterface@@@std@@P6AXV?$basic_string@DU?$char_"
+    "traits@D@std@@V?$allocator@D@2@@2@0@Z0@Z";
+#else
     "_Z13getLanvossPtrPFvNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES4_ES4_";
+#endif
 constexpr int kRounds = 100;
 // Far beyond the grace that the DLL gives to the platform's threads.
 constexpr DWORD kUnloadLimitMs = 20'000;

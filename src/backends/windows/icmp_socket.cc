@@ -3,6 +3,7 @@
 #include "backends/windows/icmp_socket.h"
 
 #include <cstring>
+#include <utility>
 #include <winsock2.h>
 // After winsock2.h.
 #include <ws2tcpip.h>

@@ -1,0 +1,1 @@
+#error "Visual C++ has no <dirent.h>"

@@ -1,0 +1,4 @@
+#include_next <signal.h>
+#pragma once
+
+typedef int sig_atomic_t;
