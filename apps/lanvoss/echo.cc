@@ -1,5 +1,6 @@
 #include "echo.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
