@@ -1,6 +1,7 @@
 // Tasks that run one after the other on a thread of their own.
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <memory>
