@@ -32,6 +32,9 @@ Radio SimulatedRadio();
 platform::Platform CreatePlatform(const Radio& radio,
                                   const std::optional<simulated::Scenario>& scenario);
 
+// Closes the links to a device that earlier processes have left. False: there was none.
+bool CloseLeftOverLinks(const Radio& radio, const std::string& name);
+
 // What the real radio needs on this machine, and whether it is there. The name may choose one.
 std::vector<platform::Finding> Examine(const std::optional<std::string>& radioName);
 

@@ -80,6 +80,11 @@ TEST_F(Field, UsesTheAdaptersOwnInterface) {
   EXPECT_EQ(RunProgram("program: after a killed one", "ip " + kName), kAddresses);
   KillTheProgramInALink();
   EXPECT_EQ(RunProgram("program: after a killed one, by id", "ip --direct " + kName), kAddresses);
+  KillTheProgramInALink();
+  EXPECT_EQ(RunProgram("program: close it", "disconnect " + kName),
+            "the link to " + kName + " is closed");
+  EXPECT_EQ(RunProgram("program: close it again", "disconnect " + kName),
+            "there is no link to " + kName);
 }
 
 TEST_F(Field, ReachesADeviceThatAKilledProgramHasLeftInItsGroup) {

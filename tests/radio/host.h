@@ -131,7 +131,7 @@ class Radio : public testing::Test {
   }
 
   std::string ProgramCommand(const std::string& runner, const std::string& operation) const {
-    return runner + " ./lanvoss --radio wpa:" + supplicant.Interface() + " --dir " +
+    return runner + " ./lanvoss --verbose --radio wpa:" + supplicant.Interface() + " --dir " +
            directory_.string() + " " + operation + " >" + kProgramOutput + " 2>&1";
   }
 

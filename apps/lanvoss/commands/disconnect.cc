@@ -3,14 +3,18 @@
 
 namespace lanvoss::program {
 
-// Never pairs or connects: no link is a success.
+// Never pairs or connects: no link is a success. The links of this process end with it, so what can
+// be there is what a killed one has left.
 Outcome RunDisconnect(Session& session) {
   const std::string& name = *session.Line().name;
-  const lanvoss::Outcome outcome = session.Library().Disconnect();
-  if (!outcome) {
-    return ToOutcome(name, outcome);
+  const Radio& radio = session.TheRadio();
+  if (!radio.remark.empty()) {
+    session.Output().Complain(radio.remark);
   }
-  return {.result = "there is no link to " + name + "\n", .facts = AttemptFacts(name, outcome)};
+  const bool isClosed = CloseLeftOverLinks(radio, name);
+  return {.result = isClosed ? "the link to " + name + " is closed\n"
+                             : "there is no link to " + name + "\n",
+          .facts = JsonObject().AddText("name", name).AddFlag("closed", isClosed)};
 }
 
 }  // namespace lanvoss::program

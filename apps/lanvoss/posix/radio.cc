@@ -4,6 +4,7 @@
 #include "backends/simulated/demo.h"
 #include "backends/wpa/adapter.h"
 #include "backends/wpa/doctor.h"
+#include "backends/wpa/left_over.h"
 #include "backends/wpa/wpa_radio.h"
 #include "system.h"
 
@@ -60,6 +61,10 @@ platform::Platform CreatePlatform(const Radio& radio,
     return {system, wpa::CreateRadio(system, radio.interface)};
   }
   return simulated::CreatePlatform(system, scenario.value_or(simulated::DemoScenario()));
+}
+
+bool CloseLeftOverLinks(const Radio& radio, const std::string& name) {
+  return radio.name == kWpa && wpa::CloseLinksTo(name, radio.interface);
 }
 
 std::vector<platform::Finding> Examine(const std::optional<std::string>& radioName) {

@@ -32,6 +32,9 @@ platform::Platform CreatePlatform(const Radio& radio,
   return {system, windows::CreateRadio(system)};
 }
 
+// Windows itself ends the links of a process that has ended.
+bool CloseLeftOverLinks(const Radio& /*radio*/, const std::string& /*name*/) { return false; }
+
 std::vector<platform::Finding> Examine(const std::optional<std::string>& /*radioName*/) {
   return windows::Examine(windows::ReadMachine(windows::CreateSystem()));
 }
