@@ -34,8 +34,8 @@ struct CheckResult {
 
 /// What one call of the library's object gave.
 struct CallResult {
-  std::string text;
-  std::int32_t number = 0;
+  std::string text;            ///< set by the function of the host
+  std::int32_t number = 0;     ///< the same
   std::optional<int> replies;  ///< of the latest probe
   bool isRecovery = false;     ///< nobody answered it, so a recovery was begun
   Outcome outcome;             ///< as of a request
@@ -181,6 +181,7 @@ inline Finished Search(Core& core, const std::string& watchRequest, bool yields,
                     if (yields && core.CurrentLink()) {
                       return;  // it came up while this waited for its turn
                     }
+                    core.WaitForPassEnd();
                     core.ForgetLink();  // as the library does
                     returned.number = object.StartWatch(watchRequest);
                     if (returned.number == 0 && !core.WaitForWatch(yields)) {
