@@ -65,7 +65,8 @@ struct Progress {
 /// all handlers. kMaxClients clients can exist at the same time.
 ///
 /// Handlers are called one after the other, on one thread. They may take their time and call
-/// everything. Exceptions of a handler are dropped.
+/// everything. Exceptions of a handler are dropped. The first call may come before the operation
+/// that was given the handler has returned.
 class Client {
  public:
   /// @throws std::exception what `getLanvossPtr` throws, or when there is no thread to be had, or

@@ -38,7 +38,8 @@ struct CallResult {
   std::int32_t number = 0;     ///< the same
   std::optional<int> replies;  ///< of the latest probe
   bool isRecovery = false;     ///< nobody answered it, so a recovery was begun
-  Outcome outcome;             ///< as of a request
+  /// As of a request that gave no link: a reason without an error says nothing about other calls.
+  Outcome outcome;
 };
 
 namespace detail {
