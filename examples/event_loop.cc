@@ -1,131 +1,102 @@
 // A host with an event loop of its own and no window:
 //
-//   event_loop [NAME [SECONDS]]
+//   event_loop [NAME [SECONDS [CANCEL]]]
 //
-// It handles the library's notifications on the loop's thread. Requests block, so they run on a
-// worker, whose results come back to the loop the same way. After SECONDS it gives a request up.
+// The request runs in the background, for SECONDS at most. Its outcome, and the devices that are
+// reported meanwhile, come back to the loop. After CANCEL seconds the loop gives the request up, as
+// a user would who has waited long enough.
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
-#include <deque>
 #include <exception>
 #include <functional>
-#include <memory>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <utility>
 
-#include "lanvoss/lanvoss.h"
+#include "lanvoss/client.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
 using std::chrono::seconds;
 
-// Runs what any thread posts, in order, on the thread that calls Run.
+// Runs what any thread posts, in the order of the times when it is due, on the thread of Run.
 class EventLoop {
  public:
-  void Post(std::function<void()> task) {
-    const std::lock_guard lock(mutex_);
-    tasks_.push_back(std::move(task));
+  void Post(std::function<void()> task, seconds delay = seconds(0)) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    tasks_.emplace(Clock::now() + delay, std::move(task));
     changed_.notify_one();
   }
 
-  // Run returns once everything that has been posted is done.
-  void Quit() {
-    const std::lock_guard lock(mutex_);
-    quitting_ = true;
-    changed_.notify_one();
-  }
+  // On the thread of Run, which then returns.
+  void Quit() { isOver_ = true; }
 
-  // Until `end`, if there is one.
-  void Run(std::optional<Clock::time_point> end = std::nullopt) {
-    std::unique_lock lock(mutex_);
-    while (Wait(lock, end) && !tasks_.empty()) {
-      const auto task = std::move(tasks_.front());
-      tasks_.pop_front();
-      lock.unlock();
-      task();
-      lock.lock();
+  void Run() {
+    std::unique_lock<std::mutex> lock(mutex_);
+    while (!isOver_) {
+      if (tasks_.empty()) {
+        changed_.wait(lock);
+      } else if (const auto due = tasks_.begin()->first; due > Clock::now()) {
+        changed_.wait_until(lock, due);
+      } else {
+        const auto task = tasks_.extract(tasks_.begin());
+        lock.unlock();
+        task.mapped()();
+        lock.lock();
+      }
     }
   }
 
  private:
-  bool Wait(std::unique_lock<std::mutex>& lock, std::optional<Clock::time_point> end) {
-    const auto due = [this] { return quitting_ || !tasks_.empty(); };
-    if (end) {
-      return changed_.wait_until(lock, *end, due);
-    }
-    changed_.wait(lock, due);
-    return true;
-  }
-
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::deque<std::function<void()>> tasks_;
-  bool quitting_ = false;
+  std::multimap<Clock::time_point, std::function<void()>> tasks_;  // guarded by the mutex
+  bool isOver_ = false;
 };
 
 constexpr char kDefaultName[] = "Cam-7F21";
-constexpr seconds kDefaultPatience(30);
+constexpr seconds kDefaultTimeout(30);
 
-// The callback has no argument of the host's own, so this is where it finds the loop. A host with
-// several objects has one such function, and one callback, for each.
-EventLoop& HostLoop() {
-  static EventLoop loop;
-  return loop;
-}
+void Print(const std::string& text) { std::printf("on the loop's thread: %s\n", text.c_str()); }
 
-void HandleNotification(const std::string& kind, const std::string& message) {
-  if (kind != "info") {
-    std::printf("on the loop's thread: %s %s\n", kind.c_str(), message.c_str());
-  }
-}
+void Run(const std::string& name, seconds timeout, std::optional<seconds> cancelAfter) {
+  EventLoop loop;  // outlives the client, whose threads post to it
+  lanvoss::ClientOptions clientOptions;
+  clientOptions.onNotification = [&loop](const lanvoss::Notification& notification) {
+    if (notification.kind == "watch") {
+      loop.Post([device = notification.message] { Print(device + " is in range"); });
+    }
+  };
+  lanvoss::Client client(std::move(clientOptions));
 
-// On any thread, several at once: does nothing but pass the notification on.
-void OnNotify(std::string kind, std::string message) {
-  HostLoop().Post([kind = std::move(kind), message = std::move(message)] {
-    HandleNotification(kind, message);
+  lanvoss::ConnectOptions options;
+  options.timeout = timeout;
+  const auto request = client.ConnectAsync(name, options, [&](const lanvoss::Outcome& outcome) {
+    loop.Post([&loop, &name, outcome] {
+      Print(outcome ? name + " has " + outcome.link->remote : lanvoss::Explain(outcome, name));
+      loop.Quit();
+    });
   });
-}
-
-// On the worker.
-void Request(LanvossInterface& lanvoss, const std::string& name) {
-  std::string result;
-  try {
-    result = lanvoss.GetDeviceIp(name);
-  } catch (const std::exception& error) {
-    result = error.what();
+  if (cancelAfter) {
+    loop.Post([&request] { request->Cancel(); }, *cancelAfter);
   }
-  HostLoop().Post([name, result] {
-    std::printf("on the loop's thread: %s has \"%s\"\n", name.c_str(), result.c_str());
-    HostLoop().Quit();
-  });
+  loop.Run();
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string name = argc > 1 ? argv[1] : kDefaultName;
-  const seconds patience = argc > 2 ? seconds(std::atoi(argv[2])) : kDefaultPatience;
-
-  auto lanvoss = getLanvossPtr(&OnNotify, "");
-  EventLoop requests;
-  std::thread worker([&requests] { requests.Run(); });
-  requests.Post([&lanvoss, &name] { Request(*lanvoss, name); });
-  HostLoop().Run(Clock::now() + patience);
-
-  // A request that still waits is released; then the worker ends, and the object. From there on no
-  // notification comes, so those that wait in the loop are the last.
-  lanvoss->AbortConnect("");
-  lanvoss->StopWatch();
-  lanvoss->DisConnect("");
-  requests.Quit();
-  worker.join();
-  lanvoss.reset();
-  HostLoop().Quit();
-  HostLoop().Run();
+  try {
+    const std::string name = argc > 1 ? argv[1] : kDefaultName;
+    const seconds timeout = argc > 2 ? seconds(std::atoi(argv[2])) : kDefaultTimeout;
+    Run(name, timeout, argc > 3 ? std::optional(seconds(std::atoi(argv[3]))) : std::nullopt);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
+  }
 }

@@ -250,6 +250,14 @@ TEST_F(ClientTest, UnpairsAlsoWhatWasNotReportedYet) {
   EXPECT_EQ(client->Unpair("Gone", seconds(5)).reason, Reason::kTimedOut);
 }
 
+TEST_F(ClientTest, TheEndOfAWatchIsNotTakenForTheEndOfTheNextOne) {
+  air.Add({.name = u"Cam"});
+  for (int count = 0; count < 50; ++count) {
+    EXPECT_EQ(client->Search("Gone", seconds(1)).reason, Reason::kTimedOut);
+    EXPECT_TRUE(client->Search("Cam"));
+  }
+}
+
 TEST_F(ClientTest, AWatchYieldsToRequestsAndGoesOnAfterThem) {
   air.Add({.name = u"Cam"});
   std::mutex mutex;
@@ -336,6 +344,18 @@ TEST_F(ClientTest, WhatCannotBeCheckedIsNotChecked) {
   Advance(60'000);
   EXPECT_EQ(unchecked, 1);
   EXPECT_EQ(Lines("(watch) ping ..."), checks);
+}
+
+TEST_F(ClientTest, AProbeTestOfTheHostsThatThrowsMeansNo) {
+  air.Add({.name = u"Cam"});
+  KeepOptions options;
+  options.canProbe = []() -> bool { throw std::runtime_error("of a host"); };
+  std::atomic<int> unchecked = 0;
+  const auto keeper = client->Keep("Cam", std::move(options), [&](const LinkChange& change) {
+    unchecked += change.state == LinkChange::State::kUnchecked ? 1 : 0;
+  });
+  Advance(30'000);
+  EXPECT_EQ(unchecked, 1);
 }
 
 TEST_F(ClientTest, AfterErrorsInARowTheKeeperUnpairs) {

@@ -40,6 +40,11 @@ def check_limits():
                                       (ROOT / header).read_text()):
             value = value.replace("'", "").strip('"')
             code[name] = amount(value + (" s" if name.endswith("S") else ""))
+    for header in ROOT.glob("include/lanvoss/**/*.h"):
+        for unit, name, value in re.findall(
+                r"constexpr \S*?(size_t|[Mm]illiseconds|seconds) (k\w+)(?: = |{)([\d']+)[;}]",
+                header.read_text()):
+            code[name] = amount(value.replace("'", "") + (" s" if unit == "seconds" else ""))
     page = {}
     for _, name, value, meaning in rows("docs/limits.md"):
         if name.startswith("`k"):
@@ -143,6 +148,34 @@ def check_reasons():
         expect(reason in cases, f"behaviour.md does not have: {reason}")
 
 
+def check_help_pages():
+    """The paragraphs to which the client's reasons lead."""
+    anchors = {re.sub(r"[^\w -]", "", line).strip().lower().replace(" ", "-")
+               for line in (ROOT / "docs/troubleshooting.md").read_text().splitlines()
+               if line.startswith("#")}
+    code = (ROOT / "include/lanvoss/client/outcome.h").read_text()
+    pages = re.findall(r'case Reason::(k\w+):\s+return "troubleshooting.md#(.*)";', code)
+    reasons = set(re.findall(r"^  (k\w+), +///<", code, re.MULTILINE)) - {"kNone"}
+    expect({reason for reason, _ in pages} == reasons, "outcome.h: a reason without a paragraph")
+    for reason, anchor in pages:
+        expect(anchor in anchors, f"troubleshooting.md does not have #{anchor}")
+    table = {(cells[1].strip("`"), cells[4].split("#")[1].rstrip(")"))
+             for cells in rows("docs/client.md") if cells[1].startswith("`k")}
+    expect(table == set(pages), f"client.md: not in both: {table ^ set(pages)}")
+
+
+def check_version():
+    """The version is in the header; what cannot read it there has the same."""
+    header = (ROOT / "include/lanvoss/lanvoss.h").read_text()
+    version = re.search(r'LANVOSS_VERSION "(.*)"', header)[1]
+    for place, found in (
+            ("the numbers in lanvoss.h", ".".join(re.findall(r"LANVOSS_VERSION_\w+ (\d+)", header))),
+            ("CHANGELOG.md", (ROOT / "CHANGELOG.md").read_text().split("## ")[1].split()[0]),
+            ("vcpkg.json", re.search(r'"version": "(.*)"', (
+                ROOT / "packaging/vcpkg/ports/lanvoss/vcpkg.json").read_text())[1])):
+        expect(found == version, f"{place}: {found} is not {version}")
+
+
 def check_links():
     for page in [*ROOT.glob("*.md"), *ROOT.glob("docs/*.md")]:
         for target in re.findall(r"\]\((?!https?:)([^)#]+)", page.read_text()):
@@ -153,5 +186,7 @@ check_limits()
 check_notifications(sys.argv[1])
 check_scenarios()
 check_reasons()
+check_help_pages()
+check_version()
 check_links()
 sys.exit("\n".join(faults) or 0)

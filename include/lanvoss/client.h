@@ -2,8 +2,9 @@
 /// The comfortable way to use Lanvoss: requests with deadlines that say why there is no link.
 ///
 /// @code
-/// lanvoss::Client client;                              // the device cache in the current
-/// directory const lanvoss::Outcome outcome = client.Connect("Cam-7F21"); if (outcome) {
+/// lanvoss::Client client;  // the device cache in the current directory
+/// const lanvoss::Outcome outcome = client.Connect("Cam-7F21");
+/// if (outcome) {
 ///   std::printf("%s\n", outcome.link->remote.c_str());
 /// } else {
 ///   std::printf("%s\n", lanvoss::Explain(outcome, "Cam-7F21").c_str());
@@ -35,6 +36,7 @@
 
 namespace lanvoss {
 
+/// What a client needs to know from the beginning.
 struct ClientOptions {
   /// The directory of the cache file; empty for the current one.
   std::string directory;
@@ -47,11 +49,11 @@ struct ClientOptions {
 
 /// How far the operation that runs is.
 struct Progress {
-  std::chrono::milliseconds elapsed{0};
-  std::string phase;        ///< what is being done, in words; empty: nothing yet
-  std::size_t devices = 0;  ///< that were reported
-  std::size_t passes = 0;   ///< that the watcher has begun
-  std::size_t opens = 0;    ///< open requests that came back
+  std::chrono::milliseconds elapsed{0};  ///< since it began
+  std::string phase;                     ///< what is being done, in words; empty: nothing yet
+  std::size_t devices = 0;               ///< that were reported
+  std::size_t passes = 0;                ///< that the watcher has begun
+  std::size_t opens = 0;                 ///< open requests that came back
 };
 
 /// One object of the library. Every operation may be called from any thread, also from inside a
@@ -63,7 +65,8 @@ struct Progress {
 /// all handlers. kMaxClients clients can exist at the same time.
 ///
 /// Handlers are called one after the other, on one thread. They may take their time and call
-/// everything. Exceptions of a handler are dropped.
+/// everything. Exceptions of a handler are dropped. The first call may come before the operation
+/// that was given the handler has returned.
 class Client {
  public:
   /// @throws std::exception what `getLanvossPtr` throws, or when there is no thread to be had, or
@@ -79,8 +82,9 @@ class Client {
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
-  /// Gives up every operation, closes the link and ends the object. What the client has made
-  /// (pending requests, watches, keepers) may live longer; it has ended then.
+  /// Gives up every operation, closes the link and ends the object. Operations that have begun on
+  /// other threads return kGivenUp. What the client has made (pending requests, watches, keepers)
+  /// may live longer; it has ended then.
   /// @par Blocks
   ///   until the operation that runs has ended, usually some seconds at most; a call of the
   ///   platform on that thread must end by itself. Then as long as the end of the object does.
@@ -90,7 +94,7 @@ class Client {
   /// @throws std::invalid_argument the name is empty or has a line feed.
   Outcome Connect(const std::string& name, const ConnectOptions& options = {}) {
     detail::CheckName(name);
-    return detail::ConnectDevice(*core_, name, options,
+    return detail::ConnectDevice(*Hold(), name, options,
                                  core_->MakeRequest(detail::TimeoutOf(options)));
   }
 
@@ -126,7 +130,7 @@ class Client {
     if (!name.empty()) {
       detail::CheckName(name);
     }
-    return detail::SearchDevice(*core_, name, until, core_->MakeRequest(timeout));
+    return detail::SearchDevice(*Hold(), name, until, core_->MakeRequest(timeout));
   }
 
   /// Checks the link with echo requests. If nobody answers, it unpairs and pairs the device and
@@ -134,25 +138,25 @@ class Client {
   /// @par Blocks
   ///   usually 12 s when the device is silent, and the recovery.
   CheckResult Check(std::chrono::milliseconds timeout = ConnectOptions().timeout) {
-    return detail::CheckLink(*core_, core_->MakeRequest(timeout));
+    return detail::CheckLink(*Hold(), core_->MakeRequest(timeout));
   }
 
   /// Gives up all requests that have begun, and closes the link. No link is a success.
   Outcome Disconnect(std::chrono::milliseconds timeout = kDisconnectTimeout) {
     GiveUp();
-    return detail::CloseLink(*core_, core_->MakeRequest(timeout));
+    return detail::CloseLink(*Hold(), core_->MakeRequest(timeout));
   }
 
   /// Asks the system to remove the pairing with a device, which is looked for if it was not
   /// reported yet. The system does it in the background, in some seconds.
   Outcome Unpair(const std::string& name, std::chrono::milliseconds timeout = kSearchTimeout) {
     detail::CheckName(name);
-    return detail::UnpairDevice(*core_, name, core_->MakeRequest(timeout));
+    return detail::UnpairDevice(*Hold(), name, core_->MakeRequest(timeout));
   }
 
   /// Gives up all operations that have begun: their outcome is kGivenUp, at once. Keepers and
   /// watches go on.
-  void GiveUp() { core_->GiveUp(); }
+  void GiveUp() { Hold()->GiveUp(); }
 
   /// The link that is up, as far as the library knows.
   std::optional<Link> CurrentLink() const { return core_->CurrentLink(); }
@@ -176,12 +180,15 @@ class Client {
   /// `call` sets what is to be returned.
   CallResult Call(std::function<void(LanvossInterface& object, CallResult& result)> call,
                   std::chrono::milliseconds timeout = detail::Monitor::kLongestWait) {
-    return detail::CallObject(*core_, std::move(call), core_->MakeRequest(timeout));
+    return detail::CallObject(*Hold(), std::move(call), core_->MakeRequest(timeout));
   }
 
  private:
   static constexpr std::chrono::seconds kSearchTimeout{60};
   static constexpr std::chrono::seconds kDisconnectTimeout{30};
+
+  // For an operation that is on another thread while the client is destroyed.
+  std::shared_ptr<detail::Core> Hold() const { return core_; }
 
   const std::shared_ptr<detail::Core> core_;
 };

@@ -1,9 +1,12 @@
 /// @file
 /// Lanvoss: reach a named device over Wi-Fi Direct and learn the IP addresses of the link.
 ///
-/// One function builds one object; seven operations drive it.
+/// One function builds one object; seven operations drive it. This is the bare interface, on which
+/// everything else is built. Most hosts take `lanvoss::Client` of `lanvoss/client.h`: it says why
+/// there is no link, keeps deadlines, and serves one request after the other.
 ///
 /// @code
+/// // Throws when the platform has no radio, so do the operations below.
 /// const auto lanvoss = getLanvossPtr(&OnNotify, "");  // the device cache in the current directory
 /// std::string pair = lanvoss->GetDeviceIp("Cam-7F21");  // "LOCAL,REMOTE", empty without a link
 /// ...
@@ -12,11 +15,25 @@
 /// ...
 /// lanvoss->DisConnect("");
 /// @endcode
+///
+/// The library writes its log to standard output. While nobody reads a pipe that standard output
+/// goes to, every operation that logs blocks as soon as the pipe is full, without a time limit.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <string>
+
+/// The version of this header. With another number before the first dot, the binary interface is
+/// another one.
+#define LANVOSS_VERSION "0.1.0"
+#define LANVOSS_VERSION_MAJOR 0  ///< The first number of LANVOSS_VERSION.
+#define LANVOSS_VERSION_MINOR 1  ///< The second.
+#define LANVOSS_VERSION_PATCH 0  ///< The third.
+
+/// The version of the header that the caller was built with, as "0.1.0". It is no part of the
+/// library, which exports `getLanvossPtr` alone.
+inline const char* lanvossVersion() { return LANVOSS_VERSION; }
 
 /// Marks what the library exports. LANVOSS_STATIC is for programs that contain the library itself
 /// instead of using its DLL.
@@ -54,7 +71,8 @@ using NotifyCallback = void (*)(std::string kind, std::string message);
 /// The one object of the library, made by `getLanvossPtr`.
 ///
 /// Every operation may be called from any thread, at the same time as any other, and from inside
-/// the host's function; each runs on its caller's thread. The times are the longest times. The time
+/// the host's function; each runs on its caller's thread. But two requests at the same time
+/// disturb each other, see `GetDeviceIp`. The times are the longest times. The time
 /// of the platform's own calls and of the host's function is added to them.
 class LanvossInterface {
  public:
@@ -100,6 +118,9 @@ class LanvossInterface {
   ///   no time limit. Do not call it from inside the host's function: the attempt continues only
   ///   when that has returned, so the call waits its full 100 s.
   /// @throws std::exception a platform error other than a cancellation.
+  /// @warning Of two requests at the same time, each can end with the addresses of the other's
+  ///   device, or with none: an object has one attempt and one link. Make one request after the
+  ///   other, as `lanvoss::Client` does for all threads.
   virtual std::string GetDeviceIp(std::string request) = 0;
 
   /// Gives up the attempt: no further open request, no further pass, no reconnect gap. Wakes no

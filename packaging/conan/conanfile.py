@@ -17,8 +17,8 @@ class Lanvoss(ConanFile):
     default_options = {"shared": True}
 
     def set_version(self):
-        project = self._checkout() / "CMakeLists.txt"
-        self.version = re.search(r"VERSION ([\d.]+) LANGUAGES", project.read_text()).group(1)
+        header = self._checkout() / "include/lanvoss/lanvoss.h"
+        self.version = re.search(r'LANVOSS_VERSION "(.*)"', header.read_text()).group(1)
 
     def export_sources(self):
         for pattern in (

@@ -23,10 +23,10 @@ namespace lanvoss {
 
 /// One notification of the library.
 struct Notification {
-  std::chrono::system_clock::time_point time;
-  int thread = 0;  ///< threads are numbered from 1, in the order of their first notification
-  std::string kind;
-  std::string message;
+  std::chrono::system_clock::time_point time;  ///< when the client got it
+  int thread = 0;       ///< threads are numbered from 1, in the order of their first notification
+  std::string kind;     ///< "info", "watch" and so on, see `NotifyCallback`
+  std::string message;  ///< of the library, unchanged
 };
 
 /// Makes the library's object: `getLanvossPtr`, or a function of the same meaning.
@@ -155,13 +155,25 @@ class Core final : public Listener, public std::enable_shared_from_this<Core> {
       Release(lock, operation);
       WaitUntil(lock, *operation, [] { return false; });
     }
-    const Ending ending = operation->hasEnded     ? Ending::kReturned
-                          : IsCancelled(*request) ? Ending::kCancelled
-                                                  : Ending::kOverdue;
+    const bool isCancelled = IsCancelled(*request);
+    const Ending ending = operation->hasEnded && !(isCancelled && operation->isReleased)
+                              ? Ending::kReturned
+                          : isCancelled ? Ending::kCancelled
+                                        : Ending::kOverdue;
     if (!operation->hasEnded) {
       Release(lock, operation);
     }
     return {ending, operation->returned, operation->record, link_};
+  }
+
+  // Of the operation that runs on this thread: blocks until the pass before has been reported to
+  // have ended, or until it will not be. The library's own wait for the stop ends a moment earlier,
+  // and that report must not be taken for the end of the next watch.
+  void WaitForPassEnd() {
+    Lock lock = monitor_.Enter();
+    const auto operation = running_;
+    monitor_.WaitUntil(lock, monitor_.In(kLatestReport),
+                       [&] { return !isPassRunning_ || operation->isReleased; });
   }
 
   // Of the operation that runs on this thread: blocks until its watch is over. False: it was
@@ -257,6 +269,8 @@ class Core final : public Listener, public std::enable_shared_from_this<Core> {
   // An operation that was released gets so much time before it is released again: one that began
   // just after AbortConnect does not notice it.
   static constexpr Milliseconds kReleasePause{1000};
+  // So much later than the library's wait for the end of a pass its report comes at most.
+  static constexpr Milliseconds kLatestReport{500};
 
   bool IsIdle() const { return running_ == nullptr && releases_ == 0; }
 
@@ -375,6 +389,12 @@ class Core final : public Listener, public std::enable_shared_from_this<Core> {
         line.event == LogEvent::kAttemptError) {
       attempts_.erase(thread);
     }
+    if (line.event == LogEvent::kPassStarting) {
+      isPassRunning_ = true;
+    } else if (line.event == LogEvent::kWatchesAgain || line.event == LogEvent::kWatchEnded ||
+               line.event == LogEvent::kWatchedGone) {
+      isPassRunning_ = false;
+    }
     if (line.event == LogEvent::kCloseEnded && !log::IsNotClosed(line)) {
       heldBy_.reset();
     }
@@ -423,6 +443,7 @@ class Core final : public Listener, public std::enable_shared_from_this<Core> {
   std::map<std::thread::id, Attempt> attempts_;
   std::optional<Link> link_;
   std::optional<std::string> heldBy_;
+  bool isPassRunning_ = false;  // of the library's watcher, as far as it was reported
   std::vector<Follower*> followers_;
   TaskQueue worker_;
   TaskQueue releaser_;

@@ -17,7 +17,7 @@ namespace lanvoss {
 struct DeviceReport {
   bool isGone = false;  ///< the platform no longer sees it; most platforms say this late or never
   std::string name;     ///< as the device chose it: bytes to be shown, never to be trusted
-  std::string id;
+  std::string id;       ///< the platform's; it ends in the hardware address
 };
 
 /// Made by `Client::Watch`. It makes one pass after the other. A request has priority: the pass
@@ -25,6 +25,7 @@ struct DeviceReport {
 /// library forgets the address of the link when a watch starts.
 class DeviceWatch final : private detail::Follower {
  public:
+  /// The host's handler of reports.
   using OnReport = std::function<void(const DeviceReport& report)>;
 
   /// Ends the watch. Then the handler is not called any more.

@@ -18,25 +18,27 @@ namespace lanvoss {
 
 /// How a link is kept.
 struct KeepOptions {
+  /// How the link is requested each time.
   ConnectOptions connect;
   /// The time from one check of the link to the next.
   std::chrono::milliseconds checkEvery{std::chrono::seconds(10)};
   /// Whether the library can probe: without the right to raw sockets each check would unpair a
-  /// healthy link. It is asked before each check.
+  /// healthy link. It is asked before each check. Null: it always can. An exception means no.
   std::function<bool()> canProbe = &CanOpenRawSocket;
 };
 
 /// A change of a link that is kept.
 struct LinkChange {
+  /// What has become of the link.
   enum class State {
     kUp,         ///< `outcome` has the link, `outage` the time without it; 0 for the first link
     kDown,       ///< `outcome` has the reason; another reason is another change
     kSilent,     ///< the platform calls the link up, but nobody answers; the device is paired again
     kUnchecked,  ///< the link is up, but `outcome.words` is why it cannot be checked; said once
   };
-  State state = State::kDown;
-  Outcome outcome;
-  std::chrono::milliseconds outage{0};
+  State state = State::kDown;           ///< the new one
+  Outcome outcome;                      ///< has the link, or the reason
+  std::chrono::milliseconds outage{0};  ///< the time without the link, of kUp
 };
 
 /// Made by `Client::Keep`. It requests the link, checks it from time to time, and requests it again
@@ -49,6 +51,7 @@ struct LinkChange {
 ///    has forgotten the pairing.
 class Keeper final : private detail::Follower {
  public:
+  /// The host's handler of changes.
   using OnChange = std::function<void(const LinkChange& change)>;
 
   /// Ends the loop; a request under way is cancelled. Then the handler is not called any more. The
@@ -114,6 +117,14 @@ class Keeper final : private detail::Follower {
     }
   }
 
+  bool CanProbe() const {
+    try {
+      return options_.canProbe == nullptr || options_.canProbe();
+    } catch (...) {
+      return false;
+    }
+  }
+
   bool CanCheck() {
     const std::optional<Link> link = core_->CurrentLink();
     std::string obstacle;
@@ -122,7 +133,7 @@ class Keeper final : private detail::Follower {
     }
     if (link->remote.find(':') != std::string::npos) {
       obstacle = "the remote address is not IPv4";
-    } else if (!options_.canProbe()) {
+    } else if (!CanProbe()) {
       obstacle = "no right to open raw sockets";
     }
     if (!obstacle.empty() && obstacle != obstacle_) {

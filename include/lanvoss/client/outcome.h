@@ -30,33 +30,36 @@ enum class Step { kSearch, kPairing, kOpening, kDone };
 
 /// A link to a device. Texts are as in `LanvossInterface`.
 struct Link {
-  std::string name;
+  std::string name;    ///< of the device
   std::string local;   ///< address; may be empty
   std::string remote;  ///< address; never empty
 
+  /// Whether all three are equal.
   friend bool operator==(const Link& a, const Link& b) {
     return a.name == b.name && a.local == b.local && a.remote == b.remote;
   }
+  /// The opposite.
   friend bool operator!=(const Link& a, const Link& b) { return !(a == b); }
 };
 
 /// How long each step took. A step that was not begun or not ended has no time.
 struct StepTimes {
-  std::optional<std::chrono::milliseconds> search;
+  std::optional<std::chrono::milliseconds> search;   ///< until the device was found
   std::optional<std::chrono::milliseconds> pairing;  ///< none if it was paired already
-  std::optional<std::chrono::milliseconds> opening;
-  std::chrono::milliseconds total{0};  ///< of the whole request, with its waits
+  std::optional<std::chrono::milliseconds> opening;  ///< of the open requests
+  std::chrono::milliseconds total{0};                ///< of the whole request, with its waits
 };
 
 /// The outcome of an operation.
 struct Outcome {
-  Reason reason = Reason::kNone;
-  std::optional<Link> link;   ///< of a request that gave one
-  std::string words;          ///< the platform's status or error, if it is the reason
-  Step step = Step::kSearch;  ///< how far a request was
-  StepTimes times;
+  Reason reason = Reason::kNone;     ///< kNone: it has succeeded
+  std::optional<Link> link;          ///< of a request that gave one
+  std::string words;                 ///< the platform's status or error, if it is the reason
+  Step step = Step::kSearch;         ///< how far a request was
+  StepTimes times;                   ///< how long it took
   std::vector<std::string> inRange;  ///< the names that were reported meanwhile
 
+  /// Whether it has succeeded.
   explicit operator bool() const { return reason == Reason::kNone; }
 };
 

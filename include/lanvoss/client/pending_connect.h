@@ -17,6 +17,7 @@ namespace lanvoss {
 /// Made by `Client::ConnectAsync`. Every operation may be called from any thread.
 class PendingConnect {
  public:
+  /// The host's handler of the outcome.
   using OnDone = std::function<void(const Outcome& outcome)>;
 
   /// Cancels the request if it has not ended. Then `onDone` is not called any more.

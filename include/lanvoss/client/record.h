@@ -55,6 +55,8 @@ inline void NoteWatch(Record& record, const log::LogLine& line, Milliseconds now
     ++record.passes;
   } else if (line.event == LogEvent::kWatchRefused) {
     record.watchError = line.text;
+  } else if (line.event == LogEvent::kWatchBegins) {
+    record.isWatchOver = false;  // what has ended is the watch before
   } else if (line.event == LogEvent::kWatchEnded || line.event == LogEvent::kWatchedGone) {
     record.isWatchOver = true;
   } else if (line.event == LogEvent::kFound) {

@@ -40,11 +40,12 @@ struct CheckResult {
 
 /// What one call of the library's object gave.
 struct CallResult {
-  std::string text;
-  std::int32_t number = 0;
+  std::string text;            ///< set by the function of the host
+  std::int32_t number = 0;     ///< the same
   std::optional<int> replies;  ///< of the latest probe
   bool isRecovery = false;     ///< nobody answered it, so a recovery was begun
-  Outcome outcome;             ///< as of a request
+  /// As of a request that gave no link: a reason without an error says nothing about other calls.
+  Outcome outcome;
 };
 
 namespace detail {
@@ -187,6 +188,7 @@ inline Finished Search(Core& core, const std::string& watchRequest, bool yields,
                     if (yields && core.CurrentLink()) {
                       return;  // it came up while this waited for its turn
                     }
+                    core.WaitForPassEnd();
                     core.ForgetLink();  // as the library does
                     returned.number = object.StartWatch(watchRequest);
                     if (returned.number == 0 && !core.WaitForWatch(yields)) {

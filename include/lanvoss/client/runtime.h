@@ -22,6 +22,7 @@ class Runtime {
   class Signal {
    public:
     virtual ~Signal() = default;
+    /// Wakes the thread that waits, or the next one that will.
     virtual void Set() = 0;
     /// Blocks until the signal is set, for `time` at most.
     virtual void Wait(std::chrono::milliseconds time) = 0;
@@ -36,6 +37,7 @@ class Runtime {
   virtual ~Runtime() = default;
   /// A steady clock; where it begins does not matter.
   virtual std::chrono::milliseconds Now() = 0;
+  /// A signal that is not set.
   virtual std::unique_ptr<Signal> MakeSignal() = 0;
   /// Runs `body`, which throws nothing, on a new thread. Throws std::exception if there is none.
   virtual std::unique_ptr<Thread> Start(std::function<void()> body) = 0;
