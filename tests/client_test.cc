@@ -212,6 +212,17 @@ TEST_F(ClientTest, CancellationTakesEffectAtOnce) {
   air.ReleaseHangs();
 }
 
+TEST_F(ClientTest, ARequestAfterACancelledOneIsNotEndedByItsAttempt) {
+  air.Add({.name = u"Slow",
+           .appearMs = 20,
+           .pairMs = 3000,
+           .openings = {5, simulated::Outcome::kNone}});
+  air.Add({.name = u"Cam", .appearMs = 1500});
+  ASSERT_EQ(client->ConnectAsync("Slow")->WaitFor(seconds(1)), std::nullopt);
+  const auto outcome = client->Connect("Cam");
+  EXPECT_EQ(outcome.link, kLink) << Explain(outcome, "Cam");
+}
+
 TEST_F(ClientTest, RequestsOfSeveralThreadsGetTheirOwnAddresses) {
   constexpr int kDevices = 4;
   std::vector<std::unique_ptr<PendingConnect>> pending;

@@ -384,6 +384,11 @@ class Core final : public Listener, public std::enable_shared_from_this<Core> {
     }
     if (attempt != attempts_.end()) {
       TrackAttempt(attempt->second, line);
+      // The end of any attempt ends the wait of the request that runs.
+      const bool isEnd = line.event == LogEvent::kNoLink || line.event == LogEvent::kLinkUp;
+      if (isEnd && running_ != nullptr && attempt->second.operation != running_) {
+        running_->record.isDisturbed = true;
+      }
     }
     if (line.event == LogEvent::kNoLink || line.event == LogEvent::kLinkUp ||
         line.event == LogEvent::kAttemptError) {

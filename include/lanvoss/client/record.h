@@ -33,6 +33,7 @@ struct Record {
   bool isGivenUp = false;     // by the library, which may succeed at the next request
   bool isCancelled = false;   // by the platform
   bool lacksAddress = false;  // the link came up without a remote address
+  bool isDisturbed = false;   // an attempt of an earlier operation has ended meanwhile
   bool isWatchOver = false;
   bool isUnknownDevice = false;  // it could not be unpaired
   std::optional<int> replies;    // of the latest probe

@@ -53,6 +53,9 @@ namespace detail {
 // The times a request is made at most.
 inline constexpr int kAsks = 2;
 
+// The times it is made again because the attempt of an earlier request has ended its wait.
+inline constexpr int kMaxDisturbances = 5;
+
 inline constexpr std::int32_t kLinkClosed = 1;  // of DisConnect
 
 // A name goes into a request's text, where a line feed separates the parts.
@@ -156,6 +159,7 @@ inline Finished Ask(Core& core, const std::string& name, const std::string& text
 inline Outcome ConnectDevice(Core& core, const std::string& name, const ConnectOptions& options,
                              const std::shared_ptr<Request>& request) {
   Outcome outcome;
+  int disturbances = 0;
   for (int ask = 1; ask <= kAsks; ++ask) {
     // The library itself does not know that a link that was opened directly is the device's.
     if (const auto held = core.CurrentLink(); options.direct && held && held->name == name) {
@@ -169,11 +173,17 @@ inline Outcome ConnectDevice(Core& core, const std::string& name, const ConnectO
       outcome = LinkUp(std::move(outcome), link);
       break;
     }
+    const bool isDisturbed =
+        HasSucceeded(finished) && finished.record.isDisturbed && ++disturbances <= kMaxDisturbances;
+    if (isDisturbed) {
+      --ask;
+    }
     if (link || finished.record.lacksAddress) {
       // The link is another device's, or has gone down again, or is of no use.
       outcome.reason = link ? Reason::kGivenUp : Reason::kNoAddress;
       CloseLink(core, request);
-    } else if (finished.ending != Ending::kReturned || !MaySucceedNow(finished.record)) {
+    } else if (!isDisturbed &&
+               (finished.ending != Ending::kReturned || !MaySucceedNow(finished.record))) {
       break;
     }
   }
