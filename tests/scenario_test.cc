@@ -14,8 +14,9 @@
 #include <unistd.h>
 #endif
 
-#include "environment.h"
 #include "lanvoss/client/log_line.h"
+
+#include "environment.h"
 #include "own_folder.h"
 
 namespace lanvoss::test {

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "log/notification.h"
-#include "log/notification.h"
 #include "log/saved_log.h"
 
 namespace lanvoss::timeline {
