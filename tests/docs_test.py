@@ -154,7 +154,9 @@ def check_help_pages():
                for line in (ROOT / "docs/troubleshooting.md").read_text().splitlines()
                if line.startswith("#")}
     code = (ROOT / "include/lanvoss/client/outcome.h").read_text()
-    pages = re.findall(r'case Reason::(k\w+):\s+return "troubleshooting.md#(.*)";', code)
+    pages = [(reason, anchor) for cases, anchor in re.findall(
+                 r'((?:case Reason::k\w+:\s+)+)return "troubleshooting.md#(.*)";', code)
+             for reason in re.findall(r"k\w+", cases)]
     reasons = set(re.findall(r"^  (k\w+), +///<", code, re.MULTILINE)) - {"kNone"}
     expect({reason for reason, _ in pages} == reasons, "outcome.h: a reason without a paragraph")
     for reason, anchor in pages:

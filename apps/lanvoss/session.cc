@@ -88,7 +88,7 @@ Outcome Session::RunOverLibrary() {
   }
   OpenClient();
 
-  const Outcome outcome = TryCommand();
+  Outcome outcome = TryCommand();
   {
     // The object logs its end. The result follows after that, as the last line.
     const ExitTimeout limit(

@@ -43,6 +43,7 @@ std::vector<microseconds> Probe(Session& session, const std::string& remote) {
 
 JsonObject ProbeFacts(const std::vector<microseconds>& times) {
   std::vector<std::string> texts;
+  texts.reserve(times.size());
   for (const microseconds time : times) {
     texts.push_back(MillisecondsText(time));
   }

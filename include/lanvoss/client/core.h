@@ -68,11 +68,9 @@ struct Finished {
 // Follows the log. Both are called under the core's lock, on any thread.
 class Follower {
  public:
+  virtual ~Follower() = default;
   virtual void OnLine(const log::LogLine& line) = 0;
   virtual void OnLink(const std::optional<Link>& link) = 0;
-
- protected:
-  ~Follower() = default;
 };
 
 // Operations run on a thread of the core's own, so that their callers can leave at the deadline,

@@ -29,7 +29,7 @@ class DeviceWatch final : private detail::Follower {
   using OnReport = std::function<void(const DeviceReport& report)>;
 
   /// Ends the watch. Then the handler is not called any more.
-  ~DeviceWatch() {
+  ~DeviceWatch() override {
     core_->Cancel(*request_);
     thread_.reset();
     core_->Unfollow(*this);

@@ -56,7 +56,7 @@ class Keeper final : private detail::Follower {
 
   /// Ends the loop; a request under way is cancelled. Then the handler is not called any more. The
   /// link stays as it is.
-  ~Keeper() {
+  ~Keeper() override {
     core_->Cancel(*stop_);
     thread_.reset();
     core_->Unfollow(*this);

@@ -104,23 +104,18 @@ inline const char* HelpPage(Reason reason) {
     case Reason::kPairingFailed:
       return "troubleshooting.md#found-but-it-will-not-pair";
     case Reason::kOpenFailed:
-      return "troubleshooting.md#paired-but-there-is-no-address";
     case Reason::kNoAddress:
-      return "troubleshooting.md#paired-but-there-is-no-address";
-    case Reason::kGivenUp:
-      return "troubleshooting.md#it-works-once-and-not-twice";
     case Reason::kTimedOut:
       return "troubleshooting.md#paired-but-there-is-no-address";
+    case Reason::kGivenUp:
     case Reason::kPlatformError:
+    case Reason::kDisconnected:
+    case Reason::kNotClosed:
       return "troubleshooting.md#it-works-once-and-not-twice";
     case Reason::kBusy:
       return "troubleshooting.md#the-watcher-goes-quiet";
-    case Reason::kDisconnected:
-      return "troubleshooting.md#it-works-once-and-not-twice";
     case Reason::kSilent:
       return "troubleshooting.md#the-link-is-up-but-no-echo-comes-back";
-    case Reason::kNotClosed:
-      return "troubleshooting.md#it-works-once-and-not-twice";
   }
   return "";
 }
