@@ -19,8 +19,15 @@ extern const char kNullDevice[];
 
 bool IsTerminal(std::FILE* stream);
 
-// How many characters fit in a line of the terminal `stream`.
-int TerminalWidth(std::FILE* stream);
+struct TerminalSize {
+  std::size_t columns;  // at least 1
+  std::size_t rows;
+};
+
+TerminalSize SizeOf(std::FILE* terminal);
+
+// Whether the terminal obeys the usual sequences that move the cursor up and empty lines.
+bool CanMoveCursor(std::FILE* terminal);
 
 // Another stream to the present target of standard output, also line by line. It keeps this target
 // when standard output is redirected.
@@ -56,8 +63,13 @@ void LetNextInterruptLeave(bool leave);
 // texts are in the system's code page.
 std::size_t ControlLength(std::string_view text);
 
-// The number of characters that a terminal shows.
-std::size_t CharactersIn(const std::string& text);
+struct CharacterSize {
+  std::size_t bytes;    // at least 1
+  std::size_t columns;  // on a terminal: 0, 1 or 2
+};
+
+// Of the first character of a text that is not empty.
+CharacterSize FirstCharacter(std::string_view text);
 
 // Bytes that are invalid in the code page may remain.
 std::string ToUtf8(const std::string& text);

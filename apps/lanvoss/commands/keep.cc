@@ -90,6 +90,7 @@ Outcome RunKeep(Session& session) {
   if (line.once) {
     return KeepOnce(session);
   }
+  session.EndByInterrupt();
   KeepOptions options;
   options.connect = ConnectOptionsOf(line);
   options.checkEvery = std::chrono::seconds(line.everyS);

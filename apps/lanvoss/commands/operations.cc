@@ -154,7 +154,7 @@ OperationResult DoStop(Session& session, const Operation&) {
 OperationResult DoAbort(Session& session, const Operation&) {
   return InWords(
       Ask(session, [](auto& object, auto& given) { given.number = object.AbortConnect(""); }), 0,
-      "the attempt is given up", "");
+      "no attempt goes on", "");
 }
 
 OperationResult DoSleep(Session& session, const Operation& operation) {

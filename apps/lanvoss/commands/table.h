@@ -38,7 +38,6 @@ struct Command {
   void (*addOptions)(CLI::App& command, CommandLine& line);
   Outcome (*run)(Session& session);
   Over over;
-  bool endsByInterrupt = false;  // it goes on until then
 };
 
 inline constexpr Command kCommands[] = {
@@ -47,8 +46,8 @@ inline constexpr Command kCommands[] = {
     {"ping", "Connect to a device and send it echo requests; show their round-trip times",
      AddPingOptions, RunPing, Over::kLibrary},
     {"keep", "Keep a device connected until interrupted; print each change of the link",
-     AddKeepOptions, RunKeep, Over::kLibrary, true},
-    {"watch", "Print the devices in range, or look for one until it is found", AddWatchOptions,
+     AddKeepOptions, RunKeep, Over::kLibrary},
+    {"watch", "Show the devices in range, or look for one until it is found", AddWatchOptions,
      RunWatch, Over::kLibrary},
     {"disconnect", "Close the link to a device, if there is one", AddNameOption, RunDisconnect,
      Over::kLibrary},

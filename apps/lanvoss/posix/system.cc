@@ -5,6 +5,7 @@
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <cwchar>
 #include <fcntl.h>
 #include <initializer_list>
 #include <sys/ioctl.h>
@@ -13,7 +14,7 @@
 namespace lanvoss::program {
 namespace {
 
-constexpr int kUsualWidth = 80;
+constexpr TerminalSize kUsualSize = {.columns = 80, .rows = 24};
 constexpr std::size_t kPieceLength = 4096;
 
 constexpr unsigned char kFirstPrintable = 0x20;
@@ -63,10 +64,16 @@ void PrepareStreams() {
 
 bool IsTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) != 0; }
 
-int TerminalWidth(std::FILE* stream) {
+TerminalSize SizeOf(std::FILE* terminal) {
   winsize size{};
-  const bool isKnown = ::ioctl(::fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return isKnown ? size.ws_col : kUsualWidth;
+  const bool isKnown =
+      ::ioctl(::fileno(terminal), TIOCGWINSZ, &size) == 0 && size.ws_col > 0 && size.ws_row > 0;
+  return isKnown ? TerminalSize{size.ws_col, size.ws_row} : kUsualSize;
+}
+
+bool CanMoveCursor(std::FILE* terminal) {
+  const std::string kind = Environment("TERM");
+  return IsTerminal(terminal) && !kind.empty() && kind != "dumb";
 }
 
 std::FILE* DuplicateStdout() {
@@ -106,10 +113,19 @@ std::size_t ControlLength(std::string_view text) {
   return isOfSecondSet ? 2 : 0;
 }
 
-std::size_t CharactersIn(const std::string& text) {
-  // A byte of the form 10xxxxxx continues a character.
-  return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char byte) { return (byte & 0xC0) != 0x80; }));
+// Names are in UTF-8, whatever the user's encoding is.
+CharacterSize FirstCharacter(std::string_view text) {
+  wchar_t character = 0;
+  std::mbstate_t state{};
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): it has a state of its own
+  const std::size_t bytes = std::mbrtowc(&character, text.data(), text.size(), &state);
+  if (bytes > 0 && bytes <= text.size()) {
+    return {bytes, static_cast<std::size_t>(std::max(::wcwidth(character), 0))};
+  }
+  const auto isContinuation = [](char byte) { return (byte & 0xC0) == 0x80; };
+  const auto end = std::find_if_not(text.begin() + 1, text.end(), isContinuation);
+  const auto length = static_cast<std::size_t>(end - text.begin());
+  return {length, length > 2 ? 2U : 1U};
 }
 
 std::string ToUtf8(const std::string& text) { return text; }
