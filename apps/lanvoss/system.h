@@ -77,6 +77,10 @@ std::string ToUtf8(const std::string& text);
 // The folder for what the program keeps of the user's from run to run; empty: there is none.
 std::string StateFolder();
 
+// The names that the system has for the user and for this machine; empty: unknown.
+std::string UserName();
+std::string HostName();
+
 // A time of the system's clock in local time.
 std::tm LocalTime(std::time_t time);
 

@@ -14,6 +14,7 @@ void AddPingOptions(CLI::App& command, CommandLine& line);
 void AddUnpairOptions(CLI::App& command, CommandLine& line);
 void AddWatchOptions(CLI::App& command, CommandLine& line);
 void AddRunOptions(CLI::App& command, CommandLine& line);
+void AddReportOptions(CLI::App& command, CommandLine& line);
 void AddTimelineOptions(CLI::App& command, CommandLine& line);
 inline void AddNoOptions(CLI::App& /*command*/, CommandLine& /*line*/) {}
 
@@ -28,6 +29,7 @@ Outcome RunRun(Session& session);
 Outcome RunShell(Session& session);
 Outcome RunTimeline(Session& session);
 Outcome RunDoctor(Session& session);
+Outcome RunReport(Session& session);
 
 // Whether the command uses the library.
 enum class Over { kLibrary, kNothing };
@@ -62,6 +64,8 @@ inline constexpr Command kCommands[] = {
      Over::kNothing},
     {"doctor", "Say what this machine lacks to reach devices, and how to fix it", AddNoOptions,
      RunDoctor, Over::kNothing},
+    {"report", "Pack what a bug report needs into one file, with names and addresses masked",
+     AddReportOptions, RunReport, Over::kNothing},
 };
 
 }  // namespace lanvoss::program

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
@@ -136,6 +137,13 @@ std::string StateFolder() {
   }
   const std::string home = Environment("HOME");
   return home.empty() ? "" : home + "/.local/state/lanvoss";
+}
+
+std::string UserName() { return Environment("USER"); }
+
+std::string HostName() {
+  std::array<char, HOST_NAME_MAX + 1> name{};
+  return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
 }
 
 std::tm LocalTime(std::time_t time) {

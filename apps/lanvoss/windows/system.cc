@@ -167,6 +167,10 @@ std::string StateFolder() {
   return folder.empty() ? "" : folder + "\\lanvoss";
 }
 
+std::string UserName() { return Environment("USERNAME"); }
+
+std::string HostName() { return Environment("COMPUTERNAME"); }
+
 std::tm LocalTime(std::time_t time) {
   std::tm local{};
   localtime_s(&local, &time);
