@@ -81,6 +81,10 @@ std::string StateFolder();
 std::string UserName();
 std::string HostName();
 
+// Tells the service manager that has started the program, if there is one, the state of the
+// service: lines of the form NAME=VALUE.
+void TellServiceManager(const std::string& state);
+
 // A time of the system's clock in local time.
 std::tm LocalTime(std::time_t time);
 

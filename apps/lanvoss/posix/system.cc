@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <initializer_list>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace lanvoss::program {
@@ -144,6 +146,24 @@ std::string UserName() { return Environment("USER"); }
 std::string HostName() {
   std::array<char, HOST_NAME_MAX + 1> name{};
   return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+// The protocol of systemd: one datagram. A manager that does not listen is no failure of ours.
+void TellServiceManager(const std::string& state) {
+  const std::string path = Environment("NOTIFY_SOCKET");
+  sockaddr_un manager{.sun_family = AF_UNIX, .sun_path = {}};
+  if (path.empty() || path.size() >= sizeof manager.sun_path) {
+    return;
+  }
+  path.copy(manager.sun_path, path.size());
+  if (path.front() == '@') {
+    manager.sun_path[0] = '\0';  // a name that is in no folder
+  }
+  const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + path.size());
+  const int file = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  ::sendto(file, state.data(), state.size(), MSG_NOSIGNAL, reinterpret_cast<sockaddr*>(&manager),
+           length);
+  ::close(file);
 }
 
 std::tm LocalTime(std::time_t time) {

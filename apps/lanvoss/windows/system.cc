@@ -169,6 +169,9 @@ std::string StateFolder() {
 
 std::string UserName() { return Environment("USERNAME"); }
 
+// The program is not made to be a service here.
+void TellServiceManager(const std::string& /*state*/) {}
+
 std::string HostName() { return Environment("COMPUTERNAME"); }
 
 std::tm LocalTime(std::time_t time) {
