@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -52,6 +53,11 @@ class LiveTable {
     }
   }
 
+  std::size_t Size() const {
+    const std::lock_guard lock(mutex_);
+    return devices_.size();
+  }
+
   std::string Text() const {
     const std::lock_guard lock(mutex_);
     std::vector<std::vector<std::string>> rows = {{"NAME", "FIRST SEEN", "LAST SEEN", "STATE"}};
@@ -87,7 +93,7 @@ Outcome WatchLive(Session& session) {
   const auto end = WakeUp::Clock::now() + SearchTimeoutOf(session.Line());
   while (!session.IsInterrupted() && WakeUp::Clock::now() < end) {
     const std::string error = watch->Error();
-    session.ShowStatus("looking for devices; Ctrl-C ends" +
+    session.ShowStatus("devices: " + std::to_string(table.Size()) + "; Ctrl-C ends" +
                        (error.empty() ? "" : "; the platform says " + Cell(error)) + "\n" +
                        table.Text());
     session.Change()->WaitUntil(std::min(end, WakeUp::Clock::now() + kErrorShownAfter));
