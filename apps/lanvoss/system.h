@@ -55,8 +55,8 @@ void HoldInterrupts();
 bool TakeInterrupt();
 void EndInterrupts();
 
-// true: the next interrupt ends the process at once, with kExitAborted. false: interrupts wait to
-// be taken again. Called by the thread that takes interrupts.
+// true: the next interrupt, if it is no SIGTERM, ends the process at once, with kExitAborted.
+// false: interrupts wait to be taken again. Called by the thread that takes interrupts.
 void LetNextInterruptLeave(bool leave);
 
 // The number of bytes of a control character at the beginning of `text`; 0: there is none. Narrow
