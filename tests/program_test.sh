@@ -98,6 +98,38 @@ expect 0 'The simulated radio is ready*' 0 "${program[@]}" doctor --radio simula
 expect 130 '*' 1 interrupted "${program[@]}" ip Nobody "${common[@]}"
 expect 130 '*' 1 interrupted "${program[@]}" watch Nobody "${common[@]}"
 
+# A report has the log, and no name or address of it: not of a device that is called like a word of the
+# log, not in words of the platform, not in a user's folder.
+cat >"$work/private.log" <<'LOG'
+[2026-11-23 07:52:45.001] 1 WatchDeviceAdded:watch id:WiFiDirect#42:ab:00:00:01:00
+[2026-11-23 07:52:45.002] 2-2 WatchDeviceAdded:Zoé's Cam id:no-address-in-it
+[2026-11-23 07:52:45.003] (watch) ConnDevice... name=watch id=WiFiDirect#42:ab:00:00:01:00
+[2026-11-23 07:52:45.004] (watch) ConnDevice Err:no way to Zoé's Cam, 42-AB-00-00-01-00, fe80::42ab%p2p or 10.9.8.7.
+[2026-11-23 07:52:45.005] (watch) Error in /home/zoe/x and C:\Users\zoe: driver 22.10.0.7, zoe
+[2026-11-23 07:52:46.000] (watch) Devices connected on L2 layer, connecting to name(watch),time:9ms(1),watch:9ms(1),fromid:9ms(1) IPAddress: loc:10.9.8.1 remote:10.9.8.7
+LOG
+"${program[@]}" ip Cam --json "${common[@]}" >"$work/private.jsonl" 2>/dev/null
+expect 0 'Names and addresses are masked.*' 0 "${program[@]}" report "$work/report.zip" \
+  --log "$work/private.log" --log "$work/private.jsonl"
+cp "$work/report.zip" "$work/first.zip"
+expect 2 '' 1 "${program[@]}" report "$work/report.zip"
+expect 2 '' 1 "${program[@]}" report "$work/none/report.zip"
+expect 2 '' 1 "${program[@]}" report "$work/second.zip" --log "$work/quick.json"
+expect 0 '*--log run.log' 0 "${program[@]}" report "$work/second.zip"
+(cd "$work" && python3 -m zipfile -e report.zip packed)
+packed=$work/packed
+if ! cmp -s "$work/report.zip" "$work/first.zip" ||
+  grep -riE "Zo|Cam|Refuses|Once|Hangs|42.ab|fe80|10\.9\.8|192\.168|no-address" "$packed" ||
+  ! grep -q '^\[2026-11-23 07:52:45.003\] (watch) ConnDevice... name=device-1 id=WiFiDirect#02:00:00:00:00:01$' \
+    "$packed/log.txt" ||
+  ! grep -q 'way to device-2, 02-00-00-00-00-01, 2001:db8::1%p2p or 198.18.0.1\.$' "$packed/log.txt" ||
+  ! grep -q 'driver 22.10.0.7, user-1$' "$packed/log.txt" ||
+  ! grep -q '198.18.0.2 to 198.18.0.1' "$packed/timeline.svg" ||
+  ! grep -q '"kind":"deviceip","message":"198.18.0' "$packed/log-2.txt" || [ ! -s "$packed/timeline-2.svg" ]; then
+  echo "unexpected: the members of a report"
+  failures=$((failures + 1))
+fi
+
 app=$(dirname "$0")/../apps/lanvoss
 for scenario in office silent.json "$app"/scenarios/windows_field.json; do
   expect 0 '*' 0 "${program[@]}" run 'sleep 1' --dir "$work" --scenario "$scenario"

@@ -41,6 +41,8 @@ struct CommandLine {
   std::optional<std::string> logFile;  // where the log goes instead
   std::optional<std::string> timelineFile;  // where a picture of what happened goes
   std::string savedLog;                     // of `timeline`; "-": standard input
+  std::vector<std::string> packedLogs;      // of `report`
+  std::string reportFile = "lanvoss-report.zip";
 };
 
 // Fills `line`. A number: the program must end with this exit code; the help, the version or the

@@ -78,6 +78,10 @@ void Console::Refresh() {
   }
 }
 
+bool Console::ShowsTables() const {
+  return screen_ != nullptr && results_ == complaints_ && screen_->ShowsSeveralLines();
+}
+
 unsigned Console::TimesShown() const { return screen_ == nullptr ? 0 : screen_->TimesShown(); }
 
 }  // namespace lanvoss::program

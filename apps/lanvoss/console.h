@@ -40,11 +40,14 @@ class Console {
   // there.
   void Close();
 
-  // Returns when a terminal shows all that has been written and an up-to-date status line.
+  // Returns when a terminal shows all that has been written and an up-to-date status.
   void Settle();
 
-  // Brings the status line up to date.
+  // Brings the status up to date.
   void Refresh();
+
+  // Whether all output goes to a terminal that shows a status of several lines.
+  bool ShowsTables() const;
 
   // Grows whenever the terminal has scrolled; always 0 without a terminal.
   unsigned TimesShown() const;

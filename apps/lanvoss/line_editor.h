@@ -16,10 +16,12 @@ bool CanEdit();
 
 class LineEditor {
  public:
+  using Prompt = std::function<std::string()>;
   // The whole lines that the typed beginning of a line can become.
   using Completions = std::function<std::vector<std::string>(const std::string& line)>;
 
-  LineEditor(Session& session, std::string prompt, Completions completions);
+  // The prompt is asked for before each line.
+  LineEditor(Session& session, Prompt prompt, Completions completions);
   LineEditor(const LineEditor&) = delete;
   LineEditor& operator=(const LineEditor&) = delete;
   ~LineEditor();

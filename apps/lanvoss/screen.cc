@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "columns.h"
+
 namespace lanvoss::program {
 namespace {
 
@@ -21,16 +23,12 @@ std::string TakeLines(std::string& text) {
   return lines;
 }
 
-// Goes to the beginning of the current line, and empties it.
-std::string Emptied(std::FILE* terminal) {
-  return "\r" + std::string(static_cast<std::size_t>(TerminalWidth(terminal) - 1), ' ') + "\r";
-}
-
-// Without the last column, or the cursor would move to the next line.
-std::string CutToWidth(std::string line, std::FILE* terminal) {
-  const auto width = static_cast<std::size_t>(TerminalWidth(terminal) - 1);
-  line.resize(std::min(line.size(), width));
-  return line;
+std::string Joined(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) {
+    text += (text.empty() ? "" : "\n") + line;
+  }
+  return text;
 }
 
 void Write(std::FILE* terminal, const std::string& text) {
@@ -53,6 +51,7 @@ std::string Printable(std::string_view text) {
 Screen::Screen(const Pipe& pipe, std::FILE* terminal, Calls calls)
     : pipe_(pipe.in),
       terminal_(terminal),
+      canMoveCursor_(CanMoveCursor(terminal)),
       calls_(std::move(calls)),
       lines_(pipe.out, change_),
       painter_([this] { Paint(); }) {}
@@ -70,7 +69,7 @@ void Screen::Paint() {
     const Input::State state = lines_.Take(unshown);
     const std::size_t marks = std::erase(unshown, kMark);
     Show(TakeLines(unshown));
-    SetStatusLine(calls_.statusLine());
+    SetStatus(calls_.status());
     if (marks > 0) {
       marksShown_ += static_cast<unsigned>(marks);
       markShown_.Wake();
@@ -78,13 +77,13 @@ void Screen::Paint() {
     if (state == Input::State::kMore) {
       continue;
     }
-    if (shownStatusLine_.empty()) {
+    if (shownStatus_.empty()) {
       change_->Wait();
     } else {
       change_->WaitUntil(WakeUp::Clock::now() + kRepaintTime);
     }
   }
-  SetStatusLine("");
+  SetStatus("");
 }
 
 void Screen::Settle() {
@@ -98,19 +97,50 @@ void Screen::Settle() {
 
 void Screen::Show(const std::string& lines) {
   if (!lines.empty()) {
-    shownStatusLine_ = CutToWidth(Printable(calls_.statusLine()), terminal_);
-    Write(terminal_, Emptied(terminal_) + Printable(lines) + shownStatusLine_);
+    const std::string emptied = Emptied();
+    shownStatus_ = Fitted(calls_.status());
+    Write(terminal_, emptied + Printable(lines) + Joined(shownStatus_));
     ++timesShown_;
     calls_.onShown();
   }
 }
 
-void Screen::SetStatusLine(const std::string& statusLine) {
-  std::string line = CutToWidth(Printable(statusLine), terminal_);
-  if (line != shownStatusLine_) {
-    shownStatusLine_ = std::move(line);
-    Write(terminal_, Emptied(terminal_) + shownStatusLine_);
+void Screen::SetStatus(const std::string& status) {
+  std::vector<std::string> lines = Fitted(status);
+  if (lines != shownStatus_) {
+    const std::string emptied = Emptied();
+    shownStatus_ = std::move(lines);
+    Write(terminal_, emptied + Joined(shownStatus_));
   }
+}
+
+// The beginning of the status, as far as there is room: without the last column, or the cursor
+// would move to the next line, and with a line above it.
+std::vector<std::string> Screen::Fitted(const std::string& status) const {
+  const TerminalSize size = SizeOf(terminal_);
+  const std::size_t most = canMoveCursor_ ? std::max<std::size_t>(size.rows, 2) - 1 : 1;
+  std::vector<std::string> lines;
+  std::string rest = Printable(status);
+  while (!rest.empty() && lines.size() < most) {
+    const std::string line = rest.substr(0, rest.find('\n'));
+    rest.erase(0, line.size() + 1);
+    lines.push_back(CutToColumns(line, size.columns - 1));
+  }
+  return lines;
+}
+
+// Goes to the beginning of the shown status, and empties its lines. A terminal that has become
+// narrower has broken them into several.
+std::string Screen::Emptied() const {
+  const std::size_t columns = SizeOf(terminal_).columns;
+  std::size_t rows = 0;
+  for (const std::string& line : shownStatus_) {
+    rows += (std::max<std::size_t>(ColumnsIn(line), 1) + columns - 1) / columns;
+  }
+  if (rows <= 1 || !canMoveCursor_) {
+    return "\r" + std::string(columns - 1, ' ') + "\r";
+  }
+  return "\r\x1B[" + std::to_string(rows - 1) + "A\x1B[J";
 }
 
 }  // namespace lanvoss::program

@@ -112,7 +112,7 @@ Outcome Session::TryCommand() {
   } catch (const std::exception& error) {
     outcome = {kExitPlatform, {}, error.what()};
   }
-  return IsInterrupted() && !line_.command->endsByInterrupt ? Outcome{kExitAborted} : outcome;
+  return IsInterrupted() && !endsByInterrupt_ ? Outcome{kExitAborted} : outcome;
 }
 
 void Session::OpenClient() {
@@ -141,10 +141,8 @@ void Session::SetRunning(Client* client) {
 
 // On the thread that takes interrupts.
 void Session::OnInterrupt() {
-  if (!line_.command->endsByInterrupt) {
+  if (!endsByInterrupt_) {
     console_.Complain("interrupted");
-  }
-  {
     const std::lock_guard lock(mutex_);
     if (running_ != nullptr) {
       running_->GiveUp();
@@ -207,15 +205,26 @@ void Session::OpenConsole() {
   } else if (!line_.verbose || line_.json || line_.quiet) {
     log = {LogTarget::Kind::kDropped};
   }
-  console_.Open(log, {.statusLine = [this] { return line_.quiet ? "" : StatusLine(); },
+  console_.Open(log, {.status = [this] { return line_.quiet ? "" : Status(); },
                       .onShown = [this] { change_->Wake(); }});
 }
 
+void Session::SetStatus(std::optional<std::string> status) {
+  {
+    const std::lock_guard lock(mutex_);
+    status_ = std::move(status);
+  }
+  console_.Refresh();
+}
+
 // "12 s, devices: 4, passes: 2, opens: 1, looking for Cam-7F21"; empty while nothing runs.
-std::string Session::StatusLine() const {
+std::string Session::Status() const {
   std::optional<Progress> progress;
   {
     const std::lock_guard lock(mutex_);
+    if (status_) {
+      return *status_;
+    }
     progress = running_ == nullptr ? std::nullopt : running_->CurrentProgress();
   }
   if (!progress) {

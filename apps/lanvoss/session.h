@@ -2,6 +2,7 @@
 // of the program.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <deque>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "lanvoss/client.h"
 
@@ -60,11 +62,17 @@ class Session {
   // Blocks for `time` at most. False: interrupted before the time was over.
   bool SleepUnlessStopped(std::chrono::milliseconds time);
   void WaitForInterrupt();
+  // From now on an interrupt is the normal end of the command, and no error.
+  void EndByInterrupt() { endsByInterrupt_ = true; }
   // Ends the waits of this thread. Every notification and interrupt wakes it, every line shown, and
   // every object that it was given to.
   const std::shared_ptr<WakeUp>& Change() const { return change_; }
 
   Console& Output() { return console_; }
+  // What a terminal shows below the output: the progress of the operation that runs, or a text of
+  // the command's. An empty one takes no line.
+  void ShowProgress() { SetStatus(std::nullopt); }
+  void ShowStatus(std::string status) { SetStatus(std::move(status)); }
   // One result, as text or as {"time": ..., "kind": "result", "command": "keep", ...facts}. Any
   // thread may call it.
   void PrintResult(const std::string& text, const JsonObject& facts);
@@ -76,7 +84,8 @@ class Session {
   void OpenConsole();
   void OpenClient();
   void SetRunning(Client* client);
-  std::string StatusLine() const;
+  void SetStatus(std::optional<std::string> status);
+  std::string Status() const;
   void SaveTimeline();
 
   void OnInterrupt();
@@ -86,11 +95,14 @@ class Session {
 
   const CommandLine& line_;
 
-  mutable std::mutex mutex_;   // guards the four members after it
+  mutable std::mutex mutex_;   // guards the five members after it
   Client* running_ = nullptr;  // the client, while operations may run
   bool collectsNames_ = false;
   std::set<std::string> collectedNames_;
   std::deque<log::Notification> recorded_;  // for the picture
+  std::optional<std::string> status_;       // of the command; none: the progress is shown
+
+  std::atomic<bool> endsByInterrupt_ = false;
 
   const std::shared_ptr<WakeUp> change_ = std::make_shared<WakeUp>();
   Console console_;

@@ -20,8 +20,15 @@ extern const char kNullDevice[];
 
 bool IsTerminal(std::FILE* stream);
 
-// How many characters fit in a line of the terminal `stream`.
-int TerminalWidth(std::FILE* stream);
+struct TerminalSize {
+  std::size_t columns;  // at least 1
+  std::size_t rows;
+};
+
+TerminalSize SizeOf(std::FILE* terminal);
+
+// Whether the terminal obeys the usual sequences that move the cursor up and empty lines.
+bool CanMoveCursor(std::FILE* terminal);
 
 // Another stream to the present target of standard output, also line by line. It keeps this target
 // when standard output is redirected.
@@ -49,16 +56,21 @@ void HoldInterrupts();
 bool TakeInterrupt();
 void EndInterrupts();
 
-// true: the next interrupt ends the process at once, with kExitAborted. false: interrupts wait to
-// be taken again. Called by the thread that takes interrupts.
+// true: the next interrupt, if it is no SIGTERM, ends the process at once, with kExitAborted.
+// false: interrupts wait to be taken again. Called by the thread that takes interrupts.
 void LetNextInterruptLeave(bool leave);
 
 // The number of bytes of a control character at the beginning of `text`; 0: there is none. Narrow
 // texts are in the system's code page.
 std::size_t ControlLength(std::string_view text);
 
-// The number of characters that a terminal shows.
-std::size_t CharactersIn(const std::string& text);
+struct CharacterSize {
+  std::size_t bytes;    // at least 1
+  std::size_t columns;  // on a terminal: 0, 1 or 2
+};
+
+// Of the first character of a text that is not empty.
+CharacterSize FirstCharacter(std::string_view text);
 
 // Bytes that are invalid in the code page may remain.
 std::string ToUtf8(const std::string& text);
@@ -68,6 +80,14 @@ std::string StateFolder();
 
 // The file of this program.
 std::filesystem::path ProgramFile();
+
+// The names that the system has for the user and for this machine; empty: unknown.
+std::string UserName();
+std::string HostName();
+
+// Tells the service manager that has started the program, if there is one, the state of the
+// service: lines of the form NAME=VALUE.
+void TellServiceManager(const std::string& state);
 
 // A time of the system's clock in local time.
 std::tm LocalTime(std::time_t time);

@@ -1,25 +1,19 @@
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstdio>
 #include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "columns.h"
 #include "commands/table.h"
 #include "registry/cache_file.h"
 #include "registry/split_text.h"
 #include "screen.h"
-#include "system.h"
 
 namespace lanvoss::program {
 namespace {
-
-constexpr std::size_t kColumns = 4;
-using Row = std::array<std::string, kColumns>;
-
-const Row kHeading = {"NAME", "LAST SEEN", "ADDRESS", "ID"};
 
 // The lines of the cache. Lines that the library cannot read are left out.
 std::vector<CacheLine> ReadDevices(const std::string& directory) {
@@ -45,29 +39,6 @@ std::string TimeText(const platform::LocalTime& time) {
   return text.data();
 }
 
-Row RowOf(const CacheLine& device) {
-  return {Printable(device.record.name), TimeText(device.record.seen), Printable(device.record.mac),
-          Printable(device.id)};
-}
-
-std::string Table(const std::vector<Row>& rows) {
-  std::array<std::size_t, kColumns> widths{};
-  for (const Row& row : rows) {
-    for (std::size_t column = 0; column < kColumns; ++column) {
-      widths[column] = std::max(widths[column], CharactersIn(row[column]));
-    }
-  }
-  constexpr std::size_t kGap = 2;
-  std::string table;
-  for (const Row& row : rows) {
-    for (std::size_t column = 0; column + 1 < kColumns; ++column) {
-      table += row[column] + std::string(widths[column] - CharactersIn(row[column]) + kGap, ' ');
-    }
-    table += row.back() + "\n";
-  }
-  return table;
-}
-
 JsonObject DeviceFacts(const CacheLine& device) {
   return JsonObject()
       .AddText("name", device.record.name)
@@ -80,17 +51,18 @@ JsonObject DeviceFacts(const CacheLine& device) {
 
 // Reads the cache and changes nothing. Looks for no device.
 Outcome RunDevices(Session& session) {
-  std::vector<Row> rows = {kHeading};
+  std::vector<std::vector<std::string>> rows = {{"NAME", "LAST SEEN", "ADDRESS", "ID"}};
   std::vector<JsonObject> devices;
   for (const CacheLine& device : ReadDevices(session.CacheFolder())) {
-    rows.push_back(RowOf(device));
+    rows.push_back({Printable(device.record.name), TimeText(device.record.seen),
+                    Printable(device.record.mac), Printable(device.id)});
     devices.push_back(DeviceFacts(device));
   }
   const JsonObject facts = JsonObject().AddObjects("devices", devices);
   if (devices.empty()) {
     return {kExitNotFound, {}, "the cache has no devices", facts};
   }
-  return {.result = Table(rows), .facts = facts};
+  return {.result = TextTable(rows), .facts = facts};
 }
 
 }  // namespace lanvoss::program

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
 #include <string>
 
@@ -6,6 +7,7 @@
 #include "commands/link.h"
 #include "commands/table.h"
 #include "radio.h"
+#include "system.h"
 
 namespace lanvoss::program {
 namespace {
@@ -47,6 +49,12 @@ const char* NameOf(State state) {
   return "";
 }
 
+// To who has started the program as a service, on one line.
+void TellStatus(std::string text) {
+  std::ranges::replace(text, '\n', ' ');
+  TellServiceManager("STATUS=" + text);
+}
+
 void PrintChange(Session& session, const LinkChange& change) {
   const std::string& name = *session.Line().name;
   JsonObject facts =
@@ -56,6 +64,7 @@ void PrintChange(Session& session, const LinkChange& change) {
   if (change.state == State::kUp) {
     facts.AddNumber("outage_ms", static_cast<int>(change.outage.count()));
   }
+  TellStatus(TextOf(change));
   session.PrintResult(FormatTime(LocalTimeUs()) + " " + TextOf(change) + "\n", facts);
 }
 
@@ -90,13 +99,19 @@ Outcome RunKeep(Session& session) {
   if (line.once) {
     return KeepOnce(session);
   }
+  session.EndByInterrupt();
+  TellStatus("looking for " + *line.name);
   KeepOptions options;
   options.connect = ConnectOptionsOf(line);
   options.checkEvery = std::chrono::seconds(line.everyS);
   options.canProbe = [&session] { return session.CanProbe(); };
   const auto keeper = session.Library().Keep(
       *line.name, options, [&session](const LinkChange& change) { PrintChange(session, change); });
+  // The service is ready though no link is up yet: a device that is away must not hold up the start
+  // of the machine, or count as a failure of the service.
+  TellServiceManager("READY=1");
   session.WaitForInterrupt();
+  TellServiceManager("STOPPING=1");
   return {};
 }
 

@@ -81,7 +81,7 @@ OperationResult DoStop(Session& session) {
 OperationResult DoAbort(Session& session) {
   return InWords(
       Ask(session, [](auto& object, auto& given) { given.number = object.AbortConnect(""); }), 0,
-      "the attempt is given up", "");
+      "no attempt goes on", "");
 }
 
 OperationResult DoSleep(Session& session, const Operation& operation) {

@@ -13,7 +13,6 @@
 namespace lanvoss::program {
 namespace {
 
-constexpr char kPrompt[] = "lanvoss> ";
 constexpr std::string_view kOwnWords[] = {"devices", "exit", "help", "quit"};
 constexpr std::string_view kNamedWords[] = {"ip", "ip --direct", "unpair", "watch", "watch --keep"};
 
@@ -21,6 +20,12 @@ constexpr char kShellHelp[] =
     "  devices                        show the devices in the cache\n"
     "  exit, quit                     leave the shell; the end of the input does too\n"
     "Ctrl-C ends the operation that runs.\n";
+
+// "lanvoss Cam-7F21> " while the link to it is up.
+std::string Prompt(Session& session) {
+  const std::optional<Link> link = session.Library().CurrentLink();
+  return "lanvoss" + (link ? " " + Printable(link->name) : "") + "> ";
+}
 
 std::vector<std::string> AllLines(const Session& session) {
   std::vector<std::string> lines = OperationWords();
@@ -76,8 +81,11 @@ void TakeLines(Session& session, Source& source) {
   std::optional<std::string> text;
   do {
     session.RenewInterruption();
+    // An operation that was given up may still be ending, but the last line is the user's now.
+    session.ShowStatus("");
     session.Output().Settle();
     text = source.Next();
+    session.ShowProgress();
   } while (text && TakeLine(session, *text));
 }
 
@@ -87,8 +95,9 @@ void TakeLines(Session& session, Source& source) {
 Outcome RunShell(Session& session) {
   session.CollectNames();
   if (CanEdit()) {
-    LineEditor editor(session, kPrompt,
-                      [&session](const std::string& typed) { return Completions(session, typed); });
+    LineEditor editor(
+        session, [&session] { return Prompt(session); },
+        [&session](const std::string& typed) { return Completions(session, typed); });
     TakeLines(session, editor);
   } else {
     LineReader reader(session);

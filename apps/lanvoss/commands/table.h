@@ -15,6 +15,7 @@ void AddUnpairOptions(CLI::App& command, CommandLine& line);
 void AddWatchOptions(CLI::App& command, CommandLine& line);
 void AddScenarioOptions(CLI::App& command, CommandLine& line);
 void AddRunOptions(CLI::App& command, CommandLine& line);
+void AddReportOptions(CLI::App& command, CommandLine& line);
 void AddTimelineOptions(CLI::App& command, CommandLine& line);
 inline void AddNoOptions(CLI::App& /*command*/, CommandLine& /*line*/) {}
 
@@ -30,6 +31,7 @@ Outcome RunScenario(Session& session);
 Outcome RunShell(Session& session);
 Outcome RunTimeline(Session& session);
 Outcome RunDoctor(Session& session);
+Outcome RunReport(Session& session);
 
 // Whether the command uses the library.
 enum class Over { kLibrary, kNothing };
@@ -40,7 +42,6 @@ struct Command {
   void (*addOptions)(CLI::App& command, CommandLine& line);
   Outcome (*run)(Session& session);
   Over over;
-  bool endsByInterrupt = false;  // it goes on until then
 };
 
 inline constexpr Command kCommands[] = {
@@ -49,8 +50,8 @@ inline constexpr Command kCommands[] = {
     {"ping", "Connect to a device and send it echo requests; show their round-trip times",
      AddPingOptions, RunPing, Over::kLibrary},
     {"keep", "Keep a device connected until interrupted; print each change of the link",
-     AddKeepOptions, RunKeep, Over::kLibrary, true},
-    {"watch", "Print the devices in range, or look for one until it is found", AddWatchOptions,
+     AddKeepOptions, RunKeep, Over::kLibrary},
+    {"watch", "Show the devices in range, or look for one until it is found", AddWatchOptions,
      RunWatch, Over::kLibrary},
     {"disconnect", "Close the link to a device that a killed program has left", AddNameOption,
      RunDisconnect, Over::kNothing},
@@ -67,6 +68,8 @@ inline constexpr Command kCommands[] = {
      Over::kNothing},
     {"doctor", "Say what this machine lacks to reach devices, and how to fix it", AddNoOptions,
      RunDoctor, Over::kNothing},
+    {"report", "Pack what a bug report needs into one file, with names and addresses masked",
+     AddReportOptions, RunReport, Over::kNothing},
 };
 
 }  // namespace lanvoss::program

@@ -25,7 +25,7 @@ _lanvoss_names() {
 
 _lanvoss() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands="ip ping keep watch disconnect unpair devices run shell scenario timeline doctor help"
+  local commands="ip ping keep watch disconnect unpair devices run shell scenario timeline doctor report help"
   local options="--dir --radio --scenario --json --verbose --quiet --log --timeline --help"
   COMPREPLY=()
   case $previous in
@@ -60,7 +60,7 @@ _lanvoss() {
         [[ $name == "$word"* ]] && COMPREPLY+=("$(printf %q "$name")")
       done < <(_lanvoss_names)
       ;;
-    timeline)
+    timeline | report)
       mapfile -t COMPREPLY < <(compgen -f -- "$word")
       compopt -o filenames
       ;;

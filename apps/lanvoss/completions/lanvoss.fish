@@ -1,7 +1,7 @@
 # Completion of lanvoss for fish.
 
 set -l named ip ping keep watch disconnect unpair
-set -l commands $named devices run shell scenario timeline doctor help
+set -l commands $named devices run shell scenario timeline doctor report help
 
 # The names in the device cache of each radio, or in that of --dir.
 function __lanvoss_names
@@ -19,7 +19,7 @@ complete -c lanvoss -f
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a ip -d 'Find a device, pair with it and connect'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a ping -d 'Send a device echo requests'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a keep -d 'Keep a device connected'
-complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a watch -d 'Print the devices in range'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a watch -d 'Show the devices in range'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a disconnect -d 'Close the link to a device'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a unpair -d 'Remove a pairing from the system'
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a devices -d 'Show the cache as a table'
@@ -31,8 +31,9 @@ complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a doctor -d 
 complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a help -d 'Show the help of a command'
 complete -c lanvoss -n '__fish_seen_subcommand_from help' -a "$commands"
 complete -c lanvoss -n '__fish_seen_subcommand_from scenario' -a list -d 'Show the scenarios of the program'
+complete -c lanvoss -n "not __fish_seen_subcommand_from $commands" -a report -d 'Pack what a bug report needs'
 complete -c lanvoss -n "__fish_seen_subcommand_from $named" -a '(__lanvoss_names)'
-complete -c lanvoss -n '__fish_seen_subcommand_from timeline' -F
+complete -c lanvoss -n '__fish_seen_subcommand_from timeline report' -F
 
 complete -c lanvoss -l dir -x -a '(__fish_complete_directories)' -d 'Folder of the device cache'
 complete -c lanvoss -l radio -x -a 'auto wpa simulated windows' -d 'Radio to use'

@@ -25,9 +25,12 @@ void Put(char byte) { static_cast<void>(!::write(pipeIn, &byte, 1)); }
 
 // Runs on the thread that takes interrupts. All other threads block the signals, so that no signal
 // ends a wait early.
-extern "C" void OnInterrupt(int /*signal*/) {
-  if (nextLeaves) {
+extern "C" void OnInterrupt(int signal) {
+  if (nextLeaves && signal == SIGINT) {
     std::_Exit(kExitAborted);
+  }
+  if (nextLeaves) {
+    return;  // some programs send SIGTERM to a process and to its group, which is not impatience
   }
   const int error = errno;
   Put(kInterrupt);

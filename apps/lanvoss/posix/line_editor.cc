@@ -41,10 +41,10 @@ std::string CommonBeginning(const std::vector<std::string>& texts) {
 
 class LineEditor::Terminal {
  public:
-  Terminal(Session& session, std::string prompt, Completions completions)
+  Terminal(Session& session, Prompt prompt, Completions completions)
       : session_(session),
         input_(kStandardInput, session.Change()),
-        prompt_(std::move(prompt)),
+        makePrompt_(std::move(prompt)),
         completions_(std::move(completions)),
         historyFile_(HistoryFile()),
         editor_(el_init("lanvoss", stdin, stderr, stderr)),
@@ -56,7 +56,7 @@ class LineEditor::Terminal {
       history(history_, &event, H_LOAD, historyFile_.c_str());
     }
     el_set(editor_, EL_CLIENTDATA, this);
-    el_set(editor_, EL_PROMPT, &Prompt);
+    el_set(editor_, EL_PROMPT, &CurrentPrompt);
     el_set(editor_, EL_EDITOR, "emacs");
     el_set(editor_, EL_HIST, history, history_);
     el_set(editor_, EL_GETCFN, &ReadCharacter);
@@ -79,6 +79,7 @@ class LineEditor::Terminal {
 
   std::optional<std::string> Next() {
     timesShown_ = session_.Output().TimesShown();
+    prompt_ = makePrompt_();
     int length = 0;
     const char* line = el_gets(editor_, &length);
     if (line == nullptr || length <= 0) {
@@ -103,7 +104,7 @@ class LineEditor::Terminal {
     return *static_cast<Terminal*>(terminal);
   }
 
-  static char* Prompt(EditLine* editor) { return Of(editor).prompt_.data(); }
+  static char* CurrentPrompt(EditLine* editor) { return Of(editor).prompt_.data(); }
 
   static int ReadCharacter(EditLine* editor, wchar_t* character) {
     return Of(editor).Read(*character);
@@ -168,6 +169,7 @@ class LineEditor::Terminal {
 
   Session& session_;
   Input input_;
+  const Prompt makePrompt_;
   std::string prompt_;
   const Completions completions_;
   const std::string historyFile_;
@@ -179,7 +181,7 @@ class LineEditor::Terminal {
 
 bool CanEdit() { return IsTerminal(stdin) && IsTerminal(stderr); }
 
-LineEditor::LineEditor(Session& session, std::string prompt, Completions completions)
+LineEditor::LineEditor(Session& session, Prompt prompt, Completions completions)
     : terminal_(std::make_unique<Terminal>(session, std::move(prompt), std::move(completions))) {}
 
 LineEditor::~LineEditor() = default;

@@ -2,19 +2,23 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <cwchar>
 #include <fcntl.h>
 #include <initializer_list>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <system_error>
 #include <unistd.h>
 
 namespace lanvoss::program {
 namespace {
 
-constexpr int kUsualWidth = 80;
+constexpr TerminalSize kUsualSize = {.columns = 80, .rows = 24};
 constexpr std::size_t kPieceLength = 4096;
 
 constexpr unsigned char kFirstPrintable = 0x20;
@@ -64,10 +68,16 @@ void PrepareStreams() {
 
 bool IsTerminal(std::FILE* stream) { return ::isatty(::fileno(stream)) != 0; }
 
-int TerminalWidth(std::FILE* stream) {
+TerminalSize SizeOf(std::FILE* terminal) {
   winsize size{};
-  const bool isKnown = ::ioctl(::fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return isKnown ? size.ws_col : kUsualWidth;
+  const bool isKnown =
+      ::ioctl(::fileno(terminal), TIOCGWINSZ, &size) == 0 && size.ws_col > 0 && size.ws_row > 0;
+  return isKnown ? TerminalSize{size.ws_col, size.ws_row} : kUsualSize;
+}
+
+bool CanMoveCursor(std::FILE* terminal) {
+  const std::string kind = Environment("TERM");
+  return IsTerminal(terminal) && !kind.empty() && kind != "dumb";
 }
 
 std::FILE* DuplicateStdout() {
@@ -107,10 +117,19 @@ std::size_t ControlLength(std::string_view text) {
   return isOfSecondSet ? 2 : 0;
 }
 
-std::size_t CharactersIn(const std::string& text) {
-  // A byte of the form 10xxxxxx continues a character.
-  return static_cast<std::size_t>(
-      std::ranges::count_if(text, [](char byte) { return (byte & 0xC0) != 0x80; }));
+// Names are in UTF-8, whatever the user's encoding is.
+CharacterSize FirstCharacter(std::string_view text) {
+  wchar_t character = 0;
+  std::mbstate_t state{};
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): it has a state of its own
+  const std::size_t bytes = std::mbrtowc(&character, text.data(), text.size(), &state);
+  if (bytes > 0 && bytes <= text.size()) {
+    return {bytes, static_cast<std::size_t>(std::max(::wcwidth(character), 0))};
+  }
+  const auto isContinuation = [](char byte) { return (byte & 0xC0) == 0x80; };
+  const auto end = std::find_if_not(text.begin() + 1, text.end(), isContinuation);
+  const auto length = static_cast<std::size_t>(end - text.begin());
+  return {length, length > 2 ? 2U : 1U};
 }
 
 std::string ToUtf8(const std::string& text) { return text; }
@@ -126,6 +145,31 @@ std::string StateFolder() {
 std::filesystem::path ProgramFile() {
   std::error_code unknown;
   return std::filesystem::read_symlink("/proc/self/exe", unknown);
+}
+
+std::string UserName() { return Environment("USER"); }
+
+std::string HostName() {
+  std::array<char, HOST_NAME_MAX + 1> name{};
+  return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+// The protocol of systemd: one datagram. A manager that does not listen is no failure of ours.
+void TellServiceManager(const std::string& state) {
+  const std::string path = Environment("NOTIFY_SOCKET");
+  sockaddr_un manager{.sun_family = AF_UNIX, .sun_path = {}};
+  if (path.empty() || path.size() >= sizeof manager.sun_path) {
+    return;
+  }
+  path.copy(manager.sun_path, path.size());
+  if (path.front() == '@') {
+    manager.sun_path[0] = '\0';  // a name that is in no folder
+  }
+  const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + path.size());
+  const int file = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  ::sendto(file, state.data(), state.size(), MSG_NOSIGNAL, reinterpret_cast<sockaddr*>(&manager),
+           length);
+  ::close(file);
 }
 
 std::tm LocalTime(std::time_t time) {

@@ -12,11 +12,11 @@ namespace lanvoss::program {
 
 class LineEditor::Terminal {
  public:
-  Terminal(Session& session, std::string prompt)
+  Terminal(Session& session, Prompt prompt)
       : session_(session), reader_(session), prompt_(std::move(prompt)) {}
 
   std::optional<std::string> Next() {
-    std::fputs(prompt_.c_str(), stderr);
+    std::fputs(prompt_().c_str(), stderr);
     auto line = reader_.Next();
     return session_.IsInterrupted() ? std::optional<std::string>("") : line;
   }
@@ -24,12 +24,12 @@ class LineEditor::Terminal {
  private:
   Session& session_;
   LineReader reader_;
-  const std::string prompt_;
+  const Prompt prompt_;
 };
 
 bool CanEdit() { return IsTerminal(stdin) && IsTerminal(stderr); }
 
-LineEditor::LineEditor(Session& session, std::string prompt, Completions /*completions*/)
+LineEditor::LineEditor(Session& session, Prompt prompt, Completions /*completions*/)
     : terminal_(std::make_unique<Terminal>(session, std::move(prompt))) {}
 
 LineEditor::~LineEditor() = default;

@@ -1,5 +1,6 @@
 #include "system.h"
 
+#include <algorithm>
 #include <array>
 #include <fcntl.h>
 #include <initializer_list>
@@ -9,7 +10,7 @@
 namespace lanvoss::program {
 namespace {
 
-constexpr int kUsualWidth = 80;
+constexpr TerminalSize kUsualSize = {.columns = 80, .rows = 24};
 constexpr unsigned kPipeLength = 65536;
 constexpr DWORD kPieceLength = 4096;
 constexpr DWORD kLongestPath = 32'768;  // in characters, of any path of Windows
@@ -17,17 +18,25 @@ constexpr DWORD kLongestPath = 32'768;  // in characters, of any path of Windows
 constexpr unsigned char kFirstPrintable = 0x20;
 constexpr unsigned char kDelete = 0x7F;
 
-// While it exists, the console uses the code page of the program's texts. Other programs use the
-// console too, so it gets its own code page back.
+// ENABLE_VIRTUAL_TERMINAL_PROCESSING, which older headers lack.
+constexpr DWORD kMovesCursor = 0x0004;
+
+// While it exists, the console uses the code page of the program's texts, and obeys the sequences
+// that move the cursor if it knows them. Other programs use the console too, so it gets its own
+// settings back.
 class AnsiConsole {
  public:
   AnsiConsole() {
     SetConsoleCP(GetACP());
     SetConsoleOutputCP(GetACP());
+    if (GetConsoleMode(terminal_, &mode_) != FALSE) {
+      SetConsoleMode(terminal_, mode_ | kMovesCursor);
+    }
   }
   ~AnsiConsole() {
     SetConsoleCP(input_);
     SetConsoleOutputCP(output_);
+    SetConsoleMode(terminal_, mode_);
   }
   AnsiConsole(const AnsiConsole&) = delete;
   AnsiConsole& operator=(const AnsiConsole&) = delete;
@@ -35,10 +44,20 @@ class AnsiConsole {
  private:
   const UINT input_ = GetConsoleCP();
   const UINT output_ = GetConsoleOutputCP();
+  const HANDLE terminal_ = GetStdHandle(STD_ERROR_HANDLE);
+  DWORD mode_ = 0;
 };
 
 HANDLE HandleOf(std::FILE* stream) {
   return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+}
+
+// Empty when it is not set.
+std::string Environment(const char* name) {
+  std::string value(MAX_PATH, '\0');
+  const DWORD length = GetEnvironmentVariableA(name, value.data(), MAX_PATH);
+  value.resize(length < MAX_PATH ? length : 0);
+  return value;
 }
 
 // This runtime library has no line buffering, only full buffering.
@@ -67,10 +86,18 @@ bool IsTerminal(std::FILE* stream) {
   return GetConsoleMode(HandleOf(stream), &mode) != FALSE;
 }
 
-int TerminalWidth(std::FILE* stream) {
+TerminalSize SizeOf(std::FILE* terminal) {
   CONSOLE_SCREEN_BUFFER_INFO screen{};
-  const bool isKnown = GetConsoleScreenBufferInfo(HandleOf(stream), &screen) != FALSE;
-  return isKnown ? screen.dwSize.X : kUsualWidth;
+  if (GetConsoleScreenBufferInfo(HandleOf(terminal), &screen) == FALSE) {
+    return kUsualSize;
+  }
+  const int rows = screen.srWindow.Bottom - screen.srWindow.Top + 1;
+  return {static_cast<std::size_t>(screen.dwSize.X), static_cast<std::size_t>(rows)};
+}
+
+bool CanMoveCursor(std::FILE* terminal) {
+  DWORD mode = 0;
+  return GetConsoleMode(HandleOf(terminal), &mode) != FALSE && (mode & kMovesCursor) != 0;
 }
 
 std::FILE* DuplicateStdout() { return OpenUnbuffered(_dup(_fileno(stdout))); }
@@ -109,9 +136,18 @@ std::size_t ControlLength(std::string_view text) {
   return byte < kFirstPrintable || byte == kDelete ? 1 : 0;
 }
 
-std::size_t CharactersIn(const std::string& text) {
-  return static_cast<std::size_t>(
-      MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0));
+// In the code pages of the far east, characters of two bytes take two columns. In UTF-8, almost all
+// those do that begin with kFirstWideLead or a higher byte.
+CharacterSize FirstCharacter(std::string_view text) {
+  constexpr unsigned char kFirstWideLead = 0xE3;
+  const auto lead = static_cast<unsigned char>(text.front());
+  if (GetACP() != CP_UTF8) {
+    const std::size_t size = IsDBCSLeadByte(lead) != FALSE && text.size() > 1 ? 2 : 1;
+    return {size, size};
+  }
+  const auto isContinuation = [](char byte) { return (byte & 0xC0) == 0x80; };
+  const auto end = std::find_if_not(text.begin() + 1, text.end(), isContinuation);
+  return {static_cast<std::size_t>(end - text.begin()), lead >= kFirstWideLead ? 2U : 1U};
 }
 
 std::string ToUtf8(const std::string& text) {
@@ -128,9 +164,7 @@ std::string ToUtf8(const std::string& text) {
 }
 
 std::string StateFolder() {
-  std::string folder(MAX_PATH, '\0');
-  const DWORD length = GetEnvironmentVariableA("LOCALAPPDATA", folder.data(), MAX_PATH);
-  folder.resize(length < MAX_PATH ? length : 0);
+  const std::string folder = Environment("LOCALAPPDATA");
   return folder.empty() ? "" : folder + "\\lanvoss";
 }
 
@@ -139,6 +173,13 @@ std::filesystem::path ProgramFile() {
   path.resize(GetModuleFileNameW(nullptr, path.data(), kLongestPath));
   return path;
 }
+
+std::string UserName() { return Environment("USERNAME"); }
+
+// The program is not made to be a service here.
+void TellServiceManager(const std::string& /*state*/) {}
+
+std::string HostName() { return Environment("COMPUTERNAME"); }
 
 std::tm LocalTime(std::time_t time) {
   std::tm local{};
