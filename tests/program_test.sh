@@ -105,7 +105,7 @@ cat >"$work/private.log" <<'LOG'
 [2026-11-23 07:52:45.002] 2-2 WatchDeviceAdded:Zoé's Cam id:no-address-in-it
 [2026-11-23 07:52:45.003] (watch) ConnDevice... name=watch id=WiFiDirect#42:ab:00:00:01:00
 [2026-11-23 07:52:45.004] (watch) ConnDevice Err:no way to Zoé's Cam, 42-AB-00-00-01-00, fe80::42ab%p2p or 10.9.8.7.
-[2026-11-23 07:52:45.005] (watch) Error in /home/zoe/x and C:\Users\zoe: driver 22.10.0.7, zoe
+[2026-11-23 07:52:45.005] (watch) Start Watcher Err:/home/zoe/x and C:\Users\zoe: driver 22.10.0.7, zoe
 [2026-11-23 07:52:46.000] (watch) Devices connected on L2 layer, connecting to name(watch),time:9ms(1),watch:9ms(1),fromid:9ms(1) IPAddress: loc:10.9.8.1 remote:10.9.8.7
 LOG
 "${program[@]}" ip Cam --json "${common[@]}" >"$work/private.jsonl" 2>/dev/null
