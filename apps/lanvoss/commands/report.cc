@@ -109,6 +109,7 @@ void WriteNew(const std::string& file, const std::string& content) {
 
 std::vector<std::string> NamesOf(const std::vector<Member>& members) {
   std::vector<std::string> names;
+  names.reserve(members.size());
   for (const Member& member : members) {
     names.push_back(member.name);
   }
