@@ -18,6 +18,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[1]
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"(.*)"|<(.*)>)', re.MULTILINE)
 STANDARD = re.compile(r"^\+ <(\w+)>$", re.MULTILINE)  # as the tool names what is missing
+LANGUAGE = re.compile(r"[-/]std:(\S+)")
 STANDARD_NAME = re.compile(r"\w+")  # the names of all other headers have a dot
 
 
@@ -80,19 +81,24 @@ def files_of(build):
 
 
 def precompile(files, folder):
-    """Lets every file begin with the standard library's headers, which are compiled once: this
-    takes a fraction of the time. So the compiler never lacks one of them; that is for the tool.
+    """Lets every file begin with the standard library's headers, which are compiled once for each
+    version of the language: this takes a fraction of the time. So the compiler never lacks one of
+    them; that is for the tool.
     """
-    header, source = folder / "standard.h", folder / "standard.cc"
     names = {name for file in files for name in file.others if STANDARD_NAME.fullmatch(name)}
-    header.write_text("".join(f"#include <{name}>\n" for name in sorted(names)))
-    source.touch()
-    # The definitions that only some of the files have mean nothing to these headers.
-    use = f"/FI{header} /Fp{folder / 'standard.pch'} -Wno-clang-cl-pch"
-    make = files[0].command_for(source, f"{use} /Yc{header} /Fo{folder / 'standard.obj'}")
-    subprocess.run(shlex.split(make), check=True)
-    for file in files:
-        file.command = file.command_for(file.path, f"{use} /Yu{header}")
+    versions = {LANGUAGE.search(file.command)[1] for file in files}
+    for version in versions:
+        those = [file for file in files if LANGUAGE.search(file.command)[1] == version]
+        header, source = folder / f"{version}.h", folder / f"{version}.cc"
+        header.write_text("".join(f"#include <{name}>\n" for name in sorted(names)))
+        source.touch()
+        # The definitions that only some of the files have mean nothing to these headers.
+        use = f"/FI{header} /Fp{header.with_suffix('.pch')} -Wno-clang-cl-pch"
+        make = those[0].command_for(
+            source, f"{use} /Yc{header} /Fo{header.with_suffix('.obj')}")
+        subprocess.run(shlex.split(make), check=True)
+        for file in those:
+            file.command = file.command_for(file.path, f"{use} /Yu{header}")
 
 
 def main(build):
