@@ -248,7 +248,7 @@ TEST_F(Request, APlatformErrorLeavesTheRequestWaiting) {
 TEST_F(Request, WithoutEndpointPairsThereIsNoAddress) {
   const PeerHandle never = air.Add(
       {.name = u"Never", .paired = true, .endpointPairs = std::vector<simulated::AddressPair>()});
-  const PeerHandle late = air.Add({.name = u"Late", .paired = true, .endpointPairsMs = 1});
+  const PeerHandle late = air.Add({.name = u"Late", .paired = true, .endpointPairsMs = 300});
   Open();
   for (const char* const name : {"Never", "Late"}) {
     EXPECT_EQ(Ask(name, ""), 1050) << "the next find drops what this one opened";
