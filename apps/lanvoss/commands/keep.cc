@@ -73,7 +73,7 @@ Outcome KeepOnce(Session& session) {
   const CommandLine& line = session.Line();
   Client& library = session.Library();
   lanvoss::Outcome outcome = library.Connect(*line.name, ConnectOptionsOf(line));
-  if (outcome && session.CanProbe() && !library.Check().outcome) {
+  if (outcome && ObstacleToProbe(session, *outcome.link).empty() && !library.Check().outcome) {
     outcome = library.Connect(*line.name, ConnectOptionsOf(line));
   }
   return ToOutcome(*line.name, outcome);

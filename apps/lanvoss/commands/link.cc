@@ -3,7 +3,9 @@
 #include <chrono>
 #include <optional>
 
+#include "radio.h"
 #include "screen.h"
+#include "session.h"
 
 namespace lanvoss::program {
 namespace {
@@ -89,6 +91,14 @@ Outcome ToOutcome(const std::string& name, const lanvoss::Outcome& outcome) {
     }
   }
   return result;
+}
+
+std::string ObstacleToProbe(const Session& session, const Link& link) {
+  if (link.remote.find(':') != std::string::npos) {
+    return "the remote address " + link.remote + " is not IPv4, and only IPv4 can be probed";
+  }
+  return session.CanProbe() ? std::string()
+                            : "no right to open raw sockets; fix: " + HowToAllowRawSockets();
 }
 
 }  // namespace lanvoss::program

@@ -9,6 +9,8 @@
 
 namespace lanvoss::program {
 
+class Session;
+
 // A link, for people and for --json.
 std::string AddressesOf(const Link& link);
 JsonObject LinkFacts(const Link& link);
@@ -18,5 +20,8 @@ JsonObject AttemptFacts(const std::string& name, const lanvoss::Outcome& outcome
 
 // The outcome of a request for a link.
 Outcome ToOutcome(const std::string& name, const lanvoss::Outcome& outcome);
+
+// Why the link cannot be probed, so that a check would unpair a healthy device; empty: it can.
+std::string ObstacleToProbe(const Session& session, const Link& link);
 
 }  // namespace lanvoss::program

@@ -9,7 +9,6 @@
 #include "commands/link.h"
 #include "commands/table.h"
 #include "echo.h"
-#include "radio.h"
 
 namespace lanvoss::program {
 namespace {
@@ -59,15 +58,6 @@ std::string Summary(const std::string& name, const std::vector<microseconds>& ti
          MillisecondsText(most) + " ms\n";
 }
 
-// Why the link cannot be probed; empty: it can.
-std::string ObstacleOf(const Session& session, const Link& link) {
-  if (link.remote.find(':') != std::string::npos) {
-    return "the remote address " + link.remote + " is not IPv4, and only IPv4 can be probed";
-  }
-  return session.CanProbe() ? std::string()
-                            : "no right to open raw sockets; fix: " + HowToAllowRawSockets();
-}
-
 // The library probes again, unpairs, pairs and connects.
 Outcome Recover(Session& session, const std::string& name) {
   session.Library().Check();
@@ -100,7 +90,7 @@ Outcome RunPing(Session& session) {
     return ToOutcome(name, request);
   }
   const JsonObject facts = AttemptFacts(name, request);
-  if (const std::string obstacle = ObstacleOf(session, *request.link); !obstacle.empty()) {
+  if (const std::string obstacle = ObstacleToProbe(session, *request.link); !obstacle.empty()) {
     return {kExitPlatform, {}, name + " was not probed: " + obstacle, facts};
   }
   const std::vector<microseconds> times = Probe(session, request.link->remote);
